@@ -1,0 +1,187 @@
+#ifndef PLCDEBUG_HOST_H
+#define PLCDEBUG_HOST_H
+
+/** The host boundary of libplcdebug.so, whole: everything that a host program needs.
+ *  Plain C, usable from C99 and C++11 on.
+ *
+ *  The debugger is one window that a machine-control program opens and closes. It never talks to
+ *  the controller itself: it asks the host through the callbacks of PLC_DBG_INIT, and the host
+ *  answers, at once or later, through ExportAnswerReadVar and ExportAnswerProgState.
+ *
+ *  A host is a GTK 3 program (or a wxWidgets program on GTK 3) that
+ *    1. has called gtk_init() and runs a GTK main loop on one thread, the GUI thread;
+ *    2. fills a PLC_DBG_INIT and calls ExportCreatePlcDebugger();
+ *    3. answers the requests that arrive in its callbacks;
+ *    4. calls ExportDestroyPlcDebugger() when it is done, also after the operator has closed the
+ *       window, before it opens the debugger again or ends.
+ *
+ *  All numbers in records are little-endian and may stand unaligned.
+ *
+ *  Thread tags, the last line of each description:
+ *    [gui-thread]                      only on the thread that runs the GTK main loop
+ *    [gui-thread, inside a callback]   the plug-in calls the host, on the GUI thread
+ *    [any-thread]                      on every thread, also several at a time
+ *    [not during destroy]              not while ExportDestroyPlcDebugger() runs
+ */
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** Command words at byte 0 of a request. The command word of an answer is not looked at. */
+enum
+{
+    PLC_CMD_READ_VAR = 0x600D,
+    PLC_CMD_WRITE_VAR = 0x600E,
+    PLC_CMD_DELETE_VAR = 0x600F,
+    PLC_CMD_PRG_STATE = 0x6010
+};
+
+/** Arguments of a delete-variable request, at byte 6. */
+enum
+{
+    PLC_DELETE_ARG_START = 1,   /* right after a read request: serve this variable from now on */
+    PLC_DELETE_ARG_RELEASE = -1 /* the variable has left the watch list: serve it no longer */
+};
+
+/** Sizes in bytes. */
+enum
+{
+    PLC_CMD_HEADER_SIZE = 6,
+    PLC_CMD_PAYLOAD_SIZE = 500,
+    PLC_CMD_SIZE = 506,
+    PLC_PATH_SIZE = 256
+};
+
+/** A step without a value in a program-state answer: this one, or -1. */
+#define PLC_NO_VALUE INT32_C(0x7FFFFFFF)
+
+/** One request or one answer, 506 bytes.
+ *
+ *  Payloads (offsets from the start of the record):
+ *
+ *  Read request 0x600D        6: operand name, 8-bit, zero-terminated. length = 7 + characters.
+ *  Write request 0x600E       key 0. 6: int32 value. 10: operand name, zero-terminated.
+ *                             length = 11 + characters.
+ *  Delete request 0x600F      6: int16 argument, PLC_DELETE_ARG_*. length = 8.
+ *  Program-state request      4: uint16 count of steps, 6: int32 first step, 10: int32 last step.
+ *  0x6010                     length = 14. All three 0: stop. A new range replaces the former one.
+ *
+ *  Read answer                4: uint16 key of the read request. 6: int32 value.
+ *                             length = 10.
+ *  Program-state answer       6: int32 first step, 10: int32 last step, both as requested.
+ *                             14: n = last - first + 1 bytes, 1 where the logic result is set.
+ *                             14 + n: n int32 values; PLC_NO_VALUE or -1 for none.
+ *                             length = 14 + 5 n, at most 504.
+ *
+ *  Values: a byte or word operand is taken from the low 8 or 16 bits, sign-extended; floating
+ *  point travels as the bit pattern of an IEEE 754 single. */
+typedef struct CMD_DATA
+{
+    uint16_t command;                      /* 0: PLC_CMD_* */
+    uint16_t length;                       /* 2: meaningful bytes of the record, header included */
+    uint16_t key;                          /* 4: request id of the variable, or count of steps */
+    uint8_t payload[PLC_CMD_PAYLOAD_SIZE]; /* 6 */
+} CMD_DATA;
+
+/** Takes one request. The record belongs to the plug-in and is valid only during the call: copy
+ *  what you keep. The result is not looked at. The host may answer from inside the call, and may
+ *  call ExportDestroyPlcDebugger().
+ *  [gui-thread, inside a callback] */
+typedef int32_t (*PlcRequestCallback)(const CMD_DATA* request);
+
+/** Tells whether the debugger window may be tall: nonzero allows a height of 1942 pixels, zero one
+ *  of 514. Called once, while the window is built.
+ *  [gui-thread, inside a callback] */
+typedef int32_t (*PlcTallFrameCallback)(void);
+
+/** What a host hands over at creation; 304 bytes on 64 bits, 280 on 32 bits. Copied whole: the
+ *  host's record need not outlive the call. A callback that is null is not called, its request is
+ *  not sent. */
+typedef struct PLC_DBG_INIT
+{
+    /** Path prefix in the locale's encoding, zero-terminated (without a zero it ends with the
+     *  field). For "/a/b/prog" the plug-in reads and writes the configuration /a/b/plcdebug.ini and
+     *  reads the program debug file /a/b/prog_plcdbgi.dat. */
+    char szPath[PLC_PATH_SIZE];
+    PlcTallFrameCallback pfnTallFrame;
+    PlcRequestCallback pfnReadVarRequest;
+    PlcRequestCallback pfnWriteVarRequest;
+    PlcRequestCallback pfnPrgStateRequest;
+    PlcRequestCallback pfnDeleteVarRequest;
+    void* reserved; /* copied along, never read */
+} PLC_DBG_INIT;
+
+/** Opens the debugger window. Not to be called again before ExportDestroyPlcDebugger().
+ *
+ *  Read requests of the last variable list leave already during this call; answers given before
+ *  it returns are dropped.
+ *  @param init copied; the caller keeps it.
+ *  @return 1 when the window is open; 0 when the toolkit could not be set up, or when the host
+ *          called ExportDestroyPlcDebugger() from a callback meanwhile.
+ *  @throws std::out_of_range when the program debug file exists but holds no block at all: no
+ *          window is left behind, ExportDestroyPlcDebugger() may be called. A host in C ends here,
+ *          so it looks at its own file first.
+ *  [gui-thread] */
+int ExportCreatePlcDebugger(PLC_DBG_INIT* init);
+
+/** Releases every watched variable, offers to save an unsaved list, closes the window and, if the
+ *  plug-in has started the toolkit, ends it. Harmless without a window, and when called again.
+ *
+ *  Called from inside a callback or while a dialog of the debugger is open, it ends the dialogs as
+ *  cancelled and takes the window down as soon as the plug-in's code has returned.
+ *  [gui-thread] */
+void ExportDestroyPlcDebugger(void);
+
+/** Queues one read answer. Copies at most 506 bytes before it returns; the caller keeps the buffer.
+ *  @param answer a CMD_DATA of at least as many bytes as its length word says (506 at most), at any
+ *         alignment.
+ *  @return 1 queued, 0 no debugger open or answer null (dropped).
+ *  [any-thread, not during destroy] */
+int ExportAnswerReadVar(unsigned char* answer);
+
+/** Queues one program-state answer; as ExportAnswerReadVar() otherwise.
+ *  @return 1 queued, 0 no debugger open or answer null (dropped).
+ *  [any-thread, not during destroy] */
+int ExportAnswerProgState(unsigned char* answer);
+
+/** The types of the four exports, for dlsym(). */
+typedef int (*PlcCreateExport)(PLC_DBG_INIT* init);
+typedef void (*PlcDestroyExport)(void);
+typedef int (*PlcAnswerExport)(unsigned char* answer);
+
+#ifdef __cplusplus
+}
+#define PLCDEBUG_STATIC_ASSERT(condition, text) static_assert(condition, text)
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#define PLCDEBUG_STATIC_ASSERT(condition, text) _Static_assert(condition, text)
+#else
+#define PLCDEBUG_STATIC_ASSERT(condition, text) struct PlcDebugNoStaticAssert
+#endif
+
+PLCDEBUG_STATIC_ASSERT(sizeof(CMD_DATA) == PLC_CMD_SIZE, "a record has 506 bytes");
+PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, length) == 2, "length word at byte 2");
+PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, key) == 4, "key at byte 4");
+PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, payload) == PLC_CMD_HEADER_SIZE, "payload at byte 6");
+PLCDEBUG_STATIC_ASSERT(sizeof(PLC_DBG_INIT) == PLC_PATH_SIZE + 6 * sizeof(void*),
+                       "280 bytes on 32 bits, 304 on 64 bits");
+PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnTallFrame) == PLC_PATH_SIZE, "first callback");
+PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnReadVarRequest) ==
+                           PLC_PATH_SIZE + sizeof(void*),
+                       "second callback");
+PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnWriteVarRequest) ==
+                           PLC_PATH_SIZE + 2 * sizeof(void*),
+                       "third callback");
+PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnPrgStateRequest) ==
+                           PLC_PATH_SIZE + 3 * sizeof(void*),
+                       "fourth callback");
+PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnDeleteVarRequest) ==
+                           PLC_PATH_SIZE + 4 * sizeof(void*),
+                       "fifth callback");
+
+#undef PLCDEBUG_STATIC_ASSERT
+
+#endif
