@@ -1,0 +1,20 @@
+# Tests that open windows. Every test process gets an X server, a window manager and an empty home
+# of its own (scripts/with-x), so they may run at the same time.
+#
+# add_gui_tests(NAME PREFIX gui. SOURCES FILE... LIBRARIES TARGET...)
+# The sources hold the main function: the toolkit has to be set up before the first test.
+function(add_gui_tests name)
+    cmake_parse_arguments(arg "" "PREFIX" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} plcdebug_warnings GTest::gmock)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
+    target_compile_definitions(${name} PRIVATE PROJECT_DIR="${PROJECT_SOURCE_DIR}")
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
+                                             ${PROJECT_SOURCE_DIR}/scripts/with-x)
+    gtest_discover_tests(
+        ${name}
+        TEST_PREFIX ${arg_PREFIX}
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 120)
+endfunction()
