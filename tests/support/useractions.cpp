@@ -1,0 +1,122 @@
+#include "useractions.h"
+
+#include "waitfor.h"
+
+#include <gtk/gtk.h>
+#include <wx/uiaction.h>
+
+#include <vector>
+
+namespace {
+
+/// For the next clicks: within this time two of them are a double click.
+void SetDoubleClickTime(int milliseconds)
+{
+    g_object_set(gtk_settings_get_default(), "gtk-double-click-time", milliseconds, nullptr);
+}
+
+constexpr int noDoubleClicksMs = 0;
+constexpr int doubleClicksMs = 5000;
+
+wxPoint Middle(const wxRect& rect)
+{
+    return {rect.x + rect.width / 2, rect.y + rect.height / 2};
+}
+
+void ClickOnScreen(const wxPoint& place)
+{
+    SetDoubleClickTime(noDoubleClicksMs);
+    wxUIActionSimulator simulator;
+    simulator.MouseMove(place);
+    simulator.MouseClick();
+}
+
+/// Collects the radio buttons below @p widget, top to bottom.
+void CollectRadioButtons(GtkWidget* widget, std::vector<GtkWidget*>& buttons)
+{
+    if (GTK_IS_RADIO_BUTTON(widget)) {
+        buttons.push_back(widget);
+    } else if (GTK_IS_CONTAINER(widget)) {
+        const auto collect = [](GtkWidget* child, gpointer data) {
+            CollectRadioButtons(child, *static_cast<std::vector<GtkWidget*>*>(data));
+        };
+        gtk_container_foreach(GTK_CONTAINER(widget), collect, &buttons);
+    }
+}
+
+wxPoint CellOnScreen(wxGrid& grid, int row, int column)
+{
+    const wxPoint inside = grid.CalcScrolledPosition(Middle(grid.CellToRect(row, column)));
+    return grid.GetGridWindow()->ClientToScreen(inside);
+}
+
+} // namespace
+
+testing::AssertionResult ShowActive(wxTopLevelWindow& window)
+{
+    window.Show();
+    window.Raise();
+    return WaitFor("window active", [&] { return window.IsShownOnScreen() && window.IsActive(); });
+}
+
+testing::AssertionResult Focus(wxWindow& control)
+{
+    control.SetFocus();
+    return WaitFor("control focused", [&] { return control.HasFocus(); });
+}
+
+void Click(wxWindow& control)
+{
+    ClickAt(control, Middle(wxRect(control.GetClientSize())));
+}
+
+void ClickAt(wxWindow& control, const wxPoint& place)
+{
+    ClickOnScreen(control.ClientToScreen(place));
+}
+
+void ClickCell(wxGrid& grid, int row, int column, int modifiers)
+{
+    SetDoubleClickTime(noDoubleClicksMs);
+    wxUIActionSimulator simulator;
+    simulator.MouseMove(CellOnScreen(grid, row, column));
+    const int held = modifiers == wxMOD_CONTROL ? WXK_CONTROL : WXK_SHIFT;
+    if (modifiers != wxMOD_NONE) {
+        simulator.KeyDown(held);
+    }
+    simulator.MouseClick();
+    if (modifiers != wxMOD_NONE) {
+        simulator.KeyUp(held);
+    }
+}
+
+void DoubleClickCell(wxGrid& grid, int row, int column)
+{
+    SetDoubleClickTime(doubleClicksMs);
+    wxUIActionSimulator simulator;
+    simulator.MouseMove(CellOnScreen(grid, row, column));
+    simulator.MouseDblClick();
+}
+
+void ClickRadioItem(wxRadioBox& radioBox, int item)
+{
+    std::vector<GtkWidget*> buttons;
+    CollectRadioButtons(radioBox.GetHandle(), buttons);
+    GtkWidget* button = buttons.at(static_cast<std::size_t>(item));
+    GtkAllocation place;
+    gtk_widget_get_allocation(button, &place);
+    // A radio button has no drawing window of its own: its place is one inside its parent's.
+    wxPoint origin;
+    gdk_window_get_origin(gtk_widget_get_window(button), &origin.x, &origin.y);
+    ClickOnScreen(origin + Middle({place.x, place.y, place.width, place.height}));
+}
+
+void PressKey(int keyCode, int modifiers)
+{
+    wxUIActionSimulator().Char(keyCode, modifiers);
+}
+
+void Type(const char* text)
+{
+    wxUIActionSimulator().Text(text);
+}
