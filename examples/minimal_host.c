@@ -1,0 +1,141 @@
+/* The smallest host of the PLC debugger: a GTK 3 program with 64 flag bytes, MB0 to MB63, that an
+ * operator can watch and write. MB0 counts, so that something moves.
+ *
+ *     minimal_host LIBRARY PREFIX [SECONDS]
+ *
+ * LIBRARY is the path of libplcdebug.so. PREFIX is a path prefix: the debugger keeps its settings
+ * in plcdebug.ini beside it and reads PREFIX_plcdbgi.dat. With SECONDS the program ends by itself.
+ * Everything here runs on one thread, the one with the GTK main loop. */
+#include "plcdebug_host.h"
+
+#include <gtk/gtk.h>
+
+#include <dlfcn.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+static PlcCreateExport createDebugger;
+static PlcDestroyExport destroyDebugger;
+static PlcAnswerExport answerReadVar;
+static PLC_DBG_INIT init;
+
+static uint8_t memory[64];
+static uint8_t* watched[UINT16_MAX + 1]; /* by key; NULL where nothing is watched */
+
+/* The byte that an operand name stands for; NULL for one that this machine does not have. */
+static uint8_t* Operand(const uint8_t* name)
+{
+    unsigned number = 0;
+    int found = sscanf((const char*)name, "MB%u", &number) == 1 && number < sizeof memory;
+    return found ? &memory[number] : NULL;
+}
+
+/* The record is the debugger's and valid only during the call: copy what is needed of it. An
+ * operand that does not exist is answered by nothing, and its row keeps showing "?". */
+static int32_t OnReadVar(const CMD_DATA* request)
+{
+    watched[request->key] = Operand(request->payload);
+    return 1;
+}
+
+/* PLC_DELETE_ARG_START follows each read request and needs nothing more here. */
+static int32_t OnDeleteVar(const CMD_DATA* request)
+{
+    int16_t argument;
+    memcpy(&argument, request->payload, sizeof argument);
+    if (argument == PLC_DELETE_ARG_RELEASE)
+        watched[request->key] = NULL;
+    return 1;
+}
+
+/* The value comes first, then the name; a byte is the low 8 bits of the value. */
+static int32_t OnWriteVar(const CMD_DATA* request)
+{
+    uint8_t* byte = Operand(request->payload + sizeof(int32_t));
+    if (byte)
+        *byte = request->payload[0];
+    return 1;
+}
+
+/* Answers for everything that is watched, ten times a second. The debugger copies the record, so
+ * it may lie on the stack. The result 0 says that no debugger is open any more. */
+static gboolean OnTick(gpointer unused)
+{
+    (void)unused;
+    ++memory[0];
+    for (unsigned key = 0; key <= UINT16_MAX; ++key) {
+        if (watched[key]) {
+            CMD_DATA answer = {PLC_CMD_READ_VAR, 10, (uint16_t)key, {*watched[key]}};
+            if (!answerReadVar((unsigned char*)&answer))
+                watched[key] = NULL;
+        }
+    }
+    return G_SOURCE_CONTINUE;
+}
+
+/* Destroy is harmless without a window, and due after the operator has closed it himself. */
+static void OnOpen(void)
+{
+    destroyDebugger();
+    createDebugger(&init);
+}
+
+static gboolean OnEnd(gpointer unused)
+{
+    (void)unused;
+    gtk_main_quit();
+    return G_SOURCE_REMOVE;
+}
+
+/* The debugger needs a program debug file with at least one block; this one has no lines. */
+static int WriteDebugFile(void)
+{
+    unsigned char content[72] = {[8] = 12, [12] = 1, [16] = 'P'}; /* index at 12, 1 block, "P" */
+    char* path = g_strconcat(init.szPath, "_plcdbgi.dat", NULL);
+    int done = g_file_set_contents(path, (const char*)content, sizeof content, NULL);
+    g_free(path);
+    return done;
+}
+
+static int Load(const char* path)
+{
+    void* library = dlopen(path, RTLD_NOW);
+    if (!library)
+        return 0;
+    *(void**)&createDebugger = dlsym(library, "ExportCreatePlcDebugger");
+    *(void**)&destroyDebugger = dlsym(library, "ExportDestroyPlcDebugger");
+    *(void**)&answerReadVar = dlsym(library, "ExportAnswerReadVar");
+    return createDebugger && destroyDebugger && answerReadVar;
+}
+
+int main(int argc, char** argv)
+{
+    gtk_init(NULL, NULL);
+    if (argc < 3 || strlen(argv[2]) >= sizeof init.szPath) {
+        fprintf(stderr, "usage: minimal_host LIBRARY PREFIX [SECONDS]\n");
+        return 2;
+    }
+    strcpy(init.szPath, argv[2]);
+    init.pfnReadVarRequest = OnReadVar;
+    init.pfnWriteVarRequest = OnWriteVar;
+    init.pfnDeleteVarRequest = OnDeleteVar;
+    if (!Load(argv[1]) || !WriteDebugFile()) {
+        fprintf(stderr, "minimal_host: cannot load %s or cannot write to %s*\n", argv[1], argv[2]);
+        return 1;
+    }
+
+    GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+    GtkWidget* button = gtk_button_new_with_label("Open the debugger");
+    gtk_container_add(GTK_CONTAINER(window), button);
+    g_signal_connect(button, "clicked", G_CALLBACK(OnOpen), NULL);
+    g_signal_connect(window, "destroy", G_CALLBACK(gtk_main_quit), NULL);
+    gtk_widget_show_all(window);
+    OnOpen();
+    g_timeout_add(100, OnTick, NULL);
+    if (argc > 3)
+        g_timeout_add_seconds((guint)atoi(argv[3]), OnEnd, NULL);
+    gtk_main();
+    destroyDebugger();
+    return 0;
+}

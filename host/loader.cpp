@@ -1,0 +1,80 @@
+#include "loader.h"
+
+#include <array>
+#include <dlfcn.h>
+#include <filesystem>
+
+namespace plchost {
+
+namespace {
+
+constexpr const char* libraryName = "libplcdebug.so";
+
+template <typename Export> bool Resolve(void* library, const char* name, Export& function)
+{
+    // POSIX promises that the address that dlsym() returns can be called as a function.
+    function = reinterpret_cast<Export>(dlsym(library, name));
+    return function != nullptr;
+}
+
+std::string FileName(const std::string& path)
+{
+    return std::filesystem::path(path).filename().string();
+}
+
+} // namespace
+
+std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder)
+{
+    const std::filesystem::path program(programFolder);
+    const std::array<std::filesystem::path, 3> folders{
+        program / ".." / "lib",
+        program / ".." / "lib" / PLCHOST_LIBRARY_ARCHITECTURE,
+        program,
+    };
+    std::string seen;
+    for (const auto& folder : folders) {
+        const auto candidate = folder / libraryName;
+        std::error_code ignored;
+        if (std::filesystem::is_regular_file(candidate, ignored))
+            return candidate.lexically_normal().string();
+        seen += (seen.empty() ? "" : ", ") + folder.lexically_normal().string();
+    }
+    return LoadError{
+        std::string(libraryName) + " not found, looked in " + seen +
+        " (build or install it, or name it with --plugin PATH)"};
+}
+
+std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
+{
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored))
+        return LoadError{"no file \"" + path + "\" (name the library with --plugin PATH)"};
+
+    // A path without a slash would send dlopen() to the system's folders.
+    const std::string absolute = std::filesystem::absolute(path).string();
+    void* const library = dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        return LoadError{
+            std::string("cannot load the library: ") + dlerror() +
+            " (is it built for this architecture, and is everything installed that it needs?)"};
+    }
+
+    Plugin plugin{path, nullptr, nullptr, nullptr, nullptr};
+    const char* missing = nullptr;
+    if (!Resolve(library, "ExportCreatePlcDebugger", plugin.create))
+        missing = "ExportCreatePlcDebugger";
+    else if (!Resolve(library, "ExportDestroyPlcDebugger", plugin.destroy))
+        missing = "ExportDestroyPlcDebugger";
+    else if (!Resolve(library, "ExportAnswerReadVar", plugin.answerReadVar))
+        missing = "ExportAnswerReadVar";
+    else if (!Resolve(library, "ExportAnswerProgState", plugin.answerProgramState))
+        missing = "ExportAnswerProgState";
+    if (missing != nullptr) {
+        return LoadError{
+            FileName(path) + " has no symbol \"" + missing + "\" (is it an older library?)"};
+    }
+    return plugin;
+}
+
+} // namespace plchost

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "plcdebug_host.h"
+
+#include <string>
+#include <variant>
+
+// Finds and loads the debugger library. No windows. Any thread.
+
+namespace plchost {
+
+/// A loaded debugger library. It stays loaded until the process ends.
+struct Plugin
+{
+    std::string path;
+    PlcCreateExport create;
+    PlcDestroyExport destroy;
+    PlcAnswerExport answerReadVar;
+    PlcAnswerExport answerProgramState;
+};
+
+/// Why a library could not be loaded: the step that failed, the thing, the cure.
+struct LoadError
+{
+    std::string message;
+};
+
+/// The library that belongs to a program: the first of ../lib, the multi-architecture folder in it
+/// and the program's own folder that holds a libplcdebug.so.
+/// @param programFolder the folder in which the program itself lies.
+/// @return its path, or where it was looked for.
+std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder);
+
+std::variant<Plugin, LoadError> LoadPlugin(const std::string& path);
+
+} // namespace plchost

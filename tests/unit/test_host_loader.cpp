@@ -1,0 +1,111 @@
+#include "loader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace plchost {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+std::string MessageOf(const std::variant<Plugin, LoadError>& result)
+{
+    const auto* error = std::get_if<LoadError>(&result);
+    return error == nullptr ? "" : error->message;
+}
+
+/// A folder of its own, laid out as an installed program.
+struct LoaderTest : testing::Test
+{
+    LoaderTest()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "loaderXXXXXX").string();
+        root = mkdtemp(pattern.data());
+        std::filesystem::create_directories(root / "bin");
+    }
+
+    ~LoaderTest() override { std::filesystem::remove_all(root); }
+
+    std::filesystem::path Touch(const std::filesystem::path& file) const
+    {
+        std::filesystem::create_directories((root / file).parent_path());
+        std::ofstream(root / file) << "no library";
+        return root / file;
+    }
+
+    std::filesystem::path root;
+};
+
+TEST_F(LoaderTest, FindsTheLibraryBesideTheProgramsFolder)
+{
+    const auto library = Touch("lib/libplcdebug.so");
+    Touch("bin/libplcdebug.so");
+
+    const auto found = FindPlugin(root / "bin");
+
+    ASSERT_TRUE(std::holds_alternative<std::string>(found));
+    EXPECT_EQ(std::get<std::string>(found), library);
+}
+
+TEST_F(LoaderTest, FindsTheLibraryInTheFolderOfItsArchitecture)
+{
+    const auto library = Touch("lib/" PLCHOST_LIBRARY_ARCHITECTURE "/libplcdebug.so");
+
+    const auto found = FindPlugin(root / "bin");
+
+    ASSERT_TRUE(std::holds_alternative<std::string>(found));
+    EXPECT_EQ(std::get<std::string>(found), library);
+}
+
+TEST_F(LoaderTest, TellsWhereItLookedAndHowToName)
+{
+    const auto found = FindPlugin(root / "bin");
+
+    ASSERT_TRUE(std::holds_alternative<LoadError>(found));
+    EXPECT_THAT(
+        std::get<LoadError>(found).message,
+        AllOf(HasSubstr((root / "lib").string()), HasSubstr("--plugin PATH")));
+}
+
+TEST_F(LoaderTest, AMissingFileIsNamed)
+{
+    EXPECT_THAT(
+        MessageOf(LoadPlugin(root / "none.so")),
+        AllOf(HasSubstr("no file"), HasSubstr("none.so"), HasSubstr("--plugin PATH")));
+}
+
+TEST_F(LoaderTest, AFileThatIsNoLibraryIsNamed)
+{
+    EXPECT_THAT(
+        MessageOf(LoadPlugin(Touch("lib/libplcdebug.so"))),
+        AllOf(HasSubstr("cannot load"), HasSubstr("libplcdebug.so"), HasSubstr("architecture")));
+}
+
+TEST_F(LoaderTest, ALibraryWithoutOneExportIsNamedWithIt)
+{
+    EXPECT_THAT(
+        MessageOf(LoadPlugin(OLD_PLUGIN)),
+        AllOf(
+            HasSubstr("has no symbol \"ExportAnswerProgState\""),
+            HasSubstr("is it an older library?")));
+}
+
+TEST_F(LoaderTest, ResolvesTheFourExports)
+{
+    const auto result = LoadPlugin(FAKE_PLUGIN);
+
+    ASSERT_EQ(MessageOf(result), "");
+    const Plugin& plugin = std::get<Plugin>(result);
+    EXPECT_EQ(plugin.create(nullptr), 1);
+    EXPECT_EQ(plugin.answerReadVar(nullptr), 2);
+    EXPECT_EQ(plugin.answerProgramState(nullptr), 3);
+    plugin.destroy();
+}
+
+} // namespace
+} // namespace plchost

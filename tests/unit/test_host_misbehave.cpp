@@ -1,0 +1,133 @@
+#include "misbehave.h"
+#include "record.h"
+#include "test_host_support.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace plchost {
+namespace {
+
+/// One read answer through a fault.
+struct FaultTest : testing::Test
+{
+    RecordingSink sink;
+    const CMD_DATA answer = MakeReadAnswer(5, 17);
+
+    bool Send(Misbehave& faulty) { return faulty.Answer(AnswerKind::ReadVar, &answer); }
+
+    static void Tick(Misbehave& faulty, std::uint64_t times)
+    {
+        for (std::uint64_t i = 0; i < times; ++i)
+            faulty.Tick();
+    }
+};
+
+TEST_F(FaultTest, WithoutAFaultAnAnswerPassesAsItIs)
+{
+    Misbehave honest(sink, std::nullopt);
+
+    EXPECT_TRUE(Send(honest));
+
+    ASSERT_EQ(sink.answers.size(), 1U);
+    EXPECT_EQ(BytesOf(sink.answers[0].record), BytesOf(answer));
+}
+
+TEST_F(FaultTest, LateAnswerComesExactlyItsCyclesLate)
+{
+    Misbehave late(sink, Fault::LateAnswer);
+
+    Send(late);
+    Tick(late, lateTicks - 1);
+    EXPECT_TRUE(sink.answers.empty());
+    Tick(late, 1);
+
+    ASSERT_EQ(sink.answers.size(), 1U);
+    EXPECT_EQ(sink.answers[0].record.key, 5);
+    Tick(late, lateTicks);
+    EXPECT_EQ(sink.answers.size(), 1U);
+}
+
+TEST_F(FaultTest, WrongKeyPrecedesTheRightOne)
+{
+    Misbehave wrong(sink, Fault::WrongKey);
+
+    Send(wrong);
+
+    ASSERT_EQ(sink.answers.size(), 2U);
+    EXPECT_NE(sink.answers[0].record.key, 5);
+    EXPECT_EQ(sink.answers[1].record.key, 5);
+}
+
+TEST_F(FaultTest, WrongStepsPrecedeTheRightOnes)
+{
+    Misbehave wrong(sink, Fault::WrongKey);
+    const auto states = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, 1}});
+
+    wrong.Answer(AnswerKind::ProgramState, &states);
+
+    ASSERT_EQ(sink.answers.size(), 2U);
+    EXPECT_EQ(AnsweredSteps(sink.answers[0].record).first, 4);
+    EXPECT_EQ(AnsweredSteps(sink.answers[1].record).first, 3);
+}
+
+TEST_F(FaultTest, Length65535ClaimsMoreThanARecordHolds)
+{
+    Misbehave wild(sink, Fault::Length65535);
+
+    Send(wild);
+
+    ASSERT_EQ(sink.answers.size(), 1U);
+    EXPECT_EQ(sink.answers[0].record.length, 65535);
+    EXPECT_EQ(AnsweredValue(sink.answers[0].record), 17);
+}
+
+TEST_F(FaultTest, NullAnswerPrecedesTheRightOne)
+{
+    Misbehave null(sink, Fault::NullAnswer);
+
+    EXPECT_TRUE(Send(null));
+
+    ASSERT_EQ(sink.answers.size(), 2U);
+    EXPECT_TRUE(sink.answers[0].null);
+    EXPECT_FALSE(sink.answers[1].null);
+}
+
+TEST_F(FaultTest, AnswerAfterCloseIsRepeatedAlthoughNobodyTakesIt)
+{
+    Misbehave stubborn(sink, Fault::AnswerAfterClose);
+
+    Send(stubborn);
+    sink.open = false;
+    Tick(stubborn, repeatTicks);
+    sink.open = true;
+    Tick(stubborn, 2 * repeatTicks);
+
+    EXPECT_EQ(sink.answers.size(), 3U);
+}
+
+TEST_F(FaultTest, FloodSendsEveryAnswerManyTimes)
+{
+    Misbehave flood(sink, Fault::Flood);
+
+    Send(flood);
+
+    EXPECT_EQ(sink.answers.size(), std::size_t{floodCount});
+}
+
+TEST(NamedFaults, AreFoundByTheirNamesAndNoOther)
+{
+    std::set<Fault> found;
+    for (const NamedFault& named : NamedFaults()) {
+        ASSERT_EQ(FaultByName(named.name), named.fault);
+        found.insert(named.fault);
+    }
+
+    EXPECT_EQ(found.size(), NamedFaults().size());
+    EXPECT_FALSE(FaultByName("Flood"));
+    EXPECT_FALSE(FaultByName(""));
+}
+
+} // namespace
+} // namespace plchost

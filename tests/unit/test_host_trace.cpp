@@ -1,0 +1,94 @@
+#include "record.h"
+#include "test_host_support.h"
+#include "trace.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace plchost {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+TEST(DescribeRequest, NamesKeyAndOperandOfARead)
+{
+    EXPECT_EQ(DescribeRequest(ReadRequest(5, "EB10")), "read    key 5  EB10");
+}
+
+TEST(DescribeRequest, ShowsAWrittenValueInBothBases)
+{
+    EXPECT_EQ(DescribeRequest(WriteRequestFor("MB3", -1)), "write   MB3 = -1 (0xFFFFFFFF)");
+}
+
+TEST(DescribeRequest, TellsStartAndReleaseApart)
+{
+    EXPECT_EQ(DescribeRequest(DeleteRequest(7, PLC_DELETE_ARG_START)), "start   key 7");
+    EXPECT_EQ(DescribeRequest(DeleteRequest(7, PLC_DELETE_ARG_RELEASE)), "release key 7");
+    EXPECT_EQ(DescribeRequest(DeleteRequest(7, 2)), "delete  key 7  unknown argument 2");
+}
+
+TEST(DescribeRequest, TellsStepsAndStopApart)
+{
+    EXPECT_EQ(DescribeRequest(StepsRequest(40, 59)), "steps   40..59");
+    EXPECT_EQ(DescribeRequest(StopRequest()), "steps   stop");
+}
+
+TEST(DescribeRequest, ShowsAnUnknownCommandWithItsHeader)
+{
+    EXPECT_EQ(
+        DescribeRequest(RequestOf({0x34, 0x12, 9, 0, 3, 0})),
+        "unknown command 0x1234, length 9, key 3");
+}
+
+TEST(DescribeAnswer, ShowsKeyAndValue)
+{
+    const auto answer = MakeReadAnswer(5, 17);
+
+    EXPECT_EQ(DescribeAnswer(AnswerKind::ReadVar, &answer), "value   key 5  17 (0x00000011)");
+}
+
+TEST(DescribeAnswer, ShowsResultsAndTheValuesThatExist)
+{
+    const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, PLC_NO_VALUE}});
+
+    EXPECT_EQ(DescribeAnswer(AnswerKind::ProgramState, &answer), "states  3..4  1:17 0");
+}
+
+TEST(DescribeAnswer, SurvivesNullAndAWildLength)
+{
+    auto wild = MakeReadAnswer(5, 17);
+    wild.length = 65535;
+
+    EXPECT_EQ(DescribeAnswer(AnswerKind::ReadVar, nullptr), "value   null pointer");
+    EXPECT_THAT(DescribeAnswer(AnswerKind::ReadVar, &wild), EndsWith("(length 65535)"));
+}
+
+TEST(DescribeAnswer, SurvivesARangeThatOverflows)
+{
+    const auto answer = WithSteps(MakeProgramStateAnswer({}, {}), {-2147483647 - 1, 2147483647});
+
+    EXPECT_THAT(
+        DescribeAnswer(AnswerKind::ProgramState, &answer), HasSubstr("-2147483648..2147483647"));
+}
+
+TEST(TracedAnswers, PassOnTheAnswerAndWhetherItWasTaken)
+{
+    std::ostringstream out;
+    Trace trace(out);
+    RecordingSink sink;
+    TracedAnswers traced(sink, trace);
+    const auto answer = MakeReadAnswer(5, 17);
+
+    EXPECT_TRUE(traced.Answer(AnswerKind::ReadVar, &answer));
+    sink.open = false;
+    EXPECT_FALSE(traced.Answer(AnswerKind::ReadVar, &answer));
+
+    EXPECT_EQ(sink.answers.size(), 1U);
+    EXPECT_THAT(out.str(), EndsWith("<- value   key 5  17 (0x00000011)  (not taken)\n"));
+}
+
+} // namespace
+} // namespace plchost
