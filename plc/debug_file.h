@@ -1,0 +1,35 @@
+#pragma once
+
+#include "program.h"
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+// The program debug file: the listing of every block, as the debugger's program page reads it.
+// Any thread.
+
+namespace plc {
+
+/// What a path prefix is followed by.
+constexpr std::string_view debugFileSuffix = "_plcdbgi.dat";
+
+/// The most bytes of a listing line; the page would split a longer one.
+constexpr std::size_t maxLineBytes = 254;
+
+/// The last first step and the most lines that a block's record has room for.
+constexpr std::int32_t maxFirstStep = 65535;
+constexpr std::size_t maxBlockLines = 65535;
+
+/// Whether the program page gives a line of this text a step.
+bool IsExecutable(std::string_view line);
+
+/// @return false when the stream failed, or the listing is too long for the file's offsets.
+bool WriteDebugFile(const Program& program, std::ostream& out);
+
+/// Replaces @p prefix + debugFileSuffix as a whole.
+/// @return what went wrong, if anything; the file is then as it was.
+std::optional<std::string> WriteDebugFile(const Program& program, const std::string& prefix);
+
+} // namespace plc
