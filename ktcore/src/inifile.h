@@ -1,0 +1,58 @@
+#pragma once
+
+#include <wx/debug.h>
+#include <wx/fileconf.h>
+#include <wx/log.h>
+#include <wx/stream.h>
+#include <wx/string.h>
+
+// INI text in UTF-8 as the toolkit reads and writes it, read as far as it goes. GUI thread.
+
+/// Keeps the toolkit's log and its asserts from the operator for as long as it lives: about a
+/// damaged file both would open a dialog of their own.
+class ToolkitSilence
+{
+public:
+    ToolkitSilence() : m_handler(wxSetAssertHandler(nullptr)) {}
+
+    ToolkitSilence(const ToolkitSilence&) = delete;
+    ToolkitSilence(ToolkitSilence&&) = delete;
+    ToolkitSilence& operator=(const ToolkitSilence&) = delete;
+    ToolkitSilence& operator=(ToolkitSilence&&) = delete;
+
+    ~ToolkitSilence() { wxSetAssertHandler(m_handler); }
+
+private:
+    wxLogNull m_noLog;
+    wxAssertHandler_t m_handler;
+};
+
+/// The text of one file. The toolkit is silent while the object lives: keep it in a small block.
+class IniFile
+{
+public:
+    /// Reads a file. @param path absolute.
+    explicit IniFile(const wxString& path);
+
+    /// Reads text that is no file; Save() is not for it.
+    explicit IniFile(wxInputStream& text);
+
+    /// @return true when there was a regular file and it could be read to its end.
+    bool IsLoaded() const { return m_loaded; }
+
+    wxFileConfig& Content() { return m_content; }
+
+    /// Replaces the file atomically by the content; its mode stays, and so does a symbolic link to
+    /// it. A file that exists but was not read, or that is write-protected, is never replaced.
+    /// @return false when the file is as it was.
+    bool Save();
+
+private:
+    ToolkitSilence m_silence; // first, so that it outlives the content
+    wxString m_path;
+    bool m_loaded;
+    wxFileConfig m_content;
+};
+
+/// @return @p path, a relative one taken against the current directory.
+wxString AbsolutePath(const wxString& path);

@@ -1,0 +1,24 @@
+#include "inifile.h"
+
+#include <ktcore/ktconfiguration.h>
+
+KtConfiguration::KtConfiguration(
+    const wxString& section, const wxString& subsection, const wxString& file)
+    : m_group('/' + section), m_file(AbsolutePath(file))
+{
+    if (!subsection.empty()) {
+        m_group += '/' + subsection;
+    }
+}
+
+bool KtConfiguration::Get(const wxString& key, wxString& value) const
+{
+    IniFile file(m_file);
+    return file.Content().Read(m_group + '/' + key, &value);
+}
+
+bool KtConfiguration::Set(const wxString& key, const wxString& value)
+{
+    IniFile file(m_file);
+    return file.Content().Write(m_group + '/' + key, value) && file.Save();
+}
