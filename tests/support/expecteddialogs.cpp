@@ -4,6 +4,7 @@
 
 #include <glib.h>
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
 #include <wx/weakref.h>
@@ -54,6 +55,14 @@ gboolean Operate(gpointer data)
     return G_SOURCE_REMOVE;
 }
 
+/// The file chooser reads the directory by and by: waits until it has found the path.
+void ChoosePath(wxFileDialog& dialog, const wxString& path)
+{
+    dialog.SetPath(path);
+    EXPECT_TRUE(
+        WaitFor(("chosen: " + path).ToStdString(), [&] { return dialog.GetPath() == path; }));
+}
+
 } // namespace
 
 ExpectedDialogs::ExpectedDialogs()
@@ -72,46 +81,48 @@ ExpectedDialogs::~ExpectedDialogs()
 
 void ExpectedDialogs::Message(const wxString& caption, const wxString& words)
 {
-    const wxString what = "message [" + caption + "] " + words;
-    m_expected.push_back({what, [what](wxDialog& dialog) {
-                              return Describe(dialog) == what ? std::optional<int>(wxID_OK)
-                                                              : std::nullopt;
-                          }});
+    ExpectAnswered("message [" + caption + "] " + words, wxID_OK);
 }
 
 void ExpectedDialogs::Question(const wxString& caption, const wxString& words, int answer)
 {
-    const wxString what = "question [" + caption + "] " + words;
+    ExpectAnswered("question [" + caption + "] " + words, answer);
+}
+
+void ExpectedDialogs::File(
+    const wxString& message,
+    const std::optional<wxString>& path,
+    const std::function<void(wxFileDialog&)>& look)
+{
+    ExpectOpened("file dialog [" + message + "]", [path, look](wxDialog& dialog) {
+        auto& fileDialog = static_cast<wxFileDialog&>(dialog);
+        if (look) {
+            look(fileDialog);
+        }
+        if (path) {
+            ChoosePath(fileDialog, *path);
+        }
+        const int response = path ? GTK_RESPONSE_ACCEPT : GTK_RESPONSE_CANCEL;
+        gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), response);
+    });
+}
+
+void ExpectedDialogs::Dialog(const wxString& title, const std::function<void(wxDialog&)>& operate)
+{
+    ExpectOpened("dialog [" + title + "]", operate);
+}
+
+void ExpectedDialogs::ExpectAnswered(const wxString& what, int answer)
+{
     m_expected.push_back({what, [what, answer](wxDialog& dialog) {
                               return Describe(dialog) == what ? std::optional<int>(answer)
                                                               : std::nullopt;
                           }});
 }
 
-void ExpectedDialogs::File(
-    const wxString& message,
-    const std::optional<wxString>& path,
-    const std::function<void(wxDialog&)>& look)
+void ExpectedDialogs::ExpectOpened(
+    const wxString& what, const std::function<void(wxDialog&)>& operate)
 {
-    const wxString what = "file dialog [" + message + "]";
-    m_expected.push_back({what, [what, path, look](wxDialog& dialog) -> std::optional<int> {
-                              if (Describe(dialog) != what) {
-                                  return std::nullopt;
-                              }
-                              if (look) {
-                                  look(dialog);
-                              }
-                              if (!path) {
-                                  return wxID_CANCEL;
-                              }
-                              static_cast<wxFileDialog&>(dialog).SetPath(*path);
-                              return wxID_OK;
-                          }});
-}
-
-void ExpectedDialogs::Dialog(const wxString& title, const std::function<void(wxDialog&)>& operate)
-{
-    const wxString what = "dialog [" + title + "]";
     m_expected.push_back(
         {what, [what, operate](wxDialog& dialog) -> std::optional<int> {
              if (Describe(dialog) != what) {
@@ -125,15 +136,27 @@ void ExpectedDialogs::Dialog(const wxString& title, const std::function<void(wxD
 
 int ExpectedDialogs::Enter(wxDialog* dialog)
 {
-    if (!m_expected.empty()) {
-        if (const std::optional<int> answer = m_expected.front().meet(*dialog)) {
-            m_expected.pop_front();
-            return *answer;
-        }
+    // A file dialog calls twice for one showing.
+    if (m_open.count(dialog) != 0) {
+        return wxID_NONE;
     }
-    ADD_FAILURE() << "unexpected " << Describe(*dialog) << "; expected: "
-                  << (m_expected.empty() ? wxString("none") : m_expected.front().what);
-    return wxID_CANCEL;
+    const std::optional<int> answer =
+        m_expected.empty() ? std::nullopt : m_expected.front().meet(*dialog);
+    if (!answer) {
+        ADD_FAILURE() << "unexpected " << Describe(*dialog) << "; expected: "
+                      << (m_expected.empty() ? wxString("none") : m_expected.front().what);
+        return wxID_CANCEL;
+    }
+    m_expected.pop_front();
+    if (*answer == wxID_NONE) {
+        m_open.insert(dialog);
+    }
+    return *answer;
+}
+
+void ExpectedDialogs::Exit(wxDialog* dialog)
+{
+    m_open.erase(dialog);
 }
 
 bool ExpectedDialogs::Active()

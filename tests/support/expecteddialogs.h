@@ -1,12 +1,14 @@
 #pragma once
 
 #include <wx/dialog.h>
+#include <wx/filedlg.h>
 #include <wx/modalhook.h>
 #include <wx/string.h>
 
 #include <deque>
 #include <functional>
 #include <optional>
+#include <set>
 
 // The dialogs that a test expects, in order, and what the operator does with each. GUI thread.
 
@@ -25,13 +27,13 @@ public:
     /// @param answer wxID_YES, wxID_NO, or wxID_CANCEL for closing it.
     void Question(const wxString& caption, const wxString& words, int answer);
 
-    /// Expects a file dialog, and answers it unseen.
-    /// @param path the file chosen; nothing cancels.
+    /// Expects a file dialog, which really opens.
+    /// @param path the file chosen there; nothing cancels.
     /// @param look sees the dialog before, for its directory, wildcard and style.
     void File(
         const wxString& message,
         const std::optional<wxString>& path,
-        const std::function<void(wxDialog&)>& look = nullptr);
+        const std::function<void(wxFileDialog&)>& look = nullptr);
 
     /// Expects a dialog with this title, which really opens.
     /// @param operate runs once it is on the screen and must lead to its end; a dialog still open
@@ -53,9 +55,13 @@ private:
         std::function<std::optional<int>(wxDialog&)> meet;
     };
 
+    void ExpectAnswered(const wxString& what, int answer);
+    void ExpectOpened(const wxString& what, const std::function<void(wxDialog&)>& operate);
     int Enter(wxDialog* dialog) override;
+    void Exit(wxDialog* dialog) override;
 
     std::deque<Expectation> m_expected;
+    std::set<const wxDialog*> m_open;
 
     wxDECLARE_NO_COPY_CLASS(ExpectedDialogs);
 };
