@@ -70,7 +70,7 @@ private:
     Image m_image; ///< PLC thread only.
 
     mutable std::mutex m_mutex; ///< Guards what follows, but the thread.
-    std::condition_variable m_ended;
+    std::condition_variable m_wake;
     ControllerStatus m_status;
     std::vector<std::function<void(Image&)>> m_posted;
     bool m_end = false;
