@@ -1,0 +1,54 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The host's files in the user's configuration folder, which the debugger shares. No windows.
+// GUI thread.
+
+namespace plchost {
+
+/// Where everything of one machine lies; all paths are absolute.
+struct ConfigFiles
+{
+    std::string folder;
+    std::string prefix;    ///< For PLC_DBG_INIT::szPath.
+    std::string settings;  ///< plcdebug.ini, as the debugger derives it from the prefix.
+    std::string debugFile; ///< The program debug file.
+};
+
+/// @param machine the name that the files of this machine begin with.
+ConfigFiles FilesIn(const std::string& folder, const std::string& machine);
+
+/// The value of a key in section [Settings] of an INI text, as it stands there; names are not
+/// case-sensitive, the last one counts.
+std::optional<std::string> SettingIn(std::string_view text, std::string_view key);
+
+/// The same text with another value for one key; every other line stays as it is, byte by byte.
+std::string WithSetting(std::string_view text, std::string_view key, std::string_view value);
+
+/// What the host tells the debugger by the settings file.
+struct DebuggerSettings
+{
+    std::string languagePath; ///< Folder with the language files.
+    std::string language;     ///< Name of a language file without its extension.
+};
+
+/// Writes the host's own keys and no other. The file is replaced as a whole, or not at all.
+/// @return empty, or what went wrong.
+std::string WriteSettings(const std::string& file, const DebuggerSettings& settings);
+
+/// The language that was last chosen; empty when none was.
+std::string ReadLanguage(const std::string& file);
+
+/// Gives a machine without a last variable list a copy of its sample list.
+/// @return empty, or what went wrong.
+std::string SeedWatchList(const ConfigFiles& files, const std::string& sample);
+
+/// Whether the debugger can open on this program debug file: without any block it would end the
+/// host.
+/// @return empty, or what is wrong with the file.
+std::string DebugFileProblem(const std::string& file);
+
+} // namespace plchost

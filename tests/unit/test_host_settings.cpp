@@ -1,0 +1,197 @@
+#include "settings.h"
+#include "tempdir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace plchost {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(FilesIn, AreWhatTheDebuggerDerivesFromThePrefix)
+{
+    const ConfigFiles files = FilesIn("/home/me/.config/plchost/", "bottling");
+
+    EXPECT_EQ(files.prefix, "/home/me/.config/plchost/bottling");
+    EXPECT_EQ(files.settings, "/home/me/.config/plchost/plcdebug.ini");
+    EXPECT_EQ(files.debugFile, "/home/me/.config/plchost/bottling_plcdbgi.dat");
+}
+
+TEST(FilesIn, AreAbsoluteAlsoInARelativeFolder)
+{
+    EXPECT_EQ(
+        FilesIn("here", "bottling").prefix,
+        (std::filesystem::current_path() / "here/bottling").string());
+}
+
+TEST(SettingIn, IsTheLastOneOfItsSectionInAnyCase)
+{
+    const char* text = "Language=no\n[Other]\nLanguage=no\n[settings]\n language = de \r\n"
+                       "LANGUAGE=en\n[Later]\nLanguage=no\n";
+
+    EXPECT_EQ(SettingIn(text, "Language"), "en");
+}
+
+TEST(SettingIn, IsMissingWithoutItsSectionOrKey)
+{
+    EXPECT_FALSE(SettingIn("", "Language"));
+    EXPECT_FALSE(SettingIn("Language=de\n", "Language"));
+    EXPECT_FALSE(SettingIn("[Settings]\nLanguagePath=x\n;Language=de\n", "Language"));
+}
+
+TEST(WithSetting, ReplacesItsLineAndNoOther)
+{
+    EXPECT_EQ(
+        WithSetting(
+            "; mine\r\n[Settings]\nLanguage = de\n\n  odd line\nX=\\\n[Last]\nLanguage=x\n",
+            "Language",
+            "en"),
+        "; mine\r\n[Settings]\nLanguage=en\n\n  odd line\nX=\\\n[Last]\nLanguage=x\n");
+}
+
+TEST(WithSetting, AddsAMissingKeyToItsSection)
+{
+    EXPECT_EQ(
+        WithSetting("[A]\nB=1\n[Settings]\nX=1\n[C]\n", "Language", "de"),
+        "[A]\nB=1\n[Settings]\nLanguage=de\nX=1\n[C]\n");
+    EXPECT_EQ(WithSetting("[Settings]", "Language", "de"), "[Settings]\nLanguage=de\n");
+}
+
+TEST(WithSetting, AddsAMissingSectionAtTheEnd)
+{
+    EXPECT_EQ(WithSetting("", "Language", "de"), "[Settings]\nLanguage=de\n");
+    EXPECT_EQ(WithSetting("[A]\nB=1", "Language", "de"), "[A]\nB=1\n[Settings]\nLanguage=de\n");
+}
+
+TEST(WithSetting, FindsTheSectionBehindAByteOrderMark)
+{
+    EXPECT_EQ(
+        WithSetting("\xEF\xBB\xBF[Settings]\nLanguage=de\n", "Language", "en"),
+        "\xEF\xBB\xBF[Settings]\nLanguage=en\n");
+}
+
+TEST(WithSetting, EscapesWhatTheReaderWouldTakeForMore)
+{
+    EXPECT_EQ(WithSetting("", "LanguagePath", "/a\\b"), "[Settings]\nLanguagePath=/a\\\\b\n");
+    EXPECT_EQ(WithSetting("", "LanguagePath", "/a "), "[Settings]\nLanguagePath=\"/a \"\n");
+}
+
+TEST(WriteSettings, ChangesTheHostsOwnKeysOnly)
+{
+    const TempDir dir;
+    const auto file =
+        dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/y.plc\nLanguage=de\nOther=1\n");
+
+    EXPECT_EQ(WriteSettings(file, {"/lng", "en"}), "");
+
+    EXPECT_EQ(
+        dir.Read("plcdebug.ini"),
+        "[Settings]\nLanguagePath=/lng\nPLCLastFile=/x/y.plc\nLanguage=en\nOther=1\n");
+    EXPECT_EQ(ReadLanguage(file), "en");
+}
+
+TEST(WriteSettings, KeepsASymbolicLinkAndTheFilesMode)
+{
+    const TempDir dir;
+    const auto real = dir.Write("real.ini", "");
+    std::filesystem::permissions(
+        real, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    std::filesystem::create_symlink(real, dir.File("plcdebug.ini"));
+
+    EXPECT_EQ(WriteSettings(dir.File("plcdebug.ini"), {"/lng", "en"}), "");
+
+    EXPECT_TRUE(std::filesystem::is_symlink(dir.File("plcdebug.ini")));
+    EXPECT_THAT(dir.Read("real.ini"), HasSubstr("Language=en"));
+    EXPECT_EQ(
+        std::filesystem::status(real).permissions(),
+        std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST(WriteSettings, TellsWhichFileCannotBeWritten)
+{
+    EXPECT_THAT(
+        WriteSettings("/nowhere/plcdebug.ini", {"/lng", "en"}),
+        HasSubstr("cannot write \"/nowhere/plcdebug.ini\""));
+}
+
+TEST(ReadLanguage, IsEmptyWithoutAFile)
+{
+    EXPECT_EQ(ReadLanguage("/nowhere/plcdebug.ini"), "");
+}
+
+/// A configuration folder, and a sample list beside it.
+struct SeedWatchListTest : testing::Test
+{
+    const TempDir dir;
+    const std::string sample = dir.Write("sample", "EB0/B\n");
+    const ConfigFiles files = FilesIn(dir.Path(), "bottling");
+};
+
+TEST_F(SeedWatchListTest, CopiesTheSampleAndRecordsIt)
+{
+    EXPECT_EQ(SeedWatchList(files, sample), "");
+
+    EXPECT_EQ(dir.Read("bottling.plc"), "EB0/B\n");
+    EXPECT_EQ(
+        dir.Read("plcdebug.ini"), "[Settings]\nPLCLastFile=" + dir.File("bottling.plc") + "\n");
+}
+
+TEST_F(SeedWatchListTest, LeavesALastListAsItIs)
+{
+    dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/mine.plc\n");
+
+    EXPECT_EQ(SeedWatchList(files, sample), "");
+
+    EXPECT_EQ(dir.Read("plcdebug.ini"), "[Settings]\nPLCLastFile=/x/mine.plc\n");
+    EXPECT_FALSE(std::filesystem::exists(dir.File("bottling.plc")));
+}
+
+TEST_F(SeedWatchListTest, DoesNotOverwriteAListOfThatName)
+{
+    dir.Write("bottling.plc", "MB1/D\n");
+
+    EXPECT_EQ(SeedWatchList(files, sample), "");
+
+    EXPECT_EQ(dir.Read("bottling.plc"), "MB1/D\n");
+}
+
+TEST_F(SeedWatchListTest, TellsWhenThereIsNoSample)
+{
+    EXPECT_THAT(SeedWatchList(files, dir.File("none")), HasSubstr("cannot copy the sample list"));
+    EXPECT_EQ(dir.Read("plcdebug.ini"), "");
+}
+
+std::string DebugFile(std::uint8_t index, std::uint8_t blocks)
+{
+    std::string bytes(16, '\0');
+    bytes[8] = static_cast<char>(index);
+    bytes[12] = static_cast<char>(blocks);
+    return bytes;
+}
+
+TEST(DebugFileProblem, IsNoneWithOneBlock)
+{
+    const TempDir dir;
+
+    EXPECT_EQ(DebugFileProblem(dir.Write("d", DebugFile(12, 1))), "");
+}
+
+TEST(DebugFileProblem, IsAMissingFile)
+{
+    EXPECT_THAT(DebugFileProblem("/nowhere/d"), HasSubstr("no program debug file \"/nowhere/d\""));
+}
+
+TEST(DebugFileProblem, IsAFileWithoutABlock)
+{
+    const TempDir dir;
+
+    for (const std::string& bytes :
+         {DebugFile(12, 0), DebugFile(0, 1), DebugFile(12, 1).substr(0, 14), std::string()})
+        EXPECT_THAT(DebugFileProblem(dir.Write("d", bytes)), HasSubstr("holds no block"));
+}
+
+} // namespace
+} // namespace plchost
