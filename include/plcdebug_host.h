@@ -166,21 +166,21 @@ PLCDEBUG_STATIC_ASSERT(sizeof(CMD_DATA) == PLC_CMD_SIZE, "a record has 506 bytes
 PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, length) == 2, "length word at byte 2");
 PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, key) == 4, "key at byte 4");
 PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, payload) == PLC_CMD_HEADER_SIZE, "payload at byte 6");
-PLCDEBUG_STATIC_ASSERT(sizeof(PLC_DBG_INIT) == PLC_PATH_SIZE + 6 * sizeof(void*),
-                       "280 bytes on 32 bits, 304 on 64 bits");
+PLCDEBUG_STATIC_ASSERT(
+    sizeof(PLC_DBG_INIT) == PLC_PATH_SIZE + 6 * sizeof(void*),
+    "280 bytes on 32 bits, 304 on 64 bits");
 PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnTallFrame) == PLC_PATH_SIZE, "first callback");
-PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnReadVarRequest) ==
-                           PLC_PATH_SIZE + sizeof(void*),
-                       "second callback");
-PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnWriteVarRequest) ==
-                           PLC_PATH_SIZE + 2 * sizeof(void*),
-                       "third callback");
-PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnPrgStateRequest) ==
-                           PLC_PATH_SIZE + 3 * sizeof(void*),
-                       "fourth callback");
-PLCDEBUG_STATIC_ASSERT(offsetof(PLC_DBG_INIT, pfnDeleteVarRequest) ==
-                           PLC_PATH_SIZE + 4 * sizeof(void*),
-                       "fifth callback");
+PLCDEBUG_STATIC_ASSERT(
+    offsetof(PLC_DBG_INIT, pfnReadVarRequest) == PLC_PATH_SIZE + sizeof(void*), "second callback");
+PLCDEBUG_STATIC_ASSERT(
+    offsetof(PLC_DBG_INIT, pfnWriteVarRequest) == PLC_PATH_SIZE + 2 * sizeof(void*),
+    "third callback");
+PLCDEBUG_STATIC_ASSERT(
+    offsetof(PLC_DBG_INIT, pfnPrgStateRequest) == PLC_PATH_SIZE + 3 * sizeof(void*),
+    "fourth callback");
+PLCDEBUG_STATIC_ASSERT(
+    offsetof(PLC_DBG_INIT, pfnDeleteVarRequest) == PLC_PATH_SIZE + 4 * sizeof(void*),
+    "fifth callback");
 
 #undef PLCDEBUG_STATIC_ASSERT
 
