@@ -1,0 +1,373 @@
+#include "plcdebugframe.h"
+
+#include "plcdebug.h"
+#include "plcdebugframe_drain.h"
+#include "plcinfodlg.h"
+#include "plcmodal.h"
+#include "plcnotebook.h"
+#include "plcprgpanel.h"
+#include "plcprgpanel_file.h"
+#include "plcvarpanel.h"
+
+#include <wx/filedlg.h>
+#include <wx/sizer.h>
+
+namespace {
+
+constexpr int tickMs = 100;
+constexpr int tallFrameHeight = 1942;
+constexpr int lowFrameHeight = 514;
+constexpr int frameWidth = 600;
+constexpr int frameHeight = 480;
+
+const char* const configurationFile = "plcdebug.ini";
+const char* const configurationSection = "Settings";
+const char* const keyLanguagePath = "LanguagePath";
+const char* const keyLanguage = "Language";
+const char* const keyLastFile = "PLCLastFile";
+const char* const listFileWildcard = " (*.plc)|*.plc";
+
+/// @return @p text, or a blank for an empty one, for which the toolkit would take a label and an
+///         accelerator of its own or refuse the menu.
+wxString NotEmpty(const wxString& text)
+{
+    return text.empty() ? wxString(" ") : text;
+}
+
+struct MenuItem
+{
+    int id;
+    TextId label;
+    TextId acceleratorLetter;
+    TextId help;
+};
+
+constexpr MenuItem fileItems[] = {
+    {wxID_NEW, TextId::MenuNew, TextId::MenuNewKey, TextId::MenuNewHelp},
+    {wxID_OPEN, TextId::MenuOpen, TextId::MenuOpenKey, TextId::MenuOpenHelp},
+    {wxID_CLOSE, TextId::MenuClose, TextId::MenuCloseKey, TextId::MenuCloseHelp},
+    {wxID_SAVE, TextId::MenuSave, TextId::MenuSaveKey, TextId::MenuSaveHelp},
+    {wxID_SAVEAS, TextId::MenuSaveAs, TextId::MenuSaveAsKey, TextId::MenuSaveAsHelp},
+    {wxID_EXIT, TextId::MenuExit, TextId::MenuExitKey, TextId::MenuExitHelp},
+};
+
+constexpr MenuItem helpItems[] = {
+    {wxID_HELP, TextId::MenuInfo, TextId::MenuInfoKey, TextId::MenuInfo},
+};
+
+template <std::size_t count> wxMenu* CreateMenu(const MenuItem (&items)[count])
+{
+    auto* menu = new wxMenu;
+    for (const MenuItem& item : items) {
+        menu->Append(
+            item.id,
+            ItemLabel(LanguageText(item.label), LanguageText(item.acceleratorLetter)),
+            LanguageText(item.help));
+    }
+    return menu;
+}
+
+bool IsTallFrameAllowed(const PLC_DBG_INIT& init)
+{
+    const PlcCallOut callOut;
+    return init.pfnTallFrame != nullptr && init.pfnTallFrame() != 0;
+}
+
+/// Releases the variables of the last list file when the frame cannot be built: its destructor does
+/// not run then.
+class ReleaseOnFailure
+{
+public:
+    explicit ReleaseOnFailure(PlcVarPanel& panel) : m_panel(&panel) {}
+
+    ~ReleaseOnFailure()
+    {
+        if (m_panel != nullptr) {
+            m_panel->FinishVarRequest();
+        }
+    }
+
+    ReleaseOnFailure(const ReleaseOnFailure&) = delete;
+    ReleaseOnFailure(ReleaseOnFailure&&) = delete;
+    ReleaseOnFailure& operator=(const ReleaseOnFailure&) = delete;
+    ReleaseOnFailure& operator=(ReleaseOnFailure&&) = delete;
+
+    void Built() { m_panel = nullptr; }
+
+private:
+    PlcVarPanel* m_panel;
+};
+
+} // namespace
+
+wxString StartDirectory(wxString pathPrefix)
+{
+    if (pathPrefix.EndsWith("/")) {
+        pathPrefix.RemoveLast();
+    }
+    const std::size_t slash = pathPrefix.rfind('/');
+    return slash == wxString::npos ? pathPrefix : pathPrefix.Left(slash);
+}
+
+wxString ItemLabel(const wxString& label, const wxString& acceleratorLetter)
+{
+    if (acceleratorLetter.empty() || acceleratorLetter == "...") {
+        return NotEmpty(label);
+    }
+    return NotEmpty(label) + "\tCtrl-" + acceleratorLetter;
+}
+
+wxBEGIN_EVENT_TABLE(PlcDebugFrame, wxFrame)
+    EVT_MENU(wxID_NEW, PlcDebugFrame::OnMenuNewClose)
+    EVT_MENU(wxID_OPEN, PlcDebugFrame::OnMenuOpen)
+    EVT_MENU(wxID_CLOSE, PlcDebugFrame::OnMenuNewClose)
+    EVT_MENU(wxID_SAVE, PlcDebugFrame::OnMenuSave)
+    EVT_MENU(wxID_SAVEAS, PlcDebugFrame::OnMenuSaveAs)
+    EVT_MENU(wxID_HELP, PlcDebugFrame::OnMenuInfo)
+    EVT_MENU(wxID_EXIT, PlcDebugFrame::OnMenuQuit)
+    EVT_TIMER(wxID_ANY, PlcDebugFrame::OnTimer)
+    EVT_CLOSE(PlcDebugFrame::OnClose)
+wxEND_EVENT_TABLE()
+
+PlcDebugFrame::PlcDebugFrame(wxWindow* parent, const PLC_DBG_INIT& init)
+    : wxFrame(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
+      m_init(init)
+{
+    // A menu command of ours is none of a wxWidgets host's: its Exit would end the host.
+    SetExtraStyle(GetExtraStyle() | wxWS_EX_BLOCK_EVENTS);
+    ReadConfiguration();
+    SetTitle(LanguageText(TextId::FrameTitle));
+    SetWindowStyle(wxDEFAULT_FRAME_STYLE);
+    CreateStatusBar(1);
+    CreateMenus();
+    CreatePages();
+    SetSizes();
+    Show();
+    m_timer.SetOwner(this, NewControlId());
+    m_timer.Start(tickMs);
+}
+
+PlcDebugFrame::~PlcDebugFrame()
+{
+    ForgetFrame(this); // from here on no thread hands over an answer any more
+    DoExit();
+}
+
+void PlcDebugFrame::ReadConfiguration()
+{
+    const wxString directory = StartDirectory(FromLocalText(m_init.szPath, sizeof m_init.szPath));
+    m_config = std::make_unique<KtConfiguration>(
+        configurationSection, "", directory + "/" + configurationFile);
+
+    wxString languagePath;
+    m_config->Get(keyLanguagePath, languagePath);
+    IntlLangImp().SetFilePath(languagePath.wc_str());
+    wxString language;
+    m_config->Get(keyLanguage, language);
+    IntlLangImp().SetLanguage(language.wc_str());
+
+    m_config->Get(keyLastFile, m_fileName);
+    m_fileDir = m_fileName.empty() ? directory : m_fileName.BeforeLast('/');
+}
+
+void PlcDebugFrame::CreateMenus()
+{
+    m_pFileMenu = CreateMenu(fileItems);
+    auto* menuBar = new wxMenuBar;
+    menuBar->Append(m_pFileMenu, NotEmpty(LanguageText(TextId::MenuFile)));
+    menuBar->Append(CreateMenu(helpItems), NotEmpty(LanguageText(TextId::MenuHelp)));
+    SetMenuBar(menuBar);
+}
+
+void PlcDebugFrame::CreatePages()
+{
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    m_pNoteBook = new PlcNoteBook(this, this);
+    m_pVarPanel = new PlcVarPanel(m_pNoteBook, m_init, this);
+    ReleaseOnFailure releaseOnFailure(*m_pVarPanel);
+    if (!m_fileName.empty()) {
+        m_pVarPanel->LoadFile(m_fileName);
+    }
+    m_pNoteBook->AddPage(m_pVarPanel, LanguageText(TextId::VarPage), true);
+    m_pPrgPanel = new PlcPrgPanel(m_pNoteBook, m_init);
+    m_pNoteBook->AddPage(m_pPrgPanel, LanguageText(TextId::PrgPage), false);
+    releaseOnFailure.Built();
+
+    sizer->Add(m_pNoteBook, 1, wxEXPAND | wxALL, 0);
+    SetSizer(sizer);
+    Fit();
+}
+
+void PlcDebugFrame::SetSizes()
+{
+    const int maxHeight = IsTallFrameAllowed(m_init) ? tallFrameHeight : lowFrameHeight;
+    SetMaxSize(wxSize(wxDefaultCoord, maxHeight));
+    SetSize(wxDefaultCoord, wxDefaultCoord, frameWidth, frameHeight);
+}
+
+int PlcDebugFrame::ProcessAnswerReadVar(const unsigned char* answer)
+{
+    m_readVarAnswers.Push(CopyAnswer(answer));
+    return 1;
+}
+
+int PlcDebugFrame::ProcessAnswerPrgState(const unsigned char* answer)
+{
+    m_prgStateAnswers.Push(CopyAnswer(answer));
+    return 1;
+}
+
+void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
+{
+    // A host callback or a message box that runs a loop lets the timer tick inside the tick, or
+    // while list and grid do not agree.
+    const wxRecursionGuard draining(m_draining);
+    if (draining.IsInside() || m_pVarPanel->IsLoading()) {
+        return;
+    }
+    DeliverReadAnswers();
+    DeliverPrgStateAnswers();
+    if (m_pPrgPanel->IsShown()) {
+        m_pPrgPanel->OnScrollSendRequest();
+    }
+}
+
+void PlcDebugFrame::DeliverReadAnswers()
+{
+    std::vector<CMD_DATA> answers;
+    for (CMD_DATA answer; m_readVarAnswers.Pop(answer);) {
+        answers.push_back(answer);
+    }
+    for (const CMD_DATA& answer : NewestPerKey(answers)) {
+        m_pVarPanel->AnswerReadVarRequest(answer);
+    }
+}
+
+void PlcDebugFrame::DeliverPrgStateAnswers()
+{
+    for (CMD_DATA answer; m_prgStateAnswers.Pop(answer);) {
+        m_pPrgPanel->AnswerPrgState(answer);
+    }
+}
+
+void PlcDebugFrame::DoSaveActiveFile()
+{
+    if (!m_pVarPanel->IsModified()) {
+        return;
+    }
+    if (IsShown()) // raising a hidden frame shows it again
+    {
+        Raise();
+    }
+    if (AskYesNo(this, TextId::SaveQuestionCaption, TextId::SaveQuestion)) {
+        wxCommandEvent save;
+        OnMenuSave(save);
+    }
+}
+
+void PlcDebugFrame::OnMenuNewClose(wxCommandEvent& /*event*/)
+{
+    m_pVarPanel->DiscardEdit();
+    DoSaveActiveFile();
+    m_pVarPanel->Reset();
+}
+
+void PlcDebugFrame::OnMenuOpen(wxCommandEvent& /*event*/)
+{
+    m_pVarPanel->DiscardEdit();
+    DoSaveActiveFile();
+    if (m_bExited) // the host has closed the debugger under the question
+    {
+        return;
+    }
+    m_pVarPanel->Reset();
+    wxFileDialog dialog(
+        this,
+        LanguageText(TextId::OpenMessage),
+        m_fileDir,
+        "",
+        LanguageText(TextId::ListFiles) + listFileWildcard,
+        wxFD_OPEN);
+    if (RunModal(dialog) == wxID_OK) {
+        m_fileName = dialog.GetPath();
+        m_pVarPanel->LoadFile(m_fileName);
+    }
+}
+
+void PlcDebugFrame::OnMenuSave(wxCommandEvent& event)
+{
+    if (!m_pVarPanel->IsModified()) {
+        return;
+    }
+    if (m_fileName.empty()) {
+        OnMenuSaveAs(event);
+    } else {
+        m_pVarPanel->SaveFile(m_fileName);
+    }
+}
+
+void PlcDebugFrame::OnMenuSaveAs(wxCommandEvent& /*event*/)
+{
+    wxFileDialog dialog(
+        this,
+        LanguageText(TextId::SaveAsMessage),
+        m_fileDir,
+        "",
+        LanguageText(TextId::ListFiles) + listFileWildcard,
+        wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    if (RunModal(dialog) == wxID_OK) {
+        m_fileName = dialog.GetPath();
+        m_pVarPanel->SaveFile(m_fileName);
+    }
+}
+
+void PlcDebugFrame::OnMenuInfo(wxCommandEvent& /*event*/)
+{
+    PlcInfoDlg dialog(this);
+    RunModal(dialog);
+}
+
+void PlcDebugFrame::OnMenuQuit(wxCommandEvent& event)
+{
+    HideAndExit();
+    event.Skip();
+}
+
+void PlcDebugFrame::OnClose(wxCloseEvent& event)
+{
+    const bool insideOurCode = PlcCallOut::Active();
+    HideAndExit();
+    if (insideOurCode) {
+        DeleteFrameLater(this); // some handler of ours has still to return
+    } else {
+        event.Skip(); // the toolkit deletes the frame
+    }
+}
+
+void PlcDebugFrame::HideAndExit()
+{
+    m_pVarPanel->DiscardEdit(); // hiding takes the focus away, and that would send a typed value
+    Show(false);
+    DoExit();
+}
+
+void PlcDebugFrame::DoExit()
+{
+    const wxRecursionGuard exiting(m_exiting);
+    if (m_bExited || exiting.IsInside()) {
+        return;
+    }
+    const PlcCallOut callOut;
+    m_timer.Stop();
+    m_pVarPanel->FinishVarRequest();
+    if (m_pPrgPanel->IsShown()) {
+        m_pPrgPanel->FinishPrgStateRequest();
+    }
+    m_pVarPanel->Disconnect();
+    m_pPrgPanel->Disconnect();
+    DoSaveActiveFile();
+    if (!m_fileName.empty()) {
+        m_config->Set(keyLastFile, m_fileName);
+    }
+    m_bExited = true;
+}

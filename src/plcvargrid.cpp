@@ -1,0 +1,297 @@
+#include "plcvargrid.h"
+
+#include "plcvarpanel.h"
+
+#include <wx/settings.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int keyEnter = 13; // the keypad's Enter has a code of its own and moves the cursor
+const char* const unknownValue = "?";
+
+} // namespace
+
+wxBEGIN_EVENT_TABLE(PlcVarGrid, wxGrid)
+    EVT_SIZE(PlcVarGrid::OnSize)
+    EVT_GRID_CELL_CHANGED(PlcVarGrid::OnChangeValue)
+    EVT_GRID_CELL_LEFT_CLICK(PlcVarGrid::OnLeftClick)
+    EVT_GRID_CELL_LEFT_DCLICK(PlcVarGrid::OnLeftDoubleClick)
+    EVT_GRID_EDITOR_HIDDEN(PlcVarGrid::OnEditorHidden)
+    EVT_GRID_SELECT_CELL(PlcVarGrid::OnSelectCell)
+    EVT_KEY_DOWN(PlcVarGrid::OnKeyPressed)
+    EVT_TIMER(wxID_ANY, PlcVarGrid::OnSlowClick)
+wxEND_EVENT_TABLE()
+
+PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
+    : wxGrid(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS), m_pPanel(panel),
+      m_vars(vars), m_slowClickTimer(this)
+{
+    EnableEditing(true);
+    SetWindowStyle(wxSUNKEN_BORDER);
+    SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
+    SetRowLabelSize(0);
+}
+
+void PlcVarGrid::InitShowVars()
+{
+    BeginBatch();
+    ClearGrid();
+    DeleteAllRows();
+    for (std::size_t row = 0; row < m_vars.size(); ++row) {
+        AppendRows(1);
+        ShowRow(row);
+        if (!m_vars[row].GetVarName(true).empty()) {
+            ShowUnknownValue(row);
+        }
+    }
+    SetSelectionMode(wxGridSelectRows);
+    EndBatch();
+    FitColumns();
+}
+
+void PlcVarGrid::UpdateShowVars(const PlcDebugVar& var)
+{
+    const auto element = std::find(m_vars.begin(), m_vars.end(), var);
+    if (element == m_vars.end()) {
+        return;
+    }
+    const auto row = static_cast<std::size_t>(element - m_vars.begin());
+    if (row >= static_cast<std::size_t>(GetNumberRows())) {
+        AppendRows(1);
+    }
+    if (!IsEditedRow(row)) {
+        ShowRow(row);
+    }
+}
+
+void PlcVarGrid::ShowRow(std::size_t row)
+{
+    const PlcDebugVar& var = m_vars[row];
+    const wxString name = var.GetVarName(true);
+    if (name.empty()) {
+        return;
+    }
+    const int gridRow = static_cast<int>(row);
+    ShowCell(gridRow, varColumnOperand, name);
+    ShowCell(gridRow, varColumnValue, var.GetVarValueShow());
+    ShowCell(gridRow, varColumnFormat, var.GetVarFormatShow());
+}
+
+void PlcVarGrid::ShowCell(int row, int column, const wxString& text)
+{
+    if (GetCellValue(row, column) != text) // an unchanged cell needs no painting
+    {
+        SetCellValue(row, column, text);
+    }
+    SetReadOnly(row, column, column != varColumnValue);
+}
+
+void PlcVarGrid::ShowUnknownValue(std::size_t row)
+{
+    SetCellValue(static_cast<int>(row), varColumnValue, unknownValue);
+}
+
+bool PlcVarGrid::IsEditedRow(std::size_t row) const
+{
+    return IsCellEditControlShown() && static_cast<int>(row) == GetGridCursorRow();
+}
+
+void PlcVarGrid::FitColumns()
+{
+    m_fitPending = IsCellEditControlShown();
+    if (m_fitPending) {
+        return;
+    }
+    const int virtualWidth = GetVirtualSize().GetWidth(); // before the columns change it
+    BeginBatch();
+    AutoSizeColumn(varColumnOperand, true);
+    AutoSizeColumn(varColumnValue, true);
+    const int width =
+        LastColumnWidth(virtualWidth, GetColSize(varColumnOperand), GetColSize(varColumnValue));
+    if (width > 0) // 0 would hide the column, and less is an error to the toolkit
+    {
+        SetColSize(varColumnFormat, width);
+    }
+    EndBatch();
+    AdjustScrollbars();
+}
+
+void PlcVarGrid::FitColumnsLater()
+{
+    if (m_fitPending) {
+        CallAfter(&PlcVarGrid::FitColumns);
+    }
+}
+
+void PlcVarGrid::DiscardEdit()
+{
+    if (IsCellEditControlEnabled()) {
+        const wxObjectDataPtr<wxGridCellEditor> editor(
+            GetCellEditor(GetGridCursorRow(), GetGridCursorCol()));
+        editor->Reset();
+        DisableCellEditControl();
+    }
+}
+
+// While rows go, the toolkit moves the cursor and reports it. Selecting the cursor's row then would
+// select a row that nobody has chosen, or one that is no longer there.
+
+void PlcVarGrid::DeleteRow(std::size_t row)
+{
+    if (row < static_cast<std::size_t>(GetNumberRows())) {
+        m_deletingRows = true;
+        DeleteRows(static_cast<int>(row), 1);
+        m_deletingRows = false;
+    }
+}
+
+void PlcVarGrid::DeleteAllRows()
+{
+    if (const int rows = GetNumberRows(); rows > 0) {
+        m_deletingRows = true;
+        DeleteRows(0, rows);
+        m_deletingRows = false;
+    }
+}
+
+std::vector<RowBlock> PlcVarGrid::SelectedRows() const
+{
+    std::vector<RowBlock> rows;
+    for (const wxGridBlockCoords& block : GetSelectedBlocks()) {
+        rows.push_back(
+            {static_cast<std::size_t>(block.GetTopRow()),
+             static_cast<std::size_t>(block.GetBottomRow())});
+    }
+    return rows;
+}
+
+void PlcVarGrid::SelectRows(const std::vector<RowBlock>& rows)
+{
+    ClearSelection();
+    for (const RowBlock& range : rows) {
+        SelectBlock(
+            static_cast<int>(range.first),
+            0,
+            static_cast<int>(range.last),
+            GetNumberCols() - 1,
+            true);
+    }
+}
+
+void PlcVarGrid::OnSize(wxSizeEvent& event)
+{
+    FitColumns();
+    event.Skip();
+}
+
+void PlcVarGrid::OnChangeValue(wxGridEvent& event)
+{
+    const auto row = static_cast<std::size_t>(event.GetRow());
+    if (event.GetCol() != varColumnValue || row >= m_vars.size()) {
+        return;
+    }
+    PlcDebugVar written = m_vars[row];
+    wxString error;
+    if (written.SetVarValue(GetCellValue(event.GetRow(), varColumnValue), error)) {
+        m_pPanel->SendWriteVarRequest(written);
+    } else {
+        m_pPanel->WriteErrorInStatus(error);
+        // The key or click that has ended the edit goes on to move the cursor, before this runs.
+        m_keepStatus = true;
+        CallAfter([this] { m_keepStatus = false; });
+    }
+    // The cell returns to the value last read: what was written shows when the PLC reports it.
+    if (row < m_vars.size()) {
+        ShowRow(row);
+    }
+}
+
+void PlcVarGrid::OnEditorHidden(wxGridEvent& event)
+{
+    const auto row = static_cast<std::size_t>(event.GetRow());
+    const wxObjectDataPtr<wxGridCellEditor> editor(GetCellEditor(event.GetRow(), event.GetCol()));
+    // Answers have passed by the edited row; one that was left unchanged catches up here.
+    if (row < m_vars.size() && editor->GetValue() == GetCellValue(event.GetRow(), event.GetCol())) {
+        ShowRow(row);
+    }
+    FitColumnsLater();
+    event.Skip();
+}
+
+void PlcVarGrid::OnSelectCell(wxGridEvent& event)
+{
+    if (m_deletingRows) {
+        event.Skip();
+        return;
+    }
+    if (event.GetRow() < GetNumberRows()) {
+        SelectBlock(event.GetRow(), 0, event.GetRow(), GetNumberCols() - 1);
+    }
+    if (!m_keepStatus) {
+        m_pPanel->WriteErrorInStatus("");
+    }
+    event.Skip();
+}
+
+// A Ctrl-click adds a row to the selection or takes it away. A click on the cursor's own cell,
+// which the toolkit reports as no selection, selects its row like any other click; on a value it
+// may go on to open the editor, but only once it cannot become a double click any more.
+
+void PlcVarGrid::OnLeftClick(wxGridEvent& event)
+{
+    const int row = event.GetRow();
+    const wxGridCellCoords cell(row, event.GetCol());
+    if (event.ControlDown() && !event.ShiftDown()) {
+        SelectRows(ToggledRows(SelectedRows(), static_cast<std::size_t>(row)));
+    } else if (cell == GetGridCursorCoords() && !event.ShiftDown()) {
+        SelectBlock(row, 0, row, GetNumberCols() - 1);
+        m_slowClickTimer.StartOnce(wxSystemSettings::GetMetric(wxSYS_DCLICK_MSEC, this));
+    } else {
+        m_slowClickTimer.Stop();
+        event.Skip();
+    }
+}
+
+void PlcVarGrid::OnLeftDoubleClick(wxGridEvent& event)
+{
+    m_slowClickTimer.Stop();
+    const auto row = static_cast<std::size_t>(event.GetRow());
+    if (row < m_vars.size() && event.GetCol() == varColumnOperand) {
+        wxCommandEvent modify;
+        m_pPanel->OnButtonModify(modify);
+    }
+}
+
+void PlcVarGrid::OnSlowClick(wxTimerEvent& /*event*/)
+{
+    if (GetGridWindow()->HasFocus() && GetGridCursorCol() == varColumnValue &&
+        CanEnableCellControl()) {
+        EnableCellEditControl();
+    }
+}
+
+void PlcVarGrid::OnKeyPressed(wxKeyEvent& event)
+{
+    m_slowClickTimer.Stop();
+    if (event.GetKeyCode() == keyEnter && !IsCellEditControlEnabled()) {
+        EnterPressed();
+    } else {
+        event.Skip();
+    }
+}
+
+void PlcVarGrid::EnterPressed()
+{
+    const std::vector<RowBlock> selected = SelectedRows();
+    if (selected.size() != 1 || selected.front().first != selected.front().last) {
+        return;
+    }
+    if (GetGridCursorCol() == varColumnOperand) {
+        wxCommandEvent modify;
+        m_pPanel->OnButtonModify(modify);
+    } else if (GetGridCursorCol() == varColumnValue && CanEnableCellControl()) {
+        EnableCellEditControl();
+    }
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "plcdebugvar.h"
+#include "plcvargrid_rows.h"
+
+#include <wx/grid.h>
+#include <wx/timer.h>
+
+#include <cstddef>
+#include <vector>
+
+class PlcVarPanel;
+
+/// Columns of the watch list.
+enum : int
+{
+    varColumnOperand = 0,
+    varColumnValue = 1,
+    varColumnFormat = 2,
+    varColumnCount = 3
+};
+
+/// The watch list's table: operand, value, format; one row per variable. It reads the page's list
+/// and calls the page for everything that changes list or PLC. GUI thread.
+class PlcVarGrid : public wxGrid
+{
+public:
+    /// @param vars the page's list; not owned, outlives the grid.
+    PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars);
+
+    /// Rebuilds all rows from the list.
+    void InitShowVars();
+
+    /// Shows a variable in its row, which is appended if need be. The row that the operator is
+    /// editing stays as it is.
+    /// @param var an element of the list, or one equal to it.
+    void UpdateShowVars(const PlcDebugVar& var);
+
+    /// Shows that the value of a row is not known.
+    void ShowUnknownValue(std::size_t row);
+
+    /// Makes the first two columns as wide as their contents and the last one as wide as the page
+    /// allows. While a cell is being edited it only makes a note, because resizing a column would
+    /// send the half-typed value to the machine.
+    void FitColumns();
+
+    /// Throws away what the operator is typing.
+    void DiscardEdit();
+
+    void DeleteRow(std::size_t row);
+    void DeleteAllRows();
+
+    /// @return the blocks of selected rows, in the order of their selection.
+    std::vector<RowBlock> SelectedRows() const;
+
+private:
+    void ShowRow(std::size_t row);
+    void ShowCell(int row, int column, const wxString& text);
+    void SelectRows(const std::vector<RowBlock>& rows);
+    bool IsEditedRow(std::size_t row) const;
+    void EnterPressed();
+    void FitColumnsLater();
+
+    void OnSize(wxSizeEvent& event);
+    void OnChangeValue(wxGridEvent& event);
+    void OnEditorHidden(wxGridEvent& event);
+    void OnSelectCell(wxGridEvent& event);
+    void OnLeftClick(wxGridEvent& event);
+    void OnLeftDoubleClick(wxGridEvent& event);
+    void OnSlowClick(wxTimerEvent& event);
+    void OnKeyPressed(wxKeyEvent& event);
+
+    PlcVarPanel* m_pPanel;            // not owned, the parent
+    std::vector<PlcDebugVar>& m_vars; // not owned, the page's
+    wxTimer m_slowClickTimer;         ///< Runs until a click can no longer become a double click.
+    bool m_deletingRows = false;
+    bool m_fitPending = false;
+    bool m_keepStatus = false; ///< An error has just been shown; the cursor's own step keeps it.
+
+    wxDECLARE_EVENT_TABLE();
+};

@@ -1,0 +1,40 @@
+#include "plcvargrid_rows.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int lastColumnMargin = 8;
+
+} // namespace
+
+int LastColumnWidth(int virtualWidth, int firstWidth, int secondWidth)
+{
+    return std::max(0, virtualWidth - firstWidth - secondWidth) - lastColumnMargin;
+}
+
+std::vector<RowBlock> ToggledRows(const std::vector<RowBlock>& selected, std::size_t row)
+{
+    std::size_t rowCount = row + 1;
+    for (const RowBlock& rows : selected) {
+        rowCount = std::max(rowCount, rows.last + 1);
+    }
+    std::vector<bool> isSelected(rowCount);
+    for (const RowBlock& rows : selected) {
+        std::fill_n(
+            isSelected.begin() + static_cast<std::ptrdiff_t>(rows.first),
+            rows.last - rows.first + 1,
+            true);
+    }
+    isSelected[row] = !isSelected[row];
+
+    std::vector<RowBlock> runs;
+    for (std::size_t i = 0; i < rowCount; ++i) {
+        if (isSelected[i] && (i == 0 || !isSelected[i - 1])) {
+            runs.push_back({i, i});
+        } else if (isSelected[i]) {
+            runs.back().last = i;
+        }
+    }
+    return runs;
+}
