@@ -1,0 +1,140 @@
+#include "plcprggrid.h"
+
+#include "plcprggrid_table.h"
+#include "plcprgpanel.h"
+#include "plcvargrid_rows.h"
+
+#include <utility>
+
+wxBEGIN_EVENT_TABLE(PlcPrgGrid, wxGrid)
+    EVT_SIZE(PlcPrgGrid::OnSize)
+    EVT_SCROLLWIN_TOP(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_BOTTOM(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_LINEUP(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_LINEDOWN(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_PAGEUP(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_PAGEDOWN(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_THUMBTRACK(PlcPrgGrid::OnScroll)
+    EVT_SCROLLWIN_THUMBRELEASE(PlcPrgGrid::OnScroll)
+    EVT_GRID_SELECT_CELL(PlcPrgGrid::OnSelectCell)
+wxEND_EVENT_TABLE()
+
+PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines)
+    : wxGrid(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS), m_lines(lines),
+      m_pPanel(panel), m_pTable(new PlcPrgTable(lines))
+{
+    AssignTable(m_pTable, wxGridSelectCells);
+    SetColAttr(PrgColumnState, m_pTable->NewMeasuringAttr(PrgColumnState));
+    SetColAttr(PrgColumnValue, m_pTable->NewMeasuringAttr(PrgColumnValue));
+    EnableEditing(false);
+    SetWindowStyle(wxSUNKEN_BORDER);
+    SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
+    SetRowLabelSize(0);
+    DisableDragRowSize();
+}
+
+void PlcPrgGrid::InitShowBS()
+{
+    {
+        const wxGridUpdateLocker batch(this);
+        m_pTable->ShowLines();
+    }
+    AdjustScrollbars();
+    ClearIdxRequestRows();
+}
+
+void PlcPrgGrid::UpdateShowBS()
+{
+    for (int row = reqFirstRow; row != noRow && row <= reqLastRow; ++row) {
+        // Repainting only what has changed is what keeps a still page cheap.
+        if (m_pTable->ShowState(row, m_lines.at(static_cast<std::size_t>(row)))) {
+            RefreshBlock(row, PrgColumnState, row, PrgColumnValue);
+        }
+    }
+}
+
+void PlcPrgGrid::DoPrgStateRequest()
+{
+    // A page that is selected in a hidden frame still counts as shown.
+    if (!m_pPanel->IsShownOnScreen()) {
+        return;
+    }
+    const std::optional<RowRange> rows = VisibleRows();
+    if (!rows) {
+        ClearIdxRequestRows();
+        return;
+    }
+    if (rows->first == reqFirstRow && rows->last == reqLastRow) {
+        return;
+    }
+    // The host may run a loop inside the request, in which another block is chosen: the rows are
+    // noted before.
+    reqFirstRow = rows->first;
+    reqLastRow = rows->last;
+    m_pPanel->SendPrgStateRequest(
+        m_lines[static_cast<std::size_t>(rows->first)].step,
+        m_lines[static_cast<std::size_t>(rows->last)].step);
+}
+
+void PlcPrgGrid::ClearIdxRequestRows()
+{
+    reqFirstRow = noRow;
+    reqLastRow = noRow;
+}
+
+void PlcPrgGrid::KeepShowing(std::vector<DB_BAUSTEIN> former)
+{
+    m_pTable->KeepShowing(std::move(former));
+}
+
+bool PlcPrgGrid::TakeScrollPending()
+{
+    return std::exchange(scrollPending, false);
+}
+
+void PlcPrgGrid::OnSize(wxSizeEvent& event)
+{
+    const int virtualWidth = DoGetVirtualSize().x;
+    {
+        const wxGridUpdateLocker batch(this);
+        AutoSizeColumn(PrgColumnState);
+        AutoSizeColumn(PrgColumnValue);
+        const int width =
+            LastColumnWidth(virtualWidth, GetColSize(PrgColumnState), GetColSize(PrgColumnValue));
+        // The toolkit hides a column of width 0 and asserts below.
+        if (width > 0) {
+            SetColSize(PrgColumnText, width);
+        }
+    }
+    DoPrgStateRequest();
+    event.Skip();
+}
+
+void PlcPrgGrid::OnScroll(wxScrollWinEvent& event)
+{
+    if (event.GetOrientation() == wxVERTICAL) {
+        SetScrollPending();
+    }
+    event.Skip();
+}
+
+void PlcPrgGrid::OnSelectCell(wxGridEvent& event)
+{
+    SetScrollPending();
+    event.Skip();
+}
+
+std::optional<RowRange> PlcPrgGrid::VisibleRows() const
+{
+    const int scrollTop = CalcUnscrolledPosition(wxPoint(0, 0)).y;
+    const int windowHeight = GetGridWindow()->GetClientSize().y;
+    const RowRange near = RowsNearWindow(
+        scrollTop, windowHeight, GetDefaultRowSize(), static_cast<int>(m_lines.size()));
+    return RowsToRequest(m_lines, near, [this](int row) { return IsRowVisible(row); });
+}
+
+bool PlcPrgGrid::IsRowVisible(int row) const
+{
+    return IsVisible(row, PrgColumnState, false) || IsVisible(row, PrgColumnValue, false) ||
+           IsVisible(row, PrgColumnText, false);
+}

@@ -1,0 +1,126 @@
+#include "plcprggrid_table.h"
+
+#include <utility>
+
+namespace {
+
+/// Draws as the toolkit's own renderer for texts; measures the different texts of the column
+/// instead of its cells.
+class MeasuringRenderer : public wxGridCellStringRenderer
+{
+public:
+    explicit MeasuringRenderer(ShownColumn& shown) : m_shown(shown) {}
+
+    wxSize GetMaxBestSize(wxGrid& /*grid*/, wxGridCellAttr& attr, wxDC& dc) override
+    {
+        const wxSize sample = DoGetBestSize(attr, dc, "0123456789-?");
+        if (sample != m_sample) {
+            // Another font, or the same one at another scale.
+            m_sample = sample;
+            m_shown.ForgetWidths();
+        }
+        const auto measure = [&](const std::wstring& text) {
+            return DoGetBestSize(attr, dc, text).x;
+        };
+        return {m_shown.MaxWidth(measure), sample.y};
+    }
+
+    wxGridCellRenderer* Clone() const override { return new MeasuringRenderer(m_shown); }
+
+private:
+    ShownColumn& m_shown; // not owned
+    wxSize m_sample;
+};
+
+} // namespace
+
+PlcPrgTable::PlcPrgTable(const std::vector<DB_BAUSTEIN>& lines) : m_lines(lines) {}
+
+void PlcPrgTable::ShowLines()
+{
+    const std::size_t formerRows = m_states.RowCount();
+    m_formerLines = {};
+    m_states.Clear(0);
+    m_values.Clear(0);
+    if (formerRows > 0) {
+        Notify(wxGRIDTABLE_NOTIFY_ROWS_DELETED, 0, formerRows);
+    }
+    m_states.Clear(m_lines.size());
+    m_values.Clear(m_lines.size());
+    for (const DB_BAUSTEIN& line : m_lines) {
+        m_states.Append(line.state);
+        m_values.Append(line.value);
+    }
+    if (!m_lines.empty()) {
+        Notify(wxGRIDTABLE_NOTIFY_ROWS_APPENDED, m_lines.size(), 0);
+    }
+}
+
+void PlcPrgTable::KeepShowing(std::vector<DB_BAUSTEIN> former)
+{
+    if (!former.empty()) {
+        m_formerLines = std::move(former);
+    }
+}
+
+bool PlcPrgTable::ShowState(int row, const DB_BAUSTEIN& line)
+{
+    const auto position = static_cast<std::size_t>(row);
+    const bool newState = m_states.Replace(position, line.state);
+    const bool newValue = m_values.Replace(position, line.value);
+    return newState || newValue;
+}
+
+int PlcPrgTable::GetNumberRows()
+{
+    return static_cast<int>(m_states.RowCount());
+}
+
+int PlcPrgTable::GetNumberCols()
+{
+    return PrgColumnCount;
+}
+
+wxString PlcPrgTable::GetValue(int row, int col)
+{
+    const auto position = static_cast<std::size_t>(row);
+    if (col == PrgColumnText) {
+        return (m_formerLines.empty() ? m_lines : m_formerLines)[position].text;
+    }
+    return Shown(static_cast<PrgColumn>(col)).Text(position);
+}
+
+void PlcPrgTable::SetValue(int /*row*/, int /*col*/, const wxString& /*value*/) {}
+
+wxString PlcPrgTable::GetColLabelValue(int col)
+{
+    return m_labels[static_cast<std::size_t>(col)];
+}
+
+void PlcPrgTable::SetColLabelValue(int col, const wxString& label)
+{
+    m_labels[static_cast<std::size_t>(col)] = label;
+}
+
+bool PlcPrgTable::CanMeasureColUsingSameAttr(int /*col*/) const
+{
+    return true;
+}
+
+wxGridCellAttr* PlcPrgTable::NewMeasuringAttr(PrgColumn column)
+{
+    auto* attr = new wxGridCellAttr;
+    attr->SetRenderer(new MeasuringRenderer(Shown(column)));
+    return attr;
+}
+
+ShownColumn& PlcPrgTable::Shown(PrgColumn column)
+{
+    return column == PrgColumnState ? m_states : m_values;
+}
+
+void PlcPrgTable::Notify(int id, std::size_t argument1, std::size_t argument2)
+{
+    wxGridTableMessage message(this, id, static_cast<int>(argument1), static_cast<int>(argument2));
+    GetView()->ProcessTableMessage(message);
+}

@@ -1,0 +1,78 @@
+#include "debugfile.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t nameSize = 48;
+constexpr std::size_t headSize = 12;
+constexpr unsigned byteBits = 8;
+constexpr std::int64_t payloadStates = 8; ///< States begin here in the payload.
+constexpr std::uint16_t emptyAnswerLength = 14;
+constexpr std::size_t bytesPerStep = 5;
+
+std::string LittleEndian16(std::uint16_t value)
+{
+    return {static_cast<char>(value), static_cast<char>(value >> byteBits)};
+}
+
+} // namespace
+
+std::string LittleEndian(std::int32_t value)
+{
+    std::string bytes;
+    for (unsigned shift = 0; shift < 4 * byteBits; shift += byteBits) {
+        bytes += static_cast<char>(static_cast<std::uint32_t>(value) >> shift);
+    }
+    return bytes;
+}
+
+std::string DebugFileHead(std::int32_t indexOffset)
+{
+    return "PLCDEBUG" + LittleEndian(indexOffset);
+}
+
+std::string DebugFile(const std::vector<DebugFileBlock>& blocks, const std::string& lineEnd)
+{
+    std::string text;
+    std::string index = LittleEndian(static_cast<std::int32_t>(blocks.size()));
+    for (const DebugFileBlock& block : blocks) {
+        std::string name = block.name;
+        name.resize(nameSize);
+        const auto count = static_cast<std::uint16_t>(block.lines.size());
+        index += name + LittleEndian16(block.firstStep) +
+                 LittleEndian16(block.lineCount.value_or(count)) +
+                 LittleEndian(static_cast<std::int32_t>(headSize + text.size()));
+        for (const std::string& line : block.lines) {
+            text += line + lineEnd;
+        }
+    }
+    return DebugFileHead(static_cast<std::int32_t>(headSize + text.size())) + text + index;
+}
+
+std::vector<std::string> ExecutableLines(int count, const std::string& prefix)
+{
+    std::vector<std::string> lines;
+    for (int i = 0; i < count; ++i) {
+        lines.push_back(prefix + " " + std::to_string(i));
+    }
+    return lines;
+}
+
+CMD_DATA
+PrgStateAnswerRecord(std::int32_t first, std::int32_t last, const std::vector<StepState>& states)
+{
+    CMD_DATA answer{};
+    answer.command = PLC_CMD_PRG_STATE;
+    answer.length = static_cast<std::uint16_t>(emptyAnswerLength + bytesPerStep * states.size());
+    std::memcpy(answer.payload, &first, sizeof first);
+    std::memcpy(answer.payload + sizeof first, &last, sizeof last);
+    std::uint8_t* state = answer.payload + payloadStates;
+    std::uint8_t* value = state + states.size();
+    for (const StepState& step : states) {
+        *state++ = step.state;
+        std::memcpy(value, &step.value, sizeof step.value);
+        value += sizeof step.value;
+    }
+    return answer;
+}
