@@ -65,7 +65,8 @@ enum class Op : std::uint8_t
     EndIf,
     EndAlways,
     BlockEnd,
-    Remark ///< NOP, BLD, NETWORK and TITLE: text for the reader, nothing is done.
+    Remark,       ///< NOP, BLD, NETWORK and TITLE: text for the reader, nothing is done.
+    LoadConstant, ///< What Load becomes with a constant; has no mnemonic of its own.
 };
 
 /// Kinds of arguments, to be combined into the set that an instruction takes.
@@ -82,16 +83,6 @@ enum ArgumentSet : std::uint8_t
     takesText = 128
 };
 
-/// What stands behind the mnemonic of one line.
-enum class ArgumentKind : std::uint8_t
-{
-    None,
-    Operand,
-    Constant,
-    Label,
-    Block
-};
-
 struct Instruction
 {
     std::string_view mnemonic;
@@ -100,10 +91,17 @@ struct Instruction
     bool usesAccumulator; ///< Reads or changes accumulator 1: the listing shows its value.
 };
 
+/// As many brackets may be open inside each other.
+constexpr std::size_t maxOpenBrackets = 8;
+
 /// All instructions, in the order of the language's description.
 const std::vector<Instruction>& Instructions();
 
 /// @return null when there is none of this name.
 const Instruction* FindInstruction(std::string_view mnemonic);
+
+/// Whether a line of this instruction is a place where the order of lines is left: a jump, a call
+/// or a block's end, taken or not.
+bool TransfersControl(Op op);
 
 } // namespace plc

@@ -24,11 +24,10 @@ struct Line
 {
     std::string text; ///< As in the source, without its line end.
     std::int32_t step = noStep;
-    Op op = Op::None; ///< Op::None for a line without an instruction.
-    ArgumentKind argument = ArgumentKind::None;
-    Operand operand;          ///< With ArgumentKind::Operand.
-    std::uint32_t number = 0; ///< A constant's bits, a jump's line in the block, a called block's
-                              ///< place in Program::blocks.
+    Op op = Op::None;         ///< Op::None for a line without an instruction.
+    Operand operand;          ///< Of an instruction that works on one.
+    std::uint32_t number = 0; ///< A constant's bits; the line in the block that a jump goes to; the
+                              ///< called block's place in Program::blocks. Lines count from 0.
 };
 
 struct Block

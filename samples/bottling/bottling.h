@@ -69,10 +69,11 @@ public:
     BottlingView View() const;
 
 private:
-    void MoveBelt(double seconds, bool infeedOpen);
+    void MoveBelt(double seconds, bool infeed);
     void Fill(double seconds);
 
     BottlingView m_line; ///< PLC thread only.
+    double m_speed = 0;  ///< Belt lengths a second.
     mutable std::mutex m_mutex;
     BottlingView m_view; ///< Guarded by m_mutex.
 };

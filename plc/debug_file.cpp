@@ -1,0 +1,96 @@
+#include "debug_file.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+
+namespace plc {
+
+namespace {
+
+constexpr std::string_view signature = "PLCDBGI1"; // Eight bytes that the page does not read.
+constexpr std::size_t nameBytes = 48;
+constexpr std::size_t headerBytes = 12;
+constexpr unsigned bitsPerByte = 8;
+
+/// Appends the lowest @p count bytes of @p value, the lowest first.
+void AppendNumber(std::string& bytes, std::uint32_t value, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i, value >>= bitsPerByte)
+        bytes += static_cast<char>(value & 0xFFU);
+}
+
+/// "PB10 Conveyor", in the bytes of a block record: cut after a whole character, zero-terminated.
+std::string NameField(const Block& block)
+{
+    std::string name = block.title.empty() ? block.name : block.name + " " + block.title;
+    if (name.size() >= nameBytes) {
+        std::size_t cut = nameBytes - 1;
+        while ((static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80U)
+            --cut;
+        name.resize(cut);
+    }
+    name.resize(nameBytes, '\0');
+    return name;
+}
+
+} // namespace
+
+bool IsExecutable(std::string_view line)
+{
+    const std::size_t colon = line.find(':');
+    const std::string_view judged = colon == std::string_view::npos ? line : line.substr(colon + 1);
+    constexpr std::array<std::string_view, 4> words{"NOP", "BLD", "NETWORK", "TITLE"};
+    return std::none_of(words.begin(), words.end(), [judged](std::string_view word) {
+        return judged.find(word) != std::string_view::npos;
+    });
+}
+
+bool WriteDebugFile(const Program& program, std::ostream& out)
+{
+    std::size_t offset = headerBytes;
+    std::string index;
+    AppendNumber(index, static_cast<std::uint32_t>(program.blocks.size()), 4);
+    for (const Block& block : program.blocks) {
+        index += NameField(block);
+        AppendNumber(index, static_cast<std::uint32_t>(block.firstStep), 2);
+        AppendNumber(index, static_cast<std::uint32_t>(block.lines.size()), 2);
+        AppendNumber(index, static_cast<std::uint32_t>(offset), 4);
+        for (const Line& line : block.lines)
+            offset += line.text.size() + 1;
+    }
+    if (offset > std::numeric_limits<std::int32_t>::max())
+        return false;
+
+    std::string header(signature);
+    AppendNumber(header, static_cast<std::uint32_t>(offset), 4);
+    out << header;
+    for (const Block& block : program.blocks) {
+        for (const Line& line : block.lines)
+            out << line.text << '\n';
+    }
+    out << index << std::flush;
+    return out.good();
+}
+
+std::optional<std::string> WriteDebugFile(const Program& program, const std::string& prefix)
+{
+    const std::string path = prefix + std::string(debugFileSuffix);
+    const std::string fresh = path + ".new";
+    std::ofstream out(fresh, std::ios::binary | std::ios::trunc);
+    const bool written = out && WriteDebugFile(program, out);
+    out.close();
+    std::error_code error;
+    if (written && out) {
+        std::filesystem::rename(fresh, path, error);
+        if (!error)
+            return std::nullopt;
+    }
+    std::error_code ignored;
+    std::filesystem::remove(fresh, ignored);
+    return "cannot write " + path;
+}
+
+} // namespace plc

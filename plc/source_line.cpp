@@ -1,0 +1,196 @@
+#include "source_line.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+namespace plc {
+
+namespace {
+
+constexpr std::string_view remarkMark = "//";
+constexpr std::string_view blanks = " \t";
+
+bool IsLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+}
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+/// The part of @p line from @p begin to @p end, without the blanks around it.
+Word Trimmed(std::string_view line, std::size_t begin, std::size_t end)
+{
+    const std::size_t first = line.find_first_not_of(blanks, begin);
+    if (first >= end)
+        return {};
+    const std::size_t last = line.find_last_not_of(blanks, end - 1);
+    return {line.substr(first, last - first + 1), first};
+}
+
+/// Bytes of the UTF-8 character at the front of @p text, 0 when there is no whole one.
+std::size_t CharacterLength(std::string_view text)
+{
+    struct Form
+    {
+        unsigned mask;
+        unsigned lead;
+        std::uint32_t smallest;
+    };
+
+    constexpr Form forms[] = {
+        {0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
+    constexpr unsigned tailMask = 0xC0;
+    constexpr unsigned tailLead = 0x80;
+    constexpr std::uint32_t firstSurrogate = 0xD800;
+    constexpr std::uint32_t lastSurrogate = 0xDFFF;
+    constexpr std::uint32_t lastCharacter = 0x10FFFF;
+
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    for (std::size_t length = 1; length <= std::size(forms); ++length) {
+        const Form& form = forms[length - 1];
+        if ((byte(0) & form.mask) != form.lead)
+            continue;
+        if (text.size() < length)
+            return 0;
+        std::uint32_t character = byte(0) & ~form.mask;
+        for (std::size_t i = 1; i < length; ++i) {
+            if ((byte(i) & tailMask) != tailLead)
+                return 0;
+            character = character << 6U | (byte(i) & ~tailMask);
+        }
+        const bool isSurrogate = character >= firstSurrogate && character <= lastSurrogate;
+        return character < form.smallest || character > lastCharacter || isSurrogate ? 0 : length;
+    }
+    return 0;
+}
+
+/// Digits of @p base, all of @p text.
+std::variant<std::uint32_t, std::string> ParseBits(std::string text, int base)
+{
+    text.erase(std::remove(text.begin(), text.end(), '_'), text.end());
+    std::uint32_t bits = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, bits, base);
+    if (error == std::errc::result_out_of_range)
+        return "the number does not fit 32 bits";
+    if (error != std::errc() || stop != end)
+        return base == 2 ? "expected binary digits after 2#"
+                         : "expected hexadecimal digits after 16#";
+    return bits;
+}
+
+std::variant<std::uint32_t, std::string> ParseFloat(const std::string& text)
+{
+    float number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error == std::errc::result_out_of_range)
+        return "the number does not fit single precision";
+    if (error != std::errc() || stop != end)
+        return "expected a floating-point number such as 1.5 or -2.0e3";
+    static_assert(sizeof(number) == sizeof(std::uint32_t));
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &number, sizeof(bits));
+    return bits;
+}
+
+std::variant<std::uint32_t, std::string> ParseDecimal(const std::string& text)
+{
+    std::int32_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error == std::errc::result_out_of_range)
+        return "the number is not between " +
+               std::to_string(std::numeric_limits<std::int32_t>::min()) + " and " +
+               std::to_string(std::numeric_limits<std::int32_t>::max());
+    if (error != std::errc() || stop != end)
+        return "expected a number such as 100, -5, 16#1F, 2#1010 or 1.5";
+    return static_cast<std::uint32_t>(number);
+}
+
+} // namespace
+
+SourceLine SplitLine(std::string_view text)
+{
+    SourceLine line;
+    const std::size_t end = std::min(text.find(remarkMark), text.size());
+    const std::string_view code = text.substr(0, end);
+    std::size_t begin = 0;
+    if (const std::size_t colon = code.find(':'); colon != std::string_view::npos) {
+        line.hasLabel = true;
+        line.label = Trimmed(code, 0, colon);
+        begin = colon + 1;
+    }
+    const Word statement = Trimmed(code, begin, code.size());
+    const std::size_t gap = std::min(statement.text.find_first_of(blanks), statement.text.size());
+    line.mnemonic = {statement.text.substr(0, gap), statement.at};
+    line.argument = Trimmed(code, statement.at + gap, statement.at + statement.text.size());
+    return line;
+}
+
+bool IsIdentifier(std::string_view text)
+{
+    return !text.empty() && IsLetter(text[0]) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return IsLetter(c) || IsDigit(c); });
+}
+
+bool IsBlockName(std::string_view text)
+{
+    if (text == "OB1")
+        return true;
+    constexpr std::size_t kindLength = 2;
+    constexpr std::size_t mostDigits = 3;
+    const std::string_view kind = text.substr(0, kindLength);
+    if (kind != "PB" && kind != "FB")
+        return false;
+    const std::string_view number = text.substr(kindLength);
+    return !number.empty() && number.size() <= mostDigits &&
+           std::all_of(number.begin(), number.end(), IsDigit) &&
+           (number[0] != '0' || number.size() == 1);
+}
+
+std::optional<LineError> FindBadByte(std::string_view text)
+{
+    for (std::size_t at = 0; at < text.size();) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        if ((byte < ' ' && byte != '\t') || byte == 0x7F)
+            return LineError{at, "a control character cannot stand in a line"};
+        const std::size_t length = CharacterLength(text.substr(at));
+        if (length == 0)
+            return LineError{at, "expected a character in UTF-8"};
+        at += length;
+    }
+    return std::nullopt;
+}
+
+std::size_t ColumnOf(std::string_view text, std::size_t at)
+{
+    const auto before = text.substr(0, at);
+    const auto startsCharacter = [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+    };
+    return 1 +
+           static_cast<std::size_t>(std::count_if(before.begin(), before.end(), startsCharacter));
+}
+
+std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text)
+{
+    constexpr std::string_view hexadecimal = "16#";
+    constexpr std::string_view binary = "2#";
+    if (text.compare(0, hexadecimal.size(), hexadecimal) == 0)
+        return ParseBits(text.substr(hexadecimal.size()), 16);
+    if (text.compare(0, binary.size(), binary) == 0)
+        return ParseBits(text.substr(binary.size()), 2);
+    // The standard conversions know no plus sign.
+    const bool hasPlus = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
+    const std::string number = hasPlus ? text.substr(1) : text;
+    return number.find('.') == std::string::npos ? ParseDecimal(number) : ParseFloat(number);
+}
+
+} // namespace plc
