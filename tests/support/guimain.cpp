@@ -1,4 +1,5 @@
 #include "expecteddialogs.h"
+#include "failonassert.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
@@ -16,17 +17,6 @@ namespace {
 
 /// The toolkit's own, at the first layout of a notebook inside a frame.
 constexpr std::array<const char*, 1> knownCriticals = {"gtk_distribute_natural_allocation"};
-
-void FailOnAssert(
-    const wxString& file,
-    int line,
-    const wxString& function,
-    const wxString& condition,
-    const wxString& message)
-{
-    ADD_FAILURE() << "assert of the toolkit, " << file << ":" << line << " " << function << ": "
-                  << condition << " (" << message << ")";
-}
 
 const char* MessageOf(const GLogField* fields, gsize count)
 {
@@ -70,7 +60,7 @@ private:
 bool StartToolkit()
 {
     static int noArguments = 0;
-    wxSetAssertHandler(FailOnAssert);
+    FailOnAsserts();
     return wxEntryStart(noArguments, static_cast<wxChar**>(nullptr)) && wxTheApp->CallOnInit();
 }
 

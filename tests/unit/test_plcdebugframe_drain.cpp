@@ -1,0 +1,159 @@
+#include "plcdebugframe_drain.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+/// An answer that says by its payload which one it is.
+CMD_DATA Answer(std::uint16_t key, std::uint8_t serial)
+{
+    CMD_DATA answer{};
+    answer.key = key;
+    answer.payload[0] = serial;
+    return answer;
+}
+
+std::vector<int> KeysOf(const std::vector<CMD_DATA>& answers)
+{
+    std::vector<int> keys;
+    for (const CMD_DATA& answer : answers) {
+        keys.push_back(answer.key);
+    }
+    return keys;
+}
+
+std::vector<int> SerialsOf(const std::vector<CMD_DATA>& answers)
+{
+    std::vector<int> serials;
+    for (const CMD_DATA& answer : answers) {
+        serials.push_back(answer.payload[0]);
+    }
+    return serials;
+}
+
+/// @return a host's buffer of exactly @p size bytes whose length word says @p length.
+Bytes HostAnswer(std::size_t size, std::uint16_t length)
+{
+    Bytes bytes(size, 0xAB);
+    std::memcpy(&bytes[2], &length, sizeof length);
+    return bytes;
+}
+
+Bytes RecordBytes(const CMD_DATA& record)
+{
+    Bytes bytes(sizeof record);
+    std::memcpy(bytes.data(), &record, sizeof record);
+    return bytes;
+}
+
+} // namespace
+
+TEST(NewestPerKey, ANewerAnswerForTheSameKeyTakesTheLatestPlace)
+{
+    const auto newest = NewestPerKey({Answer(7, 1), Answer(9, 2), Answer(7, 3)});
+
+    EXPECT_THAT(KeysOf(newest), testing::ElementsAre(9, 7));
+    EXPECT_THAT(SerialsOf(newest), testing::ElementsAre(2, 3));
+}
+
+TEST(NewestPerKey, OfNothingIsNothing)
+{
+    EXPECT_TRUE(NewestPerKey({}).empty());
+}
+
+TEST(NewestPerKey, KeepsAnswersForDifferentKeysInOrderOfArrival)
+{
+    const auto newest = NewestPerKey({Answer(3, 1), Answer(1, 2), Answer(2, 3)});
+
+    EXPECT_THAT(SerialsOf(newest), testing::ElementsAre(1, 2, 3));
+}
+
+TEST(NewestPerKey, OfAFloodForOneKeyIsTheLast)
+{
+    std::vector<CMD_DATA> flood(1000, Answer(5, 1));
+    flood.push_back(Answer(5, 2));
+
+    EXPECT_THAT(SerialsOf(NewestPerKey(flood)), testing::ElementsAre(2));
+}
+
+TEST(NewestPerKey, TellsTheSmallestAndTheLargestKeyApart)
+{
+    const auto newest = NewestPerKey({Answer(0, 1), Answer(0xFFFF, 2), Answer(0, 3)});
+
+    EXPECT_THAT(KeysOf(newest), testing::ElementsAre(0xFFFF, 0));
+}
+
+TEST(NewestPerKey, ComparesOnlyTheKey)
+{
+    CMD_DATA otherCommand = Answer(7, 2);
+    otherCommand.command = 0x1234;
+    otherCommand.length = 506;
+
+    EXPECT_THAT(SerialsOf(NewestPerKey({Answer(7, 1), otherCommand})), testing::ElementsAre(2));
+}
+
+TEST(CopyAnswer, TakesAsManyBytesAsTheLengthWordSays)
+{
+    const Bytes host = HostAnswer(10, 10);
+
+    const Bytes copy = RecordBytes(CopyAnswer(host.data()));
+
+    EXPECT_TRUE(std::equal(host.begin(), host.end(), copy.begin()));
+    EXPECT_TRUE(std::all_of(copy.begin() + 10, copy.end(), [](int byte) { return byte == 0; }));
+}
+
+TEST(CopyAnswer, TakesAWholeRecord)
+{
+    const Bytes host = HostAnswer(506, 506);
+
+    EXPECT_EQ(RecordBytes(CopyAnswer(host.data())), host);
+}
+
+TEST(CopyAnswer, NeverTakesMoreThanARecord)
+{
+    for (const std::uint16_t length : std::vector<std::uint16_t>{507, 600, 65535}) {
+        const Bytes host = HostAnswer(506, length);
+
+        EXPECT_EQ(RecordBytes(CopyAnswer(host.data())), host) << length;
+    }
+}
+
+TEST(CopyAnswer, ShorterThanItsFieldsIsFilledWithZeros)
+{
+    // Only two bytes of the four-byte value are there.
+    const Bytes host = HostAnswer(8, 8);
+
+    const CMD_DATA record = CopyAnswer(host.data());
+
+    EXPECT_EQ(record.key, 0xABAB);
+    EXPECT_THAT(
+        std::vector<int>(record.payload, record.payload + 4),
+        testing::ElementsAre(0xAB, 0xAB, 0, 0));
+}
+
+TEST(CopyAnswer, WithoutAnyMeaningfulByteIsAllZero)
+{
+    const Bytes host = HostAnswer(4, 0);
+
+    EXPECT_EQ(RecordBytes(CopyAnswer(host.data())), Bytes(506, 0));
+}
+
+TEST(CopyAnswer, ReadsAtAnyAlignment)
+{
+    const Bytes host = HostAnswer(20, 20);
+    for (std::size_t shift = 0; shift < 8; ++shift) {
+        Bytes shifted(shift, 0);
+        shifted.insert(shifted.end(), host.begin(), host.end());
+
+        const Bytes copy = RecordBytes(CopyAnswer(shifted.data() + shift));
+
+        EXPECT_TRUE(std::equal(host.begin(), host.end(), copy.begin())) << shift;
+    }
+}
