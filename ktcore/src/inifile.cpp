@@ -106,6 +106,11 @@ bool IniFile::Save()
 
 wxString AbsolutePath(const wxString& path)
 {
-    const ToolkitSilence silence; // about a current directory that is gone
-    return path.StartsWith("/") ? path : wxGetCwd() + '/' + path;
+    if (path.StartsWith("/")) {
+        return path;
+    }
+    const ToolkitSilence silence;
+    const wxString directory = wxGetCwd();
+    // A process may stand in a directory that is gone; no file lies below the device.
+    return (directory.empty() ? wxString("/dev/null") : directory) + '/' + path;
 }

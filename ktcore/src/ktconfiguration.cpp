@@ -19,6 +19,10 @@ bool KtConfiguration::Get(const wxString& key, wxString& value) const
 
 bool KtConfiguration::Set(const wxString& key, const wxString& value)
 {
+    const wxString name = m_group + '/' + key;
     IniFile file(m_file);
-    return file.Content().Write(m_group + '/' + key, value) && file.Save();
+    wxString taken;
+    // The toolkit reports success also for a key that the file marks as fixed ("!Key=").
+    return file.Content().Write(name, value) && file.Content().Read(name, &taken) &&
+           taken == value && file.Save();
 }

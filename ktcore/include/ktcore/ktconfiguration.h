@@ -21,7 +21,8 @@ public:
 
     /// Writes one key through to the file at once and replaces the file atomically; everything
     /// else in it stays. Shows no dialog.
-    /// @return false when the file could not be written; nothing in it has changed then.
+    /// @return false when the file could not be written, or fixes the key ("!Key="); nothing in it
+    ///         has changed then.
     bool Set(const wxString& key, const wxString& value);
 
 private:

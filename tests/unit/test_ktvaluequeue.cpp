@@ -1,0 +1,207 @@
+#include <ktcore/ktvaluequeue.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t recordSize = 506;
+using Record = std::array<unsigned char, recordSize>;
+
+Record RecordOf(unsigned char content)
+{
+    Record record;
+    record.fill(content);
+    return record;
+}
+
+/// A value that tells who sent it, and as the how manieth.
+struct Numbered
+{
+    int sender;
+    int number;
+};
+
+constexpr int senders = 4;
+constexpr int valuesOfASender = 5000;
+
+void PushAll(KtValueQueue<Numbered>& queue, int sender)
+{
+    for (int number = 0; number < valuesOfASender; ++number) {
+        queue.Push({sender, number});
+    }
+}
+
+} // namespace
+
+TEST(KtValueQueue, TheFirstInIsTheFirstOut)
+{
+    KtValueQueue<Record> queue;
+    queue.Push(RecordOf(1));
+    queue.Push(RecordOf(2));
+    queue.Push(RecordOf(3));
+
+    Record record = {};
+    EXPECT_TRUE(queue.Pop(record));
+    EXPECT_EQ(record, RecordOf(1));
+    EXPECT_TRUE(queue.Pop(record));
+    EXPECT_EQ(record, RecordOf(2));
+    queue.Push(RecordOf(4));
+    EXPECT_TRUE(queue.Pop(record));
+    EXPECT_EQ(record, RecordOf(3));
+    EXPECT_TRUE(queue.Pop(record));
+    EXPECT_EQ(record, RecordOf(4));
+    EXPECT_FALSE(queue.Pop(record));
+}
+
+TEST(KtValueQueue, AnEmptyQueueLeavesTheCallersRecordAlone)
+{
+    KtValueQueue<Record> queue;
+    Record record = RecordOf(7);
+
+    EXPECT_FALSE(queue.Pop(record));
+    EXPECT_FALSE(queue.doPeek(record));
+
+    EXPECT_EQ(record, RecordOf(7));
+}
+
+TEST(KtValueQueue, PeekingLeavesTheFirstElementInPlace)
+{
+    KtValueQueue<Record> queue;
+    queue.Push(RecordOf(1));
+    queue.Push(RecordOf(2));
+
+    Record record = {};
+    EXPECT_TRUE(queue.doPeek(record));
+    EXPECT_EQ(record, RecordOf(1));
+    EXPECT_TRUE(queue.doPeek(record));
+    EXPECT_EQ(record, RecordOf(1));
+    EXPECT_TRUE(queue.Pop(record));
+
+    EXPECT_EQ(record, RecordOf(1));
+}
+
+TEST(KtValueQueue, TheSenderMayReuseItsRecord)
+{
+    KtValueQueue<Record> queue;
+    Record record = RecordOf(1);
+    queue.Push(record);
+
+    record.fill(9);
+
+    ASSERT_TRUE(queue.Pop(record));
+    EXPECT_EQ(record, RecordOf(1));
+}
+
+TEST(KtValueQueue, DestroyingItDeletesWhatItStillHolds)
+{
+    const auto value = std::make_shared<int>(1);
+    {
+        KtValueQueue<std::shared_ptr<int>> queue;
+        queue.Push(value);
+        queue.Push(value);
+        queue.Push(value);
+        std::shared_ptr<int> popped;
+        queue.Pop(popped);
+        EXPECT_EQ(value.use_count(), 4);
+    }
+
+    EXPECT_EQ(value.use_count(), 1);
+}
+
+TEST(KtValueQueue, APoppedElementIsDeletedAtOnce)
+{
+    const auto value = std::make_shared<int>(1);
+    KtValueQueue<std::shared_ptr<int>> queue;
+    queue.Push(value);
+    queue.Push(value);
+    queue.Push(value);
+
+    std::shared_ptr<int> popped;
+    queue.Pop(popped);
+    popped.reset();
+
+    EXPECT_EQ(value.use_count(), 3);
+}
+
+TEST(KtValueQueue, IsNotLockedAfterACopyThatFailed)
+{
+    struct Stubborn
+    {
+        Stubborn() = default;
+
+        Stubborn(const Stubborn& other) : refuses(other.refuses)
+        {
+            if (refuses) {
+                throw std::runtime_error("no memory");
+            }
+        }
+
+        Stubborn& operator=(const Stubborn&) = default;
+        bool refuses = false;
+    };
+
+    KtValueQueue<Stubborn> queue;
+    Stubborn value;
+    value.refuses = true;
+    EXPECT_THROW(queue.Push(value), std::runtime_error);
+
+    value.refuses = false;
+    queue.Push(value);
+
+    EXPECT_TRUE(queue.Pop(value));
+    EXPECT_FALSE(queue.Pop(value));
+}
+
+TEST(KtValueQueue, LosesNothingOfFourThreadsAndKeepsTheOrderOfEach)
+{
+    KtValueQueue<Numbered> queue;
+    std::vector<std::thread> threads;
+    for (int sender = 0; sender < senders; ++sender) {
+        threads.emplace_back(PushAll, std::ref(queue), sender);
+    }
+
+    std::array<int, senders> taken = {};
+    Numbered value = {};
+    for (int total = 0; total < senders * valuesOfASender;) {
+        if (!queue.Pop(value)) {
+            std::this_thread::yield();
+            continue;
+        }
+        int& next = taken.at(static_cast<std::size_t>(value.sender));
+        EXPECT_EQ(value.number, next);
+        ++next;
+        ++total;
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+
+    EXPECT_FALSE(queue.Pop(value));
+}
+
+TEST(KtValueQueue, TwoReadersNeverTakeTheSameElement)
+{
+    KtValueQueue<Numbered> queue;
+    PushAll(queue, 0);
+    PushAll(queue, 1);
+    const auto drain = [&queue](int& count) {
+        Numbered value = {};
+        while (queue.Pop(value)) {
+            ++count;
+        }
+    };
+
+    int first = 0;
+    int second = 0;
+    std::thread reader([&] { drain(first); });
+    drain(second);
+    reader.join();
+
+    EXPECT_EQ(first + second, 2 * valuesOfASender);
+}
