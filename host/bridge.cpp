@@ -88,7 +88,7 @@ void Bridge::OnProgramState(const CMD_DATA& request)
     m_stepsChanged = true;
     m_steps.reset();
     if (answerable)
-        m_steps.emplace().range = *range;
+        m_steps.emplace(*range);
 }
 
 void Bridge::Forget()

@@ -71,6 +71,8 @@ private:
 
     struct Steps
     {
+        explicit Steps(StepRange steps) : range(steps) {}
+
         StepRange range;
         bool due = true;                    ///< Not answered yet.
         std::uint64_t cycle = 0;            ///< Of the last answer, or in which recording began.

@@ -45,6 +45,18 @@ std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder
         " (build or install it, or name it with --plugin PATH)"};
 }
 
+std::variant<std::string, LoadError> FindDataFolder(const std::string& programFolder)
+{
+    const auto folder =
+        (std::filesystem::path(programFolder) / ".." / "share" / "plcdebug").lexically_normal();
+    std::error_code ignored;
+    if (std::filesystem::is_directory(folder, ignored))
+        return folder.string();
+    return LoadError{
+        "no folder \"" + folder.string() +
+        "\" with language files and samples (install it, or name it with --data-dir DIR)"};
+}
+
 std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
 {
     std::error_code ignored;

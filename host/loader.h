@@ -5,7 +5,7 @@
 #include <string>
 #include <variant>
 
-// Finds and loads the debugger library. No windows. Any thread.
+// Finds the debugger library and the host's data, and loads the library. No windows. Any thread.
 
 namespace plchost {
 
@@ -30,6 +30,10 @@ struct LoadError
 /// @param programFolder the folder in which the program itself lies.
 /// @return its path, or where it was looked for.
 std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder);
+
+/// The folder with the language files and samples that belongs to a program: ../share/plcdebug.
+/// @return its path, or where it was looked for.
+std::variant<std::string, LoadError> FindDataFolder(const std::string& programFolder);
 
 std::variant<Plugin, LoadError> LoadPlugin(const std::string& path);
 

@@ -5,7 +5,6 @@
 #include <array>
 #include <cinttypes>
 #include <cstdio>
-#include <iomanip>
 
 namespace plchost {
 
@@ -107,9 +106,17 @@ void Trace::Answer(AnswerKind kind, const CMD_DATA* answer, bool taken)
 
 void Trace::Line(const char* direction, const std::string& text)
 {
-    const std::chrono::duration<double> sinceStart = std::chrono::steady_clock::now() - m_start;
+    using std::chrono::milliseconds;
+    const auto time =
+        std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - m_start);
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
     const std::lock_guard lock(m_mutex);
-    m_out << Print("%9.3f ", sinceStart.count()) << direction << ' ' << text << std::endl;
+    // Not as a floating-point number: the point would follow the locale.
+    m_out << Print(
+                 "%5lld.%03d ",
+                 static_cast<long long>(seconds.count()),
+                 static_cast<int>((time - seconds).count()))
+          << direction << ' ' << text << std::endl;
 }
 
 bool TracedAnswers::Answer(AnswerKind kind, const CMD_DATA* answer)
@@ -117,6 +124,12 @@ bool TracedAnswers::Answer(AnswerKind kind, const CMD_DATA* answer)
     const bool taken = m_next.Answer(kind, answer);
     m_trace.Answer(kind, answer, taken);
     return taken;
+}
+
+void TracedRequests::Request(const CMD_DATA& request)
+{
+    m_trace.Request(request);
+    m_next.Request(request);
 }
 
 } // namespace plchost

@@ -2,6 +2,7 @@
 
 #include "answers.h"
 #include "plcdebug_host.h"
+#include "port.h"
 
 #include <chrono>
 #include <mutex>
@@ -48,6 +49,20 @@ public:
 
 private:
     AnswerSink& m_next;
+    Trace& m_trace;
+};
+
+/// Traces the requests on their way.
+class TracedRequests : public RequestHandler
+{
+public:
+    /// @param next, trace both outlive this.
+    TracedRequests(RequestHandler& next, Trace& trace) : m_next(next), m_trace(trace) {}
+
+    void Request(const CMD_DATA& request) override;
+
+private:
+    RequestHandler& m_next;
     Trace& m_trace;
 };
 

@@ -72,6 +72,18 @@ TEST_F(LoaderTest, TellsWhereItLookedAndHowToName)
         AllOf(HasSubstr((root / "lib").string()), HasSubstr("--plugin PATH")));
 }
 
+TEST_F(LoaderTest, FindsTheDataBesideTheProgramsFolder)
+{
+    const auto missing = FindDataFolder(root / "bin");
+    Touch("share/plcdebug/languages/de.lng");
+    const auto found = FindDataFolder(root / "bin");
+
+    ASSERT_TRUE(std::holds_alternative<LoadError>(missing));
+    EXPECT_THAT(std::get<LoadError>(missing).message, HasSubstr("--data-dir DIR"));
+    ASSERT_TRUE(std::holds_alternative<std::string>(found));
+    EXPECT_EQ(std::get<std::string>(found), root / "share/plcdebug");
+}
+
 TEST_F(LoaderTest, AMissingFileIsNamed)
 {
     EXPECT_THAT(

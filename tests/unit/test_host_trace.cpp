@@ -90,5 +90,24 @@ TEST(TracedAnswers, PassOnTheAnswerAndWhetherItWasTaken)
     EXPECT_THAT(out.str(), EndsWith("<- value   key 5  17 (0x00000011)  (not taken)\n"));
 }
 
+TEST(TracedRequests, PassOnTheRequest)
+{
+    struct : RequestHandler
+    {
+        void Request(const CMD_DATA& request) override { key = request.key; }
+
+        int key = 0;
+    } handler;
+
+    std::ostringstream out;
+    Trace trace(out);
+    TracedRequests traced(handler, trace);
+
+    traced.Request(ReadRequest(5, "EB10"));
+
+    EXPECT_EQ(handler.key, 5);
+    EXPECT_THAT(out.str(), EndsWith("-> read    key 5  EB10\n"));
+}
+
 } // namespace
 } // namespace plchost

@@ -1,0 +1,122 @@
+#include "assembler.h"
+#include "debug_file.h"
+#include "exit_status.h"
+#include "host.h"
+#include "texts.h"
+
+#include <glibmm/miscutils.h>
+#include <gtkmm/main.h>
+
+#include <filesystem>
+#include <iostream>
+
+namespace plchost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A step that failed ends the start with its message.
+struct StartError
+{
+    std::string message;
+};
+
+template <typename Result> Result Demand(std::variant<Result, LoadError> result)
+{
+    if (const auto* error = std::get_if<LoadError>(&result))
+        throw StartError{error->message};
+    return std::get<Result>(std::move(result));
+}
+
+void Demand(const std::string& problem)
+{
+    if (!problem.empty())
+        throw StartError{problem};
+}
+
+plc::Program ReadProgram(const std::string& file)
+{
+    plc::Assembly assembly = plc::AssembleFile(file);
+    if (!assembly.program) {
+        std::string message = "the program has errors:";
+        for (const plc::SourceError& error : assembly.errors)
+            message += '\n' + plc::ErrorText(error);
+        throw StartError{message};
+    }
+    return std::move(*assembly.program);
+}
+
+ConfigFiles PrepareFiles(const Options& options, const std::string& machine)
+{
+    const std::string folder = options.configFolder.empty()
+                                   ? Glib::build_filename(Glib::get_user_config_dir(), "plchost")
+                                   : options.configFolder;
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw StartError{
+            "cannot make the folder \"" + folder + "\": " + error.message() +
+            " (name another one with --config-dir DIR)"};
+    ConfigFiles files = FilesIn(folder, machine);
+    if (files.prefix.size() >= PLC_PATH_SIZE)
+        throw StartError{
+            "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
+            std::to_string(PLC_PATH_SIZE - 1) +
+            " bytes (name a shorter one with --config-dir DIR)"};
+    return files;
+}
+
+std::string LanguageOf(const Options& options, const ConfigFiles& files)
+{
+    if (!options.language.empty())
+        return options.language;
+    const std::string last = ReadLanguage(files.settings);
+    return last == "de" || last == "en" ? last : EnvironmentLanguage();
+}
+
+Ground Prepare(const Options& options)
+{
+    const std::string programFolder = fs::read_symlink("/proc/self/exe").parent_path();
+    Ground ground;
+    ground.plugin = Demand(
+        LoadPlugin(options.plugin.empty() ? Demand(FindPlugin(programFolder)) : options.plugin));
+    ground.dataFolder = options.dataFolder.empty() ? Demand(FindDataFolder(programFolder))
+                                                   : fs::absolute(options.dataFolder).string();
+    const std::string bottling = ground.dataFolder + "/samples/bottling/bottling";
+    const std::string source = options.program.empty() ? bottling + ".il" : options.program;
+    ground.program = ReadProgram(source);
+    ground.files = PrepareFiles(options, fs::path(source).stem());
+    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix))
+        throw StartError{*problem};
+    if (options.program.empty())
+        Demand(SeedWatchList(ground.files, bottling + ".plc"));
+    ground.language = LanguageOf(options, ground.files);
+    return ground;
+}
+
+int Main(int argc, char** argv)
+{
+    const auto parsed = ParseOptions(argc, argv);
+    if (const auto* exit = std::get_if<ExitStatus>(&parsed))
+        return exit->status;
+    const Options& options = std::get<Options>(parsed);
+    if (gtk_init_check(nullptr, nullptr) == FALSE)
+        throw StartError{"no display (set DISPLAY, or run it under a virtual X server)"};
+    const Gtk::Main toolkit;
+    return Host(options, Prepare(options)).Run();
+}
+
+} // namespace
+
+} // namespace plchost
+
+int main(int argc, char** argv)
+{
+    try {
+        return plchost::Main(argc, argv);
+    } catch (const plchost::StartError& error) {
+        std::cerr << "plchost: " << error.message << std::endl;
+        return plchost::exitFailed;
+    }
+}

@@ -1,0 +1,107 @@
+#include "options.h"
+
+#include "exit_status.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <map>
+
+namespace plchost {
+
+namespace {
+
+constexpr const char* description =
+    R"(A bottling line with its PLC, and the host of the PLC debugger.
+
+The machine starts by itself. The button "Debugger" opens and closes the debugger. Its settings,
+the program debug file and variable lists lie in the folder plchost of the user's configuration
+directory ($XDG_CONFIG_HOME or ~/.config).)";
+
+constexpr const char* exitStatuses = R"(
+Exit status:
+  0  all went well
+  1  something is missing or failed; a message says what and what to do
+  2  the command line is wrong
+  3  the debugger called back on another thread than the GUI thread)";
+
+constexpr int shortestCycle = 1;
+constexpr int longestCycle = 1000;
+constexpr double longestRun = 1e6;
+
+/// A check that adds nothing to the help: the description says it.
+CLI::Validator Silent(CLI::Validator check)
+{
+    return check.description("");
+}
+
+std::string FaultHelp()
+{
+    std::string help = "misbehave towards the debugger on purpose, in one of these ways:";
+    for (const NamedFault& named : NamedFaults())
+        help += std::string("\n  ") + named.name + ": " + named.description;
+    return help;
+}
+
+std::map<std::string, Fault> Faults()
+{
+    std::map<std::string, Fault> faults;
+    for (const NamedFault& named : NamedFaults())
+        faults[named.name] = named.fault;
+    return faults;
+}
+
+} // namespace
+
+std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv)
+{
+    Options options;
+    int cycle = static_cast<int>(options.cycle.count());
+    double run = 0;
+    std::string fault;
+
+    CLI::App app{description, "plchost"};
+    app.footer(exitStatuses);
+    app.add_option("--plugin", options.plugin, "the debugger library; else the one beside plchost")
+        ->type_name("PATH");
+    app.add_option("--program", options.program, "run this statement list instead (*.il)")
+        ->type_name("FILE")
+        ->check(Silent(CLI::ExistingFile));
+    app.add_option("--language", options.language, "de or en; else as last time")
+        ->type_name("NAME")
+        ->check(Silent(CLI::IsMember({"de", "en"})));
+    app.add_option("--cycle", cycle, "cycle time of the PLC, 1 to 1000, else 10")
+        ->type_name("MS")
+        ->check(Silent(CLI::Range(shortestCycle, longestCycle)));
+    const auto* const runOption =
+        app.add_option("--run", run, "end by itself after so many seconds; unsaved lists are lost")
+            ->type_name("SECONDS")
+            ->check(Silent(CLI::Range(0.0, longestRun)));
+    app.add_option(
+           "--screenshot", options.screenshot, "with --run: a picture of the window at its end")
+        ->type_name("FILE.png")
+        ->needs("--run");
+    app.add_flag("--debugger", options.debugger, "open the debugger at the start");
+    app.add_option("--config-dir", options.configFolder, "keep the files here instead")
+        ->type_name("DIR");
+    app.add_option("--data-dir", options.dataFolder, "language files and samples")
+        ->type_name("DIR")
+        ->check(Silent(CLI::ExistingDirectory));
+    app.add_flag("--trace", options.trace, "print every request and every answer");
+    app.add_option("--fault", fault, FaultHelp())
+        ->type_name("NAME")
+        ->check(Silent(CLI::IsMember(Faults())));
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return ExitStatus{app.exit(error) == 0 ? exitGood : exitUsage};
+    }
+    options.cycle = std::chrono::milliseconds(cycle);
+    if (runOption->count() > 0)
+        options.run = std::chrono::milliseconds(std::llround(run * std::milli::den));
+    options.fault = FaultByName(fault);
+    return options;
+}
+
+} // namespace plchost

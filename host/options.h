@@ -1,0 +1,38 @@
+#pragma once
+
+#include "misbehave.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <variant>
+
+// The host's command line. No windows.
+
+namespace plchost {
+
+struct Options
+{
+    std::string plugin;       ///< Empty: beside the program.
+    std::string program;      ///< Empty: the bottling line.
+    std::string language;     ///< Empty: as last time.
+    std::string configFolder; ///< Empty: in the user's configuration folder.
+    std::string dataFolder;   ///< Empty: beside the program.
+    std::string screenshot;   ///< Empty: none.
+    std::chrono::milliseconds cycle{10};
+    std::optional<std::chrono::milliseconds> run; ///< None: until the operator ends it.
+    bool debugger = false;
+    bool trace = false;
+    std::optional<Fault> fault;
+};
+
+/// The program is to end with this status; what there was to say has been said.
+struct ExitStatus
+{
+    int status;
+};
+
+/// @param argv as handed to main().
+std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv);
+
+} // namespace plchost

@@ -1,0 +1,68 @@
+#include "texts.h"
+
+#include <cstdlib>
+
+namespace plchost {
+
+namespace {
+
+constexpr HostTexts german{
+    "Abfüllanlage",
+    "RUN",
+    "STOP",
+    "Start",
+    "Stopp",
+    "Zykluszeit",
+    "davon Arbeit",
+    "längstens",
+    "Debugger öffnen",
+    "Debugger schließen",
+    "Sprache",
+    "Der Debugger spricht sie ab dem nächsten Öffnen.",
+    "Schalter",
+    "Lampen",
+    "Tank",
+    "Motor",
+    "Abgefüllt",
+    "Dieses Programm hat kein Bild seiner Anlage.",
+};
+
+constexpr HostTexts english{
+    "Bottling line",
+    "RUN",
+    "STOP",
+    "Start",
+    "Stop",
+    "Cycle time",
+    "work",
+    "at most",
+    "Open debugger",
+    "Close debugger",
+    "Language",
+    "The debugger speaks it from its next opening on.",
+    "Switches",
+    "Lamps",
+    "Tank",
+    "Motor",
+    "Delivered",
+    "This program has no picture of its machine.",
+};
+
+} // namespace
+
+const HostTexts& TextsIn(std::string_view language)
+{
+    return language == "de" ? german : english;
+}
+
+const char* EnvironmentLanguage()
+{
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const value = std::getenv(name);
+        if (value != nullptr && *value != '\0')
+            return std::string_view(value).substr(0, 2) == "de" ? "de" : "en";
+    }
+    return "en";
+}
+
+} // namespace plchost

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string_view>
+
+// The host's own words, in the languages of the debugger. Any thread.
+
+namespace plchost {
+
+struct HostTexts
+{
+    const char* title;
+    const char* running;  ///< State of the PLC.
+    const char* standing; ///< State of the PLC.
+    const char* start;    ///< Button.
+    const char* stop;     ///< Button.
+    const char* cycleTime;
+    const char* work; ///< Time that the last cycle took.
+    const char* longest;
+    const char* openDebugger;
+    const char* closeDebugger;
+    const char* language;
+    const char* languageHint;
+    const char* switches;
+    const char* lamps;
+    const char* tank;
+    const char* motor;
+    const char* delivered;
+    const char* noProcess;
+};
+
+/// English for a language that the host does not speak.
+const HostTexts& TextsIn(std::string_view language);
+
+/// "de" or "en": the language of the user's environment.
+const char* EnvironmentLanguage();
+
+} // namespace plchost
