@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <map>
+#include <sstream>
 #include <utility>
 
 namespace plc {
@@ -412,10 +412,11 @@ Assembly Assemble(std::string_view source, const std::string& file)
 Assembly AssembleFile(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
-    const std::string source{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (!in.is_open() || in.bad())
+    std::ostringstream source;
+    source << in.rdbuf();
+    if (!in.is_open() || source.bad())
         return {std::nullopt, {{path, 0, 0, "cannot read the file"}}};
-    return Assemble(source, path);
+    return Assemble(source.str(), path);
 }
 
 } // namespace plc
