@@ -1,13 +1,12 @@
 #include "plcvarpanel_file.h"
 
-#include <wx/file.h>
+#include <ktcore/ktreplacefile.h>
+
 #include <wx/log.h>
 #include <wx/regex.h>
 #include <wx/textfile.h>
 
 #include <cwchar>
-#include <filesystem>
-#include <system_error>
 
 namespace {
 
@@ -88,17 +87,6 @@ bool ReadFormat(const wxString& line, PlcDebugVar& var)
     return true;
 }
 
-/// The file behind symbolic links, also when it does not exist yet.
-std::filesystem::path BehindLinks(std::filesystem::path path)
-{
-    constexpr int maxLinks = 40; // as the system itself follows
-    std::error_code error;
-    for (int link = 0; link < maxLinks && std::filesystem::is_symlink(path, error); ++link) {
-        path = path.parent_path() / std::filesystem::read_symlink(path, error);
-    }
-    return path;
-}
-
 } // namespace
 
 std::optional<ListLine> ParseListLine(wxString line)
@@ -119,7 +107,7 @@ std::optional<wxArrayString> ReadListFile(const wxString& path)
 {
     const wxLogNull noLog; // the caller shows its own message
     wxTextFile file;
-    if (!file.Open(path)) {
+    if (path.empty() || !file.Open(path)) {
         return std::nullopt;
     }
     wxArrayString lines;
@@ -149,9 +137,5 @@ wxString ListFileText(const std::vector<PlcDebugVar>& vars)
 
 bool WriteListFile(const wxString& path, const wxString& text)
 {
-    const wxLogNull noLog; // a list that cannot be written is no dialog
-    const std::filesystem::path target = BehindLinks(path.fn_str().data());
-    wxTempFile file;
-    return file.Open(wxString(target.c_str(), *wxConvFileName)) && file.Write(text, wxConvUTF8) &&
-           file.Flush() && file.Commit();
+    return KtReplaceFile(path, text.utf8_string());
 }

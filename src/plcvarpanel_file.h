@@ -27,7 +27,6 @@ std::optional<wxArrayString> ReadListFile(const wxString& path);
 /// @return the text of a list file; ends before the first variable that has no name.
 wxString ListFileText(const std::vector<PlcDebugVar>& vars);
 
-/// Replaces a file by @p text in UTF-8, whole or not at all. Of a symbolic link, the file behind
-/// it is replaced.
-/// @return false when it could not be written; an existing file is then as it was.
+/// Replaces a file by @p text in UTF-8, whole or not at all; see KtReplaceFile().
+/// @return false when the file is as it was.
 bool WriteListFile(const wxString& path, const wxString& text);

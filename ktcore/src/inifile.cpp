@@ -1,70 +1,20 @@
 #include "inifile.h"
 
+#include <ktcore/ktreplacefile.h>
+
 #include <wx/filefn.h>
 #include <wx/filename.h>
 #include <wx/mstream.h>
 #include <wx/textfile.h>
 
-#include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
-#include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace {
-
-/// As many symbolic links in a row as the system itself follows.
-constexpr int maxLinks = 40;
 
 bool CanBeRead(const wxString& path)
 {
     // Only a regular file: opening a pipe would wait for its writer.
     return wxFileName::FileExists(path) && wxTextFile().Open(path);
-}
-
-/// Follows symbolic links by hand, because the file that the last one names need not exist yet.
-fs::path LinkTarget(fs::path path)
-{
-    std::error_code error;
-    for (int links = 0; links < maxLinks && fs::is_symlink(path, error); ++links) {
-        path = path.parent_path() / fs::read_symlink(path, error);
-    }
-    return path;
-}
-
-bool WriteNewFile(const fs::path& file, const std::string& text)
-{
-    std::FILE* stream = std::fopen(file.c_str(), "wxe");
-    if (stream == nullptr) {
-        return false;
-    }
-    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
-                         std::fflush(stream) == 0 && ::fsync(::fileno(stream)) == 0;
-    return std::fclose(stream) == 0 && written;
-}
-
-// The toolkit's own way removes the old file before it renames the new one: a crash in between
-// would lose both.
-bool ReplaceFile(const fs::path& file, const std::string& text)
-{
-    const fs::path fresh = file.native() + '.' + std::to_string(::getpid()) + ".new";
-    std::error_code error;
-    fs::remove(fresh, error); // left behind by a crash
-    bool replaced = WriteNewFile(fresh, text);
-    if (replaced) {
-        const fs::file_status old = fs::status(file, error);
-        if (fs::exists(old)) {
-            fs::permissions(fresh, old.permissions(), error);
-        }
-        fs::rename(fresh, file, error);
-        replaced = !error;
-    }
-    if (!replaced) {
-        fs::remove(fresh, error);
-    }
-    return replaced;
 }
 
 } // namespace
@@ -85,14 +35,7 @@ IniFile::IniFile(wxInputStream& text) : m_loaded(true), m_content(text)
 
 bool IniFile::Save()
 {
-    const auto name = m_path.fn_str();
-    if (name.data() == nullptr) {
-        return false; // not a file name in this locale
-    }
-    const fs::path file = LinkTarget(name.data());
-    std::error_code error;
-    const bool isNew = fs::status(file, error).type() == fs::file_type::not_found;
-    if (!isNew && (!m_loaded || ::access(file.c_str(), W_OK) != 0)) {
+    if (!m_loaded && wxFileName::FileExists(m_path)) {
         return false;
     }
     wxMemoryOutputStream stream;
@@ -101,7 +44,7 @@ bool IniFile::Save()
     }
     std::string text(stream.GetSize(), '\0');
     stream.CopyTo(text.data(), text.size());
-    return ReplaceFile(file, text);
+    return KtReplaceFile(m_path, text);
 }
 
 wxString AbsolutePath(const wxString& path)

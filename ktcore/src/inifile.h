@@ -37,9 +37,6 @@ public:
     /// Reads text that is no file; Save() is not for it.
     explicit IniFile(wxInputStream& text);
 
-    /// @return true when there was a regular file and it could be read to its end.
-    bool IsLoaded() const { return m_loaded; }
-
     wxFileConfig& Content() { return m_content; }
 
     /// Replaces the file atomically by the content; its mode stays, and so does a symbolic link to
@@ -50,7 +47,7 @@ public:
 private:
     ToolkitSilence m_silence; // first, so that it outlives the content
     wxString m_path;
-    bool m_loaded;
+    bool m_loaded; ///< There was a regular file, and it could be read to its end.
     wxFileConfig m_content;
 };
 

@@ -71,10 +71,8 @@ Texts TextsIn(wxFileConfig& content)
 std::optional<Texts> TextsOfFile(const wxString& path)
 {
     IniFile file(path);
-    if (!file.IsLoaded() || file.Content().GetNumberOfGroups() == 0) {
-        return std::nullopt;
-    }
-    return TextsIn(file.Content());
+    const bool isLanguageFile = file.Content().GetNumberOfGroups() > 0;
+    return isLanguageFile ? std::optional(TextsIn(file.Content())) : std::nullopt;
 }
 
 Texts BuiltInTexts()
@@ -89,7 +87,7 @@ const wchar_t* KtIntlLanguageText::GetText(int id)
 {
     // 64 bits, because the smallest int has no absolute value.
     const std::int64_t section = std::abs(std::int64_t{id}) / sectionSize;
-    const std::int64_t entry = id > 0 ? id % sectionSize : id + section * sectionSize;
+    const std::int64_t entry = id % sectionSize; // the remainder keeps the sign
     return GetText(static_cast<int>(section), static_cast<int>(entry));
 }
 
