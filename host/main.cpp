@@ -52,18 +52,18 @@ ConfigFiles PrepareFiles(const Options& options, const std::string& machine)
     const std::string folder = options.configFolder.empty()
                                    ? Glib::build_filename(Glib::get_user_config_dir(), "plchost")
                                    : options.configFolder;
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error)
-        throw StartError{
-            "cannot make the folder \"" + folder + "\": " + error.message() +
-            " (name another one with --config-dir DIR)"};
     ConfigFiles files = FilesIn(folder, machine);
     if (files.prefix.size() >= PLC_PATH_SIZE)
         throw StartError{
             "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
             std::to_string(PLC_PATH_SIZE - 1) +
             " bytes (name a shorter one with --config-dir DIR)"};
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw StartError{
+            "cannot make the folder \"" + folder + "\": " + error.message() +
+            " (name another one with --config-dir DIR)"};
     return files;
 }
 

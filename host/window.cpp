@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdio>
+#include <exception>
 #include <gdkmm/pixbuf.h>
 #include <utility>
 
@@ -40,6 +41,7 @@ HostWindow::HostWindow(Plant& plant, const std::string& language, WindowActions 
 {
     BuildProblem();
     BuildHead();
+    m_panel.set_hexpand(false); // its rows would take room from the picture
     m_body.property_margin() = gap;
     m_body.pack_start(m_picture, Gtk::PACK_EXPAND_WIDGET);
     m_body.pack_start(m_panel, Gtk::PACK_SHRINK);
@@ -141,16 +143,13 @@ void HostWindow::RefreshState()
 
 bool HostWindow::SavePicture(const std::string& file)
 {
-    const auto window = get_window();
-    if (!window)
-        return false;
-    const auto picture =
-        Gdk::Pixbuf::create(window, 0, 0, window->get_width(), window->get_height());
-    if (!picture)
-        return false;
+    // Drawn anew and not read from the screen, where other windows may cover it.
+    const auto surface = Cairo::ImageSurface::create(
+        Cairo::FORMAT_RGB24, get_allocated_width(), get_allocated_height());
+    draw(Cairo::Context::create(surface));
     try {
-        picture->save(file, "png");
-    } catch (const Glib::Error&) {
+        surface->write_to_png(file);
+    } catch (const std::exception&) {
         return false;
     }
     return true;

@@ -36,7 +36,8 @@ public:
     void ShowDebugger(bool open);
     /// Shows a message until the operator closes it.
     void ShowProblem(const std::string& message);
-    /// @return false when the picture cannot be taken or written.
+    /// Writes the window as a PNG file.
+    /// @return false when the file cannot be written.
     bool SavePicture(const std::string& file);
 
 private:
