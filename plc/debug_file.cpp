@@ -1,5 +1,7 @@
 #include "debug_file.h"
 
+#include "source_line.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -28,7 +30,7 @@ std::string NameField(const Block& block)
     std::string name = block.title.empty() ? block.name : block.name + " " + block.title;
     if (name.size() >= nameBytes) {
         std::size_t cut = nameBytes - 1;
-        while ((static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80U)
+        while (ContinuesCharacter(name[cut]))
             --cut;
         name.resize(cut);
     }

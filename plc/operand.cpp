@@ -60,20 +60,27 @@ bool TakeArea(std::string_view& text, Operand& operand)
     return false;
 }
 
+bool IsNumbered(Area area)
+{
+    return area == Area::Timer || area == Area::Counter;
+}
+
 /// Takes the letter of the width; a bit has none, or an X in a data block.
 bool TakeWidth(std::string_view& text, Operand& operand)
 {
-    if (operand.area == Area::Timer || operand.area == Area::Counter)
-        operand.width = Width::Word;
-    else if (TakePrefix(text, "B"))
-        operand.width = Width::Byte;
-    else if (TakePrefix(text, "W"))
-        operand.width = Width::Word;
-    else if (TakePrefix(text, "D"))
-        operand.width = Width::DoubleWord;
-    else
-        return operand.area != Area::DataBlock || TakePrefix(text, "X");
-    return true;
+    operand.width = Width::Word;
+    if (IsNumbered(operand.area))
+        return true;
+    constexpr std::tuple<std::string_view, Width> letters[] = {
+        {"B", Width::Byte}, {"W", Width::Word}, {"D", Width::DoubleWord}};
+    for (const auto& [letter, width] : letters) {
+        if (TakePrefix(text, letter)) {
+            operand.width = width;
+            return true;
+        }
+    }
+    operand.width = Width::Bit;
+    return operand.area != Area::DataBlock || TakePrefix(text, "X");
 }
 
 std::string_view AreaLetter(Area area)
@@ -97,7 +104,7 @@ std::string_view AreaLetter(Area area)
 
 std::string_view WidthLetter(const Operand& operand)
 {
-    if (operand.area == Area::Timer || operand.area == Area::Counter)
+    if (IsNumbered(operand.area))
         return {};
     switch (operand.width) {
     case Width::Bit:
@@ -169,8 +176,7 @@ std::uint32_t AreaSize(Area area, std::uint16_t block)
 
 bool Exists(const Operand& operand)
 {
-    const bool isNumbered = operand.area == Area::Timer || operand.area == Area::Counter;
-    const std::uint32_t bytes = isNumbered ? 1 : ByteCount(operand.width);
+    const std::uint32_t bytes = IsNumbered(operand.area) ? 1 : ByteCount(operand.width);
     return operand.bit <= highestBit &&
            operand.address + bytes <= AreaSize(operand.area, operand.block);
 }

@@ -10,8 +10,6 @@ namespace plc {
 
 namespace {
 
-constexpr unsigned wordBits = 16;
-
 std::int16_t LowWord(std::uint32_t accumulator)
 {
     return static_cast<std::int16_t>(accumulator);

@@ -12,6 +12,11 @@ namespace {
 
 constexpr std::string_view remarkMark = "//";
 constexpr std::string_view blanks = " \t";
+constexpr unsigned char deleteCharacter = 0x7F;
+
+// A byte of UTF-8 that continues a character.
+constexpr unsigned tailMask = 0xC0;
+constexpr unsigned tailLead = 0x80;
 
 bool IsLetter(char c)
 {
@@ -45,8 +50,6 @@ std::size_t CharacterLength(std::string_view text)
 
     constexpr Form forms[] = {
         {0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
-    constexpr unsigned tailMask = 0xC0;
-    constexpr unsigned tailLead = 0x80;
     constexpr std::uint32_t firstSurrogate = 0xD800;
     constexpr std::uint32_t lastSurrogate = 0xDFFF;
     constexpr std::uint32_t lastCharacter = 0x10FFFF;
@@ -60,7 +63,7 @@ std::size_t CharacterLength(std::string_view text)
             return 0;
         std::uint32_t character = byte(0) & ~form.mask;
         for (std::size_t i = 1; i < length; ++i) {
-            if ((byte(i) & tailMask) != tailLead)
+            if (!ContinuesCharacter(text[i]))
                 return 0;
             character = character << 6U | (byte(i) & ~tailMask);
         }
@@ -159,7 +162,7 @@ std::optional<LineError> FindBadByte(std::string_view text)
 {
     for (std::size_t at = 0; at < text.size();) {
         const auto byte = static_cast<unsigned char>(text[at]);
-        if ((byte < ' ' && byte != '\t') || byte == 0x7F)
+        if ((byte < ' ' && byte != '\t') || byte == deleteCharacter)
             return LineError{at, "a control character cannot stand in a line"};
         const std::size_t length = CharacterLength(text.substr(at));
         if (length == 0)
@@ -169,14 +172,17 @@ std::optional<LineError> FindBadByte(std::string_view text)
     return std::nullopt;
 }
 
+bool ContinuesCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & tailMask) == tailLead;
+}
+
 std::size_t ColumnOf(std::string_view text, std::size_t at)
 {
     const auto before = text.substr(0, at);
-    const auto startsCharacter = [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    };
-    return 1 +
-           static_cast<std::size_t>(std::count_if(before.begin(), before.end(), startsCharacter));
+    return 1 + before.size() -
+           static_cast<std::size_t>(
+               std::count_if(before.begin(), before.end(), ContinuesCharacter));
 }
 
 std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text)

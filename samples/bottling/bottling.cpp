@@ -42,7 +42,7 @@ constexpr double analogFull = 1000;
 
 std::uint32_t Analog(double level)
 {
-    return static_cast<std::uint32_t>(std::lround(std::clamp(level, 0.0, 2.0) * analogFull));
+    return static_cast<std::uint32_t>(std::lround(level * analogFull));
 }
 
 bool IsNear(const Bottle& bottle, double position)
