@@ -1,0 +1,447 @@
+#include "debuggertest.h"
+
+#include "numberedtexts.h"
+
+#include <gmock/gmock.h>
+#include <gtk/gtk.h>
+#include <wx/app.h>
+#include <wx/filedlg.h>
+#include <wx/menu.h>
+#include <wx/radiobox.h>
+#include <wx/textctrl.h>
+
+#include <X11/keysym.h>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+namespace {
+
+plchost::Plugin LoadPlugin()
+{
+    const auto loaded = plchost::LoadPlugin(PLCDEBUG_LIBRARY);
+    if (const auto* error = std::get_if<plchost::LoadError>(&loaded)) {
+        throw std::runtime_error(error->message);
+    }
+    return std::get<plchost::Plugin>(loaded);
+}
+
+GtkWidget* TopLevelOf(const wxWindow& window)
+{
+    return gtk_widget_get_toplevel(window.GetHandle());
+}
+
+bool IsOnScreen(GtkWidget* widget)
+{
+    return widget != nullptr && gtk_widget_get_mapped(widget) != FALSE;
+}
+
+/// Collects the widgets of a type below @p widget, in the order in which they were added.
+void Collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found)
+{
+    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) {
+        found.push_back(widget);
+    } else if (GTK_IS_CONTAINER(widget)) {
+        struct Search
+        {
+            GType type;
+            std::vector<GtkWidget*>& found;
+        } search{type, found};
+
+        const auto collect = [](GtkWidget* child, gpointer data) {
+            auto& below = *static_cast<Search*>(data);
+            Collect(child, below.type, below.found);
+        };
+        gtk_container_foreach(GTK_CONTAINER(widget), collect, &search);
+    }
+}
+
+GtkResponseType ResponseFor(int button)
+{
+    switch (button) {
+    case wxID_OK:
+        return GTK_RESPONSE_OK;
+    case wxID_YES:
+        return GTK_RESPONSE_YES;
+    case wxID_NO:
+        return GTK_RESPONSE_NO;
+    default:
+        return GTK_RESPONSE_CANCEL;
+    }
+}
+
+GtkWidget* ButtonOf(wxDialog& dialog, int button)
+{
+    if (GTK_IS_DIALOG(dialog.GetHandle())) {
+        const bool confirms = dynamic_cast<wxFileDialog*>(&dialog) != nullptr && button == wxID_OK;
+        return gtk_dialog_get_widget_for_response(
+            GTK_DIALOG(dialog.GetHandle()), confirms ? GTK_RESPONSE_ACCEPT : ResponseFor(button));
+    }
+    return wxWindow::FindWindowById(button, &dialog)->GetHandle();
+}
+
+Spot CellSpot(int row, int column)
+{
+    wxGrid& grid = GridOn(watchPage);
+    const wxRect cell = grid.CellToRect(row, column);
+    const wxPoint middle =
+        grid.CalcScrolledPosition(wxPoint(cell.x + cell.width / 2, cell.y + cell.height / 2));
+    return PlaceIn(grid.GetGridWindow()->GetHandle(), middle.x, middle.y);
+}
+
+void Append(std::string& bytes, std::uint32_t number, std::size_t width)
+{
+    bytes.append(reinterpret_cast<const char*>(&number), width);
+}
+
+} // namespace
+
+std::string ProgramDebugFile(const std::vector<Words>& blocks)
+{
+    constexpr std::size_t headerSize = 12;
+    constexpr std::size_t nameSize = 48;
+    std::string listing;
+    std::string index;
+    Append(index, static_cast<std::uint32_t>(blocks.size()), sizeof(std::int32_t));
+    std::uint32_t step = 0;
+    for (std::size_t block = 0; block < blocks.size(); ++block) {
+        std::string name = "OB" + std::to_string(block + 1);
+        name.resize(nameSize);
+        index += name;
+        Append(index, step, sizeof(std::uint16_t));
+        Append(index, static_cast<std::uint32_t>(blocks[block].size()), sizeof(std::uint16_t));
+        Append(index, static_cast<std::uint32_t>(headerSize + listing.size()), sizeof step);
+        for (const std::string& line : blocks[block]) {
+            listing += line + "\n";
+            ++step;
+        }
+    }
+    std::string file(headerSize - sizeof(std::int32_t), '\0');
+    Append(file, static_cast<std::uint32_t>(headerSize + listing.size()), sizeof(std::int32_t));
+    return file + listing + index;
+}
+
+DebuggerTest::DebuggerTest() : host(files.File("machine")), plugin(LoadPlugin())
+{
+    WriteNumberedTexts(files.Path().string());
+    Configure("LanguagePath", files.Path().string());
+    Configure("Language", numberedLanguage);
+    UseProgram({{"U E 0.0", "= A 0.0"}});
+}
+
+void DebuggerTest::TearDown()
+{
+    OnGui([this] { watch.CancelAll(); });
+    Destroy();
+    EXPECT_TRUE(FrameGoes());
+    TakeRequests();
+    if (!HostOwnsTheToolkit()) {
+        EXPECT_TRUE(Await("the toolkit ended", [] { return wxTheApp == nullptr; }));
+    }
+    EXPECT_THAT(OnGui([this] { return watch.Troubles(); }), testing::IsEmpty());
+    EXPECT_FALSE(HostLoopHasEnded()) << "the host's main loop has ended";
+}
+
+void DebuggerTest::Configure(const std::string& key, const std::string& value)
+{
+    m_settings[key] = value;
+    std::string text = "[Settings]\n";
+    for (const auto& [name, setting] : m_settings) {
+        text += name + "=" + setting + "\n";
+    }
+    files.Write("plcdebug.ini", text);
+}
+
+std::string DebuggerTest::UseList(const Words& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    const std::string path = files.Write("list.plc", text);
+    Configure("PLCLastFile", path);
+    return path;
+}
+
+void DebuggerTest::UseProgram(const std::vector<Words>& blocks)
+{
+    files.Write("machine_plcdbgi.dat", ProgramDebugFile(blocks));
+}
+
+int DebuggerTest::Create()
+{
+    return OnGui([this] { return plugin.create(&host.init); });
+}
+
+void DebuggerTest::Destroy()
+{
+    OnGui([this] { plugin.destroy(); });
+}
+
+testing::AssertionResult DebuggerTest::Open()
+{
+    if (Create() != 1) {
+        return testing::AssertionFailure() << "the debugger is not created";
+    }
+    const testing::AssertionResult shown = Await("the frame on the screen", [this] {
+        if (Frame() == nullptr || !IsOnScreen(Frame()->GetHandle())) {
+            return false;
+        }
+        // The size is asked for again once the window manager has told how wide its borders are.
+        const wxSize size = Frame()->GetSize();
+        return hands.OuterSize(TopLevelWindowOf(Frame()->GetHandle())) == std::pair(size.x, size.y);
+    });
+    return shown ? hands.Activate(OnGui([] { return TopLevelOf(*Frame()); })) : shown;
+}
+
+int DebuggerTest::Answer(std::uint16_t key, std::int32_t value)
+{
+    CMD_DATA answer = ReadAnswer(key, value);
+    return plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer));
+}
+
+Words DebuggerTest::TakeRequests()
+{
+    return OnGui([this] {
+        for (const RecordedRequest& request : host.requests) {
+            EXPECT_EQ(request.thread, std::this_thread::get_id())
+                << request.InWords() << " did not come on the GUI thread";
+        }
+        return host.TakeInWords();
+    });
+}
+
+testing::AssertionResult
+DebuggerTest::Await(const std::string& what, const std::function<bool()>& condition)
+{
+    if (HoldsOnGui(condition)) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "waited in vain for: " << what
+           << "; troubles: " << testing::PrintToString(OnGui([this] { return watch.Troubles(); }));
+}
+
+testing::AssertionResult DebuggerTest::Requests(const Words& expected)
+{
+    HoldsOnGui([&] { return host.requests.size() >= expected.size(); });
+    const Words sent = TakeRequests();
+    if (sent == expected) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "requests sent: " << testing::PrintToString(sent)
+                                       << ", expected: " << testing::PrintToString(expected);
+}
+
+testing::AssertionResult DebuggerTest::SendsNothing()
+{
+    AwaitThreeTicks();
+    const Words sent = TakeRequests();
+    if (sent.empty()) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "requests sent: " << testing::PrintToString(sent);
+}
+
+void DebuggerTest::AwaitThreeTicks()
+{
+    // Two timers of one period take turns: between two of our ticks lies one of the debugger's.
+    constexpr guint tickMs = 100;
+    constexpr int enough = 4;
+    const auto ticks = std::make_unique<int>(0);
+    const auto count = [](gpointer counter) -> gboolean {
+        ++*static_cast<int*>(counter);
+        return G_SOURCE_CONTINUE;
+    };
+    const guint timer = g_timeout_add(tickMs, count, ticks.get());
+    EXPECT_TRUE(HoldsOnGui([&] { return *ticks >= enough; }));
+    OnGui([timer] { g_source_remove(timer); });
+}
+
+testing::AssertionResult DebuggerTest::Shows(const Words& rows)
+{
+    if (HoldsOnGui([&] { return WatchList() == rows; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "the list reads: " << testing::PrintToString(OnGui(WatchList))
+           << ", expected: " << testing::PrintToString(rows);
+}
+
+testing::AssertionResult DebuggerTest::StatusReads(const std::string& text)
+{
+    if (HoldsOnGui([&] { return StatusText() == text; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "the status line reads: \"" << OnGui(StatusText)
+                                       << "\", expected: \"" << text << "\"";
+}
+
+testing::AssertionResult DebuggerTest::FrameGoes()
+{
+    return Await("the frame gone", [] { return Frame() == nullptr; });
+}
+
+void DebuggerTest::Click(ControlId button)
+{
+    hands.Click(OnGui(
+        [button] { return MiddleOf(wxWindow::FindWindowById(button, Frame())->GetHandle()); }));
+}
+
+void DebuggerTest::ClickCell(int row, int column, XKey held)
+{
+    hands.Click(OnGui([=] { return CellSpot(row, column); }), held);
+}
+
+void DebuggerTest::DoubleClickCell(int row, int column)
+{
+    hands.DoubleClick(OnGui([=] { return CellSpot(row, column); }));
+}
+
+void DebuggerTest::ClickTab(Page page)
+{
+    hands.Click(OnGui([page] {
+        auto* notebook = GTK_NOTEBOOK(Notebook().GetHandle());
+        GtkWidget* child = gtk_notebook_get_nth_page(notebook, page);
+        return MiddleOf(gtk_notebook_get_tab_label(notebook, child));
+    }));
+    EXPECT_TRUE(Await("the page selected", [page] { return Notebook().GetSelection() == page; }));
+}
+
+void DebuggerTest::ChooseMenu(int id)
+{
+    GtkWidget* title = nullptr;
+    GtkWidget* entry = nullptr;
+    OnGui([&] {
+        wxMenu* menu = nullptr;
+        entry = Frame()->GetMenuBar()->FindItem(id, &menu)->GetMenuItem();
+        title = menu->m_owner;
+    });
+    hands.Click(OnGui([title] { return MiddleOf(title); }));
+    ASSERT_TRUE(Await("the menu open", [entry] { return IsOnScreen(entry); }));
+    hands.Click(OnGui([entry] { return MiddleOf(entry); }));
+}
+
+void DebuggerTest::CloseFrame()
+{
+    hands.CloseThroughManager(OnGui([] { return TopLevelWindowOf(Frame()->GetHandle()); }));
+}
+
+void DebuggerTest::EnterValue(int row, const std::string& value)
+{
+    ClickCell(row, 1);
+    ASSERT_TRUE(Await("the cell chosen", [row] {
+        const wxGrid& grid = GridOn(watchPage);
+        return grid.GetGridCursorRow() == row && grid.GetGridCursorCol() == 1;
+    }));
+    hands.Type(value);
+    ASSERT_TRUE(Await("the value typed", [&] {
+        const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
+        return text != nullptr && text->IsShown() && text->GetValue() == value;
+    }));
+    hands.Press(XK_Return);
+}
+
+testing::AssertionResult DebuggerTest::DialogOpens(const std::string& what)
+{
+    const auto isOpen = [&] {
+        wxDialog* dialog = watch.Innermost();
+        return dialog != nullptr && watch.Expect(what) && IsOnScreen(dialog->GetHandle());
+    };
+    const testing::AssertionResult opened = Await(what, isOpen);
+    return opened ? hands.Activate(OnGui([this] { return watch.Innermost()->GetHandle(); }))
+                  : opened;
+}
+
+void DebuggerTest::ClickInDialog(int button)
+{
+    const auto isSensitive = [&] {
+        return gtk_widget_is_sensitive(ButtonOf(*watch.Innermost(), button)) != FALSE;
+    };
+    ASSERT_TRUE(Await("the button ready", isSensitive));
+    hands.Click(OnGui([&] { return MiddleOf(ButtonOf(*watch.Innermost(), button)); }));
+}
+
+testing::AssertionResult DebuggerTest::AnswerDialog(const std::string& what, int button)
+{
+    const testing::AssertionResult opened = DialogOpens(what);
+    if (!opened) {
+        return opened;
+    }
+    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
+    ClickInDialog(button);
+    return AwaitDialogClosed(dialog);
+}
+
+testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
+{
+    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
+    const auto isChosen = [&] {
+        auto* chooser = GTK_FILE_CHOOSER(watch.Innermost()->GetHandle());
+        const std::unique_ptr<char, decltype(&g_free)> chosen(
+            gtk_file_chooser_get_filename(chooser), g_free);
+        return chosen != nullptr && path == chosen.get();
+    };
+    OnGui([&] {
+        auto* chooser = GTK_FILE_CHOOSER(watch.Innermost()->GetHandle());
+        if (gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SAVE) {
+            const std::filesystem::path file(path);
+            gtk_file_chooser_set_current_folder(chooser, file.parent_path().c_str());
+            gtk_file_chooser_set_current_name(chooser, file.filename().c_str());
+        } else {
+            gtk_file_chooser_set_filename(chooser, path.c_str());
+        }
+    });
+    const testing::AssertionResult chosen = Await("the file chosen", isChosen);
+    if (!chosen) {
+        return chosen;
+    }
+    ClickInDialog(wxID_OK);
+    return AwaitDialogClosed(dialog);
+}
+
+void DebuggerTest::ChooseInCombo(ControlId combo, int item)
+{
+    const auto control = [this, combo] {
+        return static_cast<wxComboBox*>(wxWindow::FindWindowById(combo, watch.Innermost()));
+    };
+    OnGui([&] { control()->SetFocus(); });
+    ASSERT_TRUE(Await("the combo box focused", [&] { return control()->HasFocus(); }));
+    const int before = OnGui([&] { return control()->GetSelection(); });
+    for (int at = before; at != item; at += at < item ? 1 : -1) {
+        hands.Press(at < item ? XK_Down : XK_Up);
+        const int next = at < item ? at + 1 : at - 1;
+        ASSERT_TRUE(Await("the next item", [&] { return control()->GetSelection() == next; }));
+    }
+}
+
+void DebuggerTest::ChooseInBox(ControlId box, int item)
+{
+    const auto control = [this, box] {
+        return static_cast<wxRadioBox*>(wxWindow::FindWindowById(box, watch.Innermost()));
+    };
+    hands.Click(OnGui([&] {
+        std::vector<GtkWidget*> buttons;
+        Collect(control()->GetHandle(), GTK_TYPE_RADIO_BUTTON, buttons);
+        return MiddleOf(buttons.at(static_cast<std::size_t>(item)));
+    }));
+    ASSERT_TRUE(Await("the item chosen", [&] { return control()->GetSelection() == item; }));
+}
+
+void DebuggerTest::TypeAddress(const std::string& address)
+{
+    const auto control = [this] {
+        return static_cast<wxTextCtrl*>(wxWindow::FindWindowById(addressField, watch.Innermost()));
+    };
+    hands.Click(OnGui([&] { return MiddleOf(control()->GetHandle()); }));
+    ASSERT_TRUE(Await("the field focused", [&] { return control()->HasFocus(); }));
+    hands.Press(XK_a, XK_Control_L);
+    hands.Press(XK_Delete);
+    hands.Type(address);
+    ASSERT_TRUE(Await("the address typed", [&] { return control()->GetValue() == address; }));
+}
+
+testing::AssertionResult DebuggerTest::AwaitDialogClosed(const wxDialog* dialog)
+{
+    return Await("the dialog closed", [&] { return watch.Innermost() != dialog; });
+}

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "debuggerwindow.h"
+#include "hostloop.h"
+#include "loader.h"
+#include "operator.h"
+#include "recordinghost.h"
+#include "tempdir.h"
+#include "watch.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+/// A machine with the debugger: the files, the host's side of the boundary, the operator. Nothing
+/// is open at first. Whatever a test leaves open is closed after it; an unexpected dialog, an
+/// assert of the toolkit, a critical, a callback on a foreign thread or an ended host loop fails
+/// it. Test thread.
+class DebuggerTest : public testing::Test
+{
+protected:
+    DebuggerTest();
+    ~DebuggerTest() override = default;
+    void TearDown() override;
+
+    // The machine's files
+
+    /// Sets a key of section [Settings] in the configuration file, which lies in `files`.
+    void Configure(const std::string& key, const std::string& value);
+
+    /// Writes a variable list and makes it the last one. @return its path.
+    std::string UseList(const Words& lines);
+
+    /// Writes the program debug file. @param blocks the lines of each.
+    void UseProgram(const std::vector<Words>& blocks);
+
+    // The host
+
+    /// Calls the export from the GUI thread. @return its result; what it throws is thrown.
+    int Create();
+    void Destroy();
+
+    /// Creates the debugger and waits until its window is active.
+    testing::AssertionResult Open();
+
+    /// Answers from the test's own thread. @return what the export says.
+    int Answer(std::uint16_t key, std::int32_t value);
+
+    /// @return all requests since the last look, in words, oldest first.
+    Words TakeRequests();
+
+    // Waiting
+
+    /// Waits until a condition, looked at on the GUI thread, holds.
+    testing::AssertionResult Await(const std::string& what, const std::function<bool()>& condition);
+
+    /// Waits for as many requests as expected, and forgets them.
+    testing::AssertionResult Requests(const Words& expected);
+
+    /// Lets three further ticks pass. @return whether no request has come by then.
+    testing::AssertionResult SendsNothing();
+    void AwaitThreeTicks();
+
+    /// Waits until the watch list reads so.
+    testing::AssertionResult Shows(const Words& rows);
+
+    /// Waits until field 0 of the status bar reads so.
+    testing::AssertionResult StatusReads(const std::string& text);
+
+    /// Waits until the frame has gone.
+    testing::AssertionResult FrameGoes();
+
+    // The operator at the window
+
+    void Click(ControlId button);
+    void ClickCell(int row, int column, XKey held = 0);
+    void DoubleClickCell(int row, int column);
+    void ClickTab(Page page);
+    void ChooseMenu(int id);
+    void CloseFrame();
+
+    /// Types into the value cell of a row and presses Enter.
+    void EnterValue(int row, const std::string& value);
+
+    // The operator at a dialog
+
+    /// Waits until this dialog is the innermost one, on the screen, and has the keyboard.
+    /// @param what as Watch::Expect() has it.
+    testing::AssertionResult DialogOpens(const std::string& what);
+
+    /// Clicks on a button of the innermost dialog: wxID_OK, wxID_CANCEL, wxID_YES, wxID_NO.
+    void ClickInDialog(int button);
+
+    /// Waits until a dialog opens, clicks on a button and waits until it is closed.
+    testing::AssertionResult AnswerDialog(const std::string& what, int button);
+
+    /// In an open file dialog: chooses a file and confirms.
+    testing::AssertionResult ChooseFile(const std::string& path);
+
+    /// In an open settings dialog.
+    void ChooseInCombo(ControlId combo, int item);
+    void ChooseInBox(ControlId box, int item);
+    void TypeAddress(const std::string& address);
+
+    TempDir files;
+    RecordingHost host; ///< GUI thread.
+    Watch watch;        ///< GUI thread.
+    Operator hands;
+    plchost::Plugin plugin;
+
+private:
+    testing::AssertionResult AwaitDialogClosed(const wxDialog* dialog);
+
+    std::map<std::string, std::string> m_settings;
+};
+
+/// @return the program debug file with these blocks, named "OB1", "OB2" and so on; steps count on.
+std::string ProgramDebugFile(const std::vector<Words>& blocks);
+
+/// An empty debugger, open.
+class OpenDebugger : public DebuggerTest
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(Open()); }
+};

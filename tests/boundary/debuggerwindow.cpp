@@ -1,0 +1,68 @@
+#include "debuggerwindow.h"
+
+#include "hostloop.h"
+
+#include <wx/app.h>
+#include <wx/menu.h>
+
+wxFrame* Frame()
+{
+    const wxWindow* hosts = HostOwnsTheToolkit() ? wxTheApp->GetTopWindow() : nullptr;
+    for (wxWindow* window : wxTopLevelWindows) {
+        auto* frame = dynamic_cast<wxFrame*>(window);
+        if (frame != nullptr && frame != hosts && !wxPendingDelete.Member(frame)) {
+            return frame;
+        }
+    }
+    return nullptr;
+}
+
+wxNotebook& Notebook()
+{
+    return *FirstOf<wxNotebook>(*Frame());
+}
+
+wxGrid& GridOn(Page page)
+{
+    return *FirstOf<wxGrid>(*Notebook().GetPage(page));
+}
+
+std::string StatusText()
+{
+    return Frame()->GetStatusBar()->GetStatusText(0).utf8_string();
+}
+
+Words WatchList()
+{
+    wxGrid& grid = GridOn(watchPage);
+    Words rows;
+    for (int row = 0; row < grid.GetNumberRows(); ++row) {
+        rows.push_back((grid.GetCellValue(row, 0) + "|" + grid.GetCellValue(row, 1) + "|" +
+                        grid.GetCellValue(row, 2))
+                           .utf8_string());
+    }
+    return rows;
+}
+
+std::vector<int> SelectedRows()
+{
+    wxGrid& grid = GridOn(watchPage);
+    const wxGridCellCoordsArray tops = grid.GetSelectionBlockTopLeft();
+    const wxGridCellCoordsArray bottoms = grid.GetSelectionBlockBottomRight();
+    std::vector<int> rows;
+    for (std::size_t block = 0; block < tops.size(); ++block) {
+        for (int row = tops[block].GetRow(); row <= bottoms[block].GetRow(); ++row) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+Words MenuItems(std::size_t menu)
+{
+    Words items;
+    for (const wxMenuItem* item : Frame()->GetMenuBar()->GetMenu(menu)->GetMenuItems()) {
+        items.push_back(item->GetItemLabel().utf8_string());
+    }
+    return items;
+}

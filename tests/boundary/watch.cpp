@@ -1,0 +1,181 @@
+#include "watch.h"
+
+#include <gtk/gtk.h>
+#include <wx/debug.h>
+#include <wx/filedlg.h>
+#include <wx/msgdlg.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <mutex>
+
+namespace {
+
+/// The toolkits' own. The locale warning comes once in every GTK host that has called gtk_init();
+/// the others at the first layout of a notebook inside a frame.
+constexpr std::array<const char*, 4> knownComplaints = {
+    "gtk_disable_setlocale",
+    "gtk_distribute_natural_allocation",
+    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
+    "Negative content"};
+
+std::mutex complaintsMutex; // complaints may come from any thread
+
+std::vector<std::string>& Complaints()
+{
+    static std::vector<std::string> complaints;
+    return complaints;
+}
+
+void Complain(const std::string& complaint)
+{
+    const std::lock_guard lock(complaintsMutex);
+    Complaints().push_back(complaint);
+}
+
+void KeepAssert(
+    const wxString& file,
+    int line,
+    const wxString& function,
+    const wxString& condition,
+    const wxString& message)
+{
+    Complain(wxString::Format("assert %s:%d %s: %s (%s)", file, line, function, condition, message)
+                 .ToStdString());
+}
+
+const char* FieldOf(const GLogField* fields, gsize count, const char* key)
+{
+    const auto* end = fields + count;
+    const auto* field = std::find_if(fields, end, [key](const GLogField& candidate) {
+        return std::strcmp(candidate.key, key) == 0;
+    });
+    return field != end ? static_cast<const char*>(field->value) : "";
+}
+
+GLogWriterOutput
+KeepCritical(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*unused*/)
+{
+    const char* message = FieldOf(fields, count, "MESSAGE");
+    const bool known =
+        std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
+            return std::strstr(message, words) != nullptr;
+        });
+    if ((level & (G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0 && !known) {
+        Complain(std::string(FieldOf(fields, count, "GLIB_DOMAIN")) + ": " + message);
+    }
+    return g_log_writer_default(level, fields, count, nullptr);
+}
+
+std::string Describe(wxDialog& dialog)
+{
+    if (auto* message = dynamic_cast<wxMessageDialog*>(&dialog)) {
+        const bool question = (message->GetMessageDialogStyle() & wxYES_NO) != 0;
+        return (wxString(question ? "question" : "message") + " [" + message->GetCaption() + "] " +
+                message->GetMessage())
+            .utf8_string();
+    }
+    if (auto* file = dynamic_cast<wxFileDialog*>(&dialog)) {
+        return ("file dialog [" + file->GetMessage() + "]").utf8_string();
+    }
+    return ("dialog [" + dialog.GetTitle() + "]").utf8_string();
+}
+
+} // namespace
+
+void CancelDialog(wxDialog& dialog)
+{
+    GtkWidget* widget = dialog.GetHandle();
+    if (GTK_IS_DIALOG(widget)) {
+        gtk_dialog_response(GTK_DIALOG(widget), GTK_RESPONSE_CANCEL);
+    } else if (dialog.IsModal()) {
+        dialog.EndModal(wxID_CANCEL);
+    }
+}
+
+Watch::Watch()
+{
+    static const bool once = [] {
+        g_log_set_writer_func(KeepCritical, nullptr, nullptr);
+        wxSetAssertHandler(KeepAssert);
+        return true;
+    }();
+    static_cast<void>(once);
+    Register();
+}
+
+Watch::~Watch()
+{
+    Unregister();
+}
+
+Watch::Seen* Watch::InnermostSeen()
+{
+    const auto open = std::find_if(
+        m_seen.rbegin(), m_seen.rend(), [](const Seen& seen) { return seen.dialog != nullptr; });
+    return open != m_seen.rend() ? &*open : nullptr;
+}
+
+wxDialog* Watch::Innermost()
+{
+    const Seen* open = InnermostSeen();
+    return open != nullptr ? open->dialog : nullptr;
+}
+
+std::string Watch::InnermostInWords()
+{
+    const Seen* open = InnermostSeen();
+    return open != nullptr ? open->what : "";
+}
+
+bool Watch::Expect(const std::string& what)
+{
+    Seen* open = InnermostSeen();
+    if (open == nullptr || open->what != what) {
+        return false;
+    }
+    open->expected = true;
+    return true;
+}
+
+void Watch::CancelAll()
+{
+    m_cancelAll = true;
+    for (auto seen = m_seen.rbegin(); seen != m_seen.rend(); ++seen) {
+        if (seen->dialog != nullptr) {
+            CancelDialog(*seen->dialog);
+        }
+    }
+}
+
+std::vector<std::string> Watch::Troubles() const
+{
+    std::vector<std::string> troubles;
+    for (const Seen& seen : m_seen) {
+        if (!seen.expected) {
+            troubles.push_back("unexpected " + seen.what);
+        }
+    }
+    const std::lock_guard lock(complaintsMutex);
+    troubles.insert(troubles.end(), Complaints().begin(), Complaints().end());
+    return troubles;
+}
+
+int Watch::Enter(wxDialog* dialog)
+{
+    if (m_cancelAll) {
+        return wxID_CANCEL;
+    }
+    m_seen.push_back({dialog, Describe(*dialog), false});
+    return wxID_NONE;
+}
+
+void Watch::Exit(wxDialog* dialog)
+{
+    for (Seen& seen : m_seen) {
+        if (seen.dialog == dialog) {
+            seen.dialog = nullptr;
+        }
+    }
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <wx/dialog.h>
+#include <wx/modalhook.h>
+
+#include <string>
+#include <vector>
+
+// What must not happen unasked while the debugger is open. GUI thread.
+
+/// Sees every modal dialog of the process, in the plug-in as in the host, and what the toolkits
+/// complain about.
+class Watch : private wxModalDialogHook
+{
+public:
+    Watch();
+    ~Watch() override;
+
+    /// @return the innermost open dialog; null when none is open.
+    wxDialog* Innermost();
+
+    /// @return the innermost open dialog as Expect() has it; empty when none is open.
+    std::string InnermostInWords();
+
+    /// Marks the innermost open dialog as expected when it reads @p what.
+    /// @param what "message [caption] words", "question [caption] words", "file dialog [words]" or
+    ///        "dialog [title]".
+    bool Expect(const std::string& what);
+
+    /// Cancels every dialog that is open, and from now on every dialog unseen.
+    void CancelAll();
+
+    /// @return unexpected dialogs, asserts of the toolkit and criticals since the start.
+    std::vector<std::string> Troubles() const;
+
+private:
+    struct Seen
+    {
+        wxDialog* dialog; ///< Null once it is closed.
+        std::string what;
+        bool expected;
+    };
+
+    int Enter(wxDialog* dialog) override;
+    void Exit(wxDialog* dialog) override;
+
+    /// @return null when no dialog is open.
+    Seen* InnermostSeen();
+
+    std::vector<Seen> m_seen;
+    bool m_cancelAll = false;
+
+    wxDECLARE_NO_COPY_CLASS(Watch);
+};
+
+/// Ends an open dialog as cancelled.
+void CancelDialog(wxDialog& dialog);
