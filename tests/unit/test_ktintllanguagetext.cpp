@@ -200,7 +200,11 @@ TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWithoutPathOrLanguage)
     Load("[48]\n49=from the file\n");
     WriteFile(Folder() / ".lng", "[48]\n49=without a name\n");
 
+    const std::wstring fromTheRoot = Folder().Path().relative_path().wstring() + L"/de";
+
     Use("", L"de");
+    EXPECT_EQ(TextOf(frameTitle), builtInTitle);
+    Use("", fromTheRoot.c_str());
     EXPECT_EQ(TextOf(frameTitle), builtInTitle);
     Use(Folder().Path(), L"");
     EXPECT_EQ(TextOf(frameTitle), builtInTitle);

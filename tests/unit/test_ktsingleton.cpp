@@ -24,6 +24,7 @@ TEST(KtSingleton, IsBuiltOnceThoughFourThreadsAskAtTheSameTime)
     std::atomic<bool> go = false;
     std::vector<Counted*> seen(4);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (Counted*& place : seen) {
         threads.emplace_back([&go, &place] {
             while (!go) {

@@ -162,6 +162,7 @@ TEST(KtValueQueue, LosesNothingOfFourThreadsAndKeepsTheOrderOfEach)
 {
     KtValueQueue<Numbered> queue;
     std::vector<std::thread> threads;
+    threads.reserve(senders);
     for (int sender = 0; sender < senders; ++sender) {
         threads.emplace_back(PushAll, std::ref(queue), sender);
     }
