@@ -17,20 +17,16 @@ void Timer::Drive(TimerKind kind, bool input, std::int16_t units)
     m_kind = kind;
     m_input = input;
     if (kind == TimerKind::OffDelay) {
-        if (input) {
-            m_running = false;
-            m_left = {};
-            m_output = true;
-        } else if (falling) {
+        if (input)
+            Reset();
+        else if (falling)
             Run(units);
-        }
+        m_output = m_output || input || falling;
     } else if (rising) {
         m_output = kind == TimerKind::Pulse;
         Run(units);
     } else if (!input) {
-        m_running = false;
-        m_left = {};
-        m_output = false;
+        Reset();
     }
     if (m_running && m_left.count() == 0)
         Expire();

@@ -219,6 +219,18 @@ TEST(Timer, AnOffDelayWhoseInputComesBackStartsAfresh)
     EXPECT_EQ(timer.Value(), 0);
 }
 
+TEST(Timer, AnOffDelayThatWasResetStillDelaysTheEndOfItsInput)
+{
+    Timer timer;
+    timer.Drive(TimerKind::OffDelay, true, 2);
+    timer.Reset();
+
+    timer.Drive(TimerKind::OffDelay, false, 2);
+
+    EXPECT_TRUE(timer.Output());
+    EXPECT_EQ(timer.Value(), 2);
+}
+
 TEST(Timer, ATimeOfZeroOrLessIsOverAtOnce)
 {
     Timer pulse;
