@@ -25,17 +25,11 @@ void TestBench::PowerOn(Image& image)
 /// Numbers of all sizes and both signs, often small ones and zero.
 std::uint32_t TestBench::NextNumber()
 {
-    constexpr std::uint32_t factor = 1664525;
-    constexpr std::uint32_t summand = 1013904223;
-    constexpr unsigned signShift = 31;
-    constexpr unsigned shiftMask = 31;
-    m_random = m_random * factor + summand;
-    const std::uint32_t shift = m_random >> 8U & shiftMask;
-    m_random = m_random * factor + summand;
-    const std::uint32_t number = m_random >> shift;
+    constexpr std::uint32_t bits32 = 32;
+    const std::uint32_t number = m_random.Next() >> m_random.Below(bits32);
     if (number % smallNumbers == 0)
         return number & 1U;
-    return (m_random >> signShift) != 0 ? number : 0U - number;
+    return m_random.Below(2) != 0 ? number : 0U - number;
 }
 
 void TestBench::Advance(Image& image, std::chrono::milliseconds)

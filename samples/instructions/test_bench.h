@@ -1,6 +1,7 @@
 #pragma once
 
 #include "process.h"
+#include "random_numbers.h"
 
 #include <chrono>
 #include <cstdint>
@@ -22,7 +23,7 @@ private:
     std::uint32_t NextNumber();
 
     std::uint32_t m_cycle = 0;
-    std::uint32_t m_random = 1;
+    RandomNumbers m_random;
 };
 
 } // namespace samples
