@@ -479,6 +479,7 @@ TEST_F(KtConfigurationTest, AFileThatCannotBeReadIsNotReplacedByASingleKey)
         EXPECT_EQ(Get("Language"), std::nullopt);
         EXPECT_FALSE(Settings().Set("PLCLastFile", "/a.plc"));
     }
+    fs::permissions(File(), fs::perms::all);
 
     EXPECT_EQ(ReadFile(File()), "[Settings]\nLanguage=de\n");
 }
