@@ -22,6 +22,7 @@ static PLC_DBG_INIT init;
 
 static uint8_t memory[64];
 static uint8_t* watched[UINT16_MAX + 1]; /* by key; NULL where nothing is watched */
+static unsigned long taken;              /* answers that the debugger has taken */
 
 /* The byte that an operand name stands for; NULL for one that this machine does not have. */
 static uint8_t* Operand(const uint8_t* name)
@@ -67,7 +68,9 @@ static gboolean OnTick(gpointer unused)
     for (unsigned key = 0; key <= UINT16_MAX; ++key) {
         if (watched[key]) {
             CMD_DATA answer = {PLC_CMD_READ_VAR, 10, (uint16_t)key, {*watched[key]}};
-            if (!answerReadVar((unsigned char*)&answer))
+            if (answerReadVar((unsigned char*)&answer))
+                ++taken;
+            else
                 watched[key] = NULL;
         }
     }
@@ -120,8 +123,12 @@ int main(int argc, char** argv)
     init.pfnReadVarRequest = OnReadVar;
     init.pfnWriteVarRequest = OnWriteVar;
     init.pfnDeleteVarRequest = OnDeleteVar;
-    if (!Load(argv[1]) || !WriteDebugFile()) {
-        fprintf(stderr, "minimal_host: cannot load %s or cannot write to %s*\n", argv[1], argv[2]);
+    if (!Load(argv[1])) {
+        fprintf(stderr, "minimal_host: %s\n", dlerror());
+        return 1;
+    }
+    if (!WriteDebugFile()) {
+        fprintf(stderr, "minimal_host: cannot write %s_plcdbgi.dat\n", argv[2]);
         return 1;
     }
 
@@ -137,5 +144,6 @@ int main(int argc, char** argv)
         g_timeout_add_seconds((guint)atoi(argv[3]), OnEnd, NULL);
     gtk_main();
     destroyDebugger();
+    printf("%lu answers taken\n", taken);
     return 0;
 }

@@ -100,13 +100,10 @@ int Host::Run()
     if (m_options.program.empty())
         PressStart();
 
-    auto main = Glib::signal_timeout();
-    main.connect([this] { return m_window.Refresh(), true; }, refreshMs);
-    main.connect([this] { return CheckThreads(), m_session.Poll(), true; }, pollMs);
-    if (m_options.debugger)
-        Glib::signal_idle().connect_once([this] { OpenAtStart(); });
-    if (m_options.run)
-        main.connect_once([this] { EndRun(); }, static_cast<unsigned>(m_options.run->count()));
+    Glib::signal_timeout().connect([this] { return m_window.Refresh(), true; }, refreshMs);
+    Glib::signal_timeout().connect(
+        [this] { return CheckThreads(), m_session.Poll(), true; }, pollMs);
+    Glib::signal_idle().connect_once([this] { Begin(); });
     Gtk::Main::run();
 
     CheckThreads();
@@ -143,9 +140,14 @@ bool Host::OpenDebugger()
     return false;
 }
 
-void Host::OpenAtStart()
+/// Once the main loop runs. The time of --run counts from here: however slow the machine is, the
+/// debugger has been opened by then.
+void Host::Begin()
 {
-    if (OpenDebugger())
+    if (m_options.run)
+        Glib::signal_timeout().connect_once(
+            [this] { EndRun(); }, static_cast<unsigned>(m_options.run->count()));
+    if (!m_options.debugger || OpenDebugger())
         return;
     m_status = exitFailed;
     if (m_options.run)

@@ -42,7 +42,7 @@ private:
     void PressStart();
     void OpenOrClose();
     bool OpenDebugger();
-    void OpenAtStart();
+    void Begin();
     void CheckThreads();
     void EndRun();
     void Quit();

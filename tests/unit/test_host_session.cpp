@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <functional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -223,6 +225,31 @@ TEST_F(SessionTest, PollsNothingWhileItOpensOrIsClosed)
 
     EXPECT_THAT(fake.answers, IsEmpty());
     EXPECT_THAT(fake.calls, ElementsAre("create p"));
+}
+
+TEST_F(SessionTest, AThreadThatAnswersNeverMeetsADestroy)
+{
+    std::atomic<bool> done{false};
+    std::thread plc([&] {
+        while (!done)
+            Answer();
+    });
+
+    std::size_t duringDestroy = 0;
+    fake.duringDestroy = [&] {
+        const std::size_t before = fake.answers.size();
+        std::this_thread::yield();
+        duringDestroy += fake.answers.size() - before;
+        fake.answers.clear();
+    };
+    for (int i = 0; i < 200; ++i) {
+        Open();
+        session.Close();
+    }
+    done = true;
+    plc.join();
+
+    EXPECT_EQ(duringDestroy, 0U);
 }
 
 TEST_F(SessionTest, ANullAnswerIsPassedOn)

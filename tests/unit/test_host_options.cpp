@@ -1,0 +1,100 @@
+#include "exit_status.h"
+#include "options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <vector>
+
+namespace plchost {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+using Parsed = std::variant<Options, ExitStatus>;
+
+Parsed Parse(std::vector<const char*> words)
+{
+    words.insert(words.begin(), "plchost");
+    return ParseOptions(static_cast<int>(words.size()), words.data());
+}
+
+/// What was said while a wrong command line was refused; empty when it was not refused.
+std::string Refusal(const std::vector<const char*>& words)
+{
+    testing::internal::CaptureStderr();
+    const Parsed parsed = Parse(words);
+    const std::string said = testing::internal::GetCapturedStderr();
+    const auto* const exit = std::get_if<ExitStatus>(&parsed);
+    return exit != nullptr && exit->status == exitUsage ? said : "";
+}
+
+TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
+{
+    const Parsed parsed = Parse({});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const Options& options = std::get<Options>(parsed);
+    EXPECT_EQ(options.program, "");
+    EXPECT_EQ(options.cycle, 10ms);
+    EXPECT_FALSE(options.run);
+    EXPECT_FALSE(options.fault);
+    EXPECT_FALSE(options.debugger);
+    EXPECT_FALSE(options.trace);
+}
+
+TEST(ParseOptions, TakesEverything)
+{
+    const std::string folder = std::filesystem::temp_directory_path();
+    const Parsed parsed = Parse(
+        {"--plugin",     "p.so",  "--program",  __FILE__,       "--language", "de",      "--cycle",
+         "20",           "--run", "1.5",        "--screenshot", "a.png",      "--fault", "flood",
+         "--config-dir", "c",     "--data-dir", folder.c_str(), "--debugger", "--trace"});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const Options& options = std::get<Options>(parsed);
+    EXPECT_EQ(options.plugin, "p.so");
+    EXPECT_EQ(options.program, __FILE__);
+    EXPECT_EQ(options.language, "de");
+    EXPECT_EQ(options.cycle, 20ms);
+    EXPECT_EQ(options.run, 1500ms);
+    EXPECT_EQ(options.screenshot, "a.png");
+    EXPECT_EQ(options.fault, Fault::Flood);
+    EXPECT_EQ(options.configFolder, "c");
+    EXPECT_EQ(options.dataFolder, folder);
+    EXPECT_TRUE(options.debugger);
+    EXPECT_TRUE(options.trace);
+}
+
+TEST(ParseOptions, RefusesWhatItDoesNotKnowByName)
+{
+    EXPECT_THAT(Refusal({"--nonsense"}), HasSubstr("--nonsense"));
+    EXPECT_THAT(Refusal({"--fault", "no"}), HasSubstr("length-65535"));
+    EXPECT_THAT(Refusal({"--language", "fr"}), HasSubstr("--language"));
+    EXPECT_THAT(Refusal({"--program", "/nowhere/x.il"}), HasSubstr("/nowhere/x.il"));
+    EXPECT_THAT(Refusal({"--cycle", "0"}), HasSubstr("--cycle"));
+    EXPECT_THAT(Refusal({"--run", "-1"}), HasSubstr("--run"));
+}
+
+TEST(ParseOptions, TakesAPictureOnlyOfARunThatEnds)
+{
+    EXPECT_THAT(Refusal({"--screenshot", "a.png"}), HasSubstr("--run"));
+}
+
+TEST(ParseOptions, HelpTellsEveryFaultAndStatus)
+{
+    testing::internal::CaptureStdout();
+    const Parsed parsed = Parse({"--help"});
+    const std::string help = testing::internal::GetCapturedStdout();
+
+    ASSERT_TRUE(std::holds_alternative<ExitStatus>(parsed));
+    EXPECT_EQ(std::get<ExitStatus>(parsed).status, exitGood);
+    for (const NamedFault& named : NamedFaults())
+        EXPECT_THAT(help, HasSubstr(named.description));
+    EXPECT_THAT(help, HasSubstr("3  the debugger called back on another thread"));
+}
+
+} // namespace
+} // namespace plchost
