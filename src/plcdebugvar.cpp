@@ -1,15 +1,11 @@
 #include "plcdebugvar.h"
 
+#include "plcdebugvar_value.h"
 #include "plcmodal.h"
 
-#include <charconv>
-#include <clocale>
 #include <cstring>
 #include <cwchar>
-#include <cwctype>
 #include <limits>
-
-static_assert(std::numeric_limits<float>::is_iec559, "values travel as IEEE 754 singles");
 
 namespace {
 
@@ -134,169 +130,6 @@ wxString NamePrefix(const PlcDebugVar& var)
            (isDb && var.size == eSizeBit ? "X" : sizeLetters[static_cast<std::size_t>(var.size)]);
 }
 
-wxString HexadecimalText(std::int32_t value, std::int32_t size)
-{
-    const auto bits = static_cast<unsigned>(value);
-    switch (size) {
-    case eSizeBit:
-    case eSizeByte:
-        return wxString::Format("%02X", bits);
-    case eSizeWord:
-        return wxString::Format("%04X", bits);
-    case eSizeDouble:
-        return wxString::Format("%08X", bits);
-    default:
-        return "-1";
-    }
-}
-
-wxString BinaryText(std::int32_t value, std::int32_t size)
-{
-    static const std::array<unsigned, 4> bitCounts{1, 8, 16, 32};
-    if (size < 0 || static_cast<std::size_t>(size) >= bitCounts.size()) {
-        return "-1";
-    }
-    wxString text;
-    for (unsigned bit = bitCounts[static_cast<std::size_t>(size)]; bit-- > 0;) {
-        text += ((static_cast<unsigned>(value) >> bit) & 1U) != 0 ? '1' : '0';
-    }
-    return text;
-}
-
-float AsFloat(std::int32_t bits)
-{
-    float number = 0;
-    static_assert(sizeof number == sizeof bits);
-    std::memcpy(&number, &bits, sizeof number);
-    return number;
-}
-
-/// "%.6f" with a decimal point, whatever locale the host has set.
-wxString FloatText(std::int32_t bits)
-{
-    std::array<char, 64> text{}; // sign, 39 digits, point and 6 digits at the most
-    const auto end = std::to_chars(
-        text.data(), text.data() + text.size(), double{AsFloat(bits)}, std::chars_format::fixed, 6);
-    return wxString::FromAscii(text.data(), static_cast<std::size_t>(end.ptr - text.data()));
-}
-
-/// A candidate value, and how much of the text it took.
-struct Parsed
-{
-    std::uint32_t bits;
-    std::size_t consumed;
-};
-
-std::optional<unsigned> DigitValue(wchar_t digit, unsigned base)
-{
-    unsigned value = 0;
-    if (digit >= L'0' && digit <= L'9') {
-        value = static_cast<unsigned>(digit - L'0');
-    } else if (digit >= L'a' && digit <= L'f') {
-        value = static_cast<unsigned>(digit - L'a') + 10;
-    } else if (digit >= L'A' && digit <= L'F') {
-        value = static_cast<unsigned>(digit - L'A') + 10;
-    } else {
-        return std::nullopt;
-    }
-    return value < base ? std::optional<unsigned>(value) : std::nullopt;
-}
-
-/// The unsigned-long conversion of a machine with 32-bit longs: wraps for a minus sign, saturates
-/// for a number too large. The C library's own has 64 bits on 64-bit machines.
-Parsed ParseUnsigned(const std::wstring& text, unsigned base)
-{
-    std::size_t i = 0;
-    while (i < text.size() && std::iswspace(static_cast<std::wint_t>(text[i])) != 0) {
-        ++i;
-    }
-    const bool isNegative = i < text.size() && text[i] == L'-';
-    if (isNegative || (i < text.size() && text[i] == L'+')) {
-        ++i;
-    }
-    if (base == 16 && i + 2 < text.size() && text[i] == L'0' &&
-        (text[i + 1] == L'x' || text[i + 1] == L'X') && DigitValue(text[i + 2], base)) {
-        i += 2;
-    }
-    const std::size_t firstDigit = i;
-    std::uint64_t magnitude = 0;
-    bool saturated = false;
-    for (; i < text.size(); ++i) {
-        const std::optional<unsigned> digit = DigitValue(text[i], base);
-        if (!digit) {
-            break;
-        }
-        magnitude = magnitude * base + *digit;
-        if (magnitude > std::numeric_limits<std::uint32_t>::max()) {
-            magnitude = 0; // the digits that follow only have to be consumed
-            saturated = true;
-        }
-    }
-    if (i == firstDigit) {
-        return {0, 0};
-    }
-    if (saturated) {
-        return {std::numeric_limits<std::uint32_t>::max(), i};
-    }
-    const auto bits = static_cast<std::uint32_t>(magnitude);
-    return {isNegative ? 0U - bits : bits, i};
-}
-
-Parsed ParseFloat(const std::wstring& text)
-{
-    // The host's locale may want a comma; it must not be changed for a moment either, since other
-    // threads of the host may be printing numbers.
-    static const locale_t cNumbers = newlocale(LC_NUMERIC_MASK, "C", nullptr);
-    wchar_t* end = nullptr;
-    const auto number = static_cast<float>(wcstod_l(text.c_str(), &end, cNumbers));
-    std::uint32_t bits = 0;
-    std::memcpy(&bits, &number, sizeof bits);
-    return {bits, static_cast<std::size_t>(end - text.c_str())};
-}
-
-std::optional<Parsed> ParseValue(const std::wstring& text, std::int32_t format)
-{
-    switch (format) {
-    case eFormatDecimal:
-        return ParseUnsigned(text, 10);
-    case eFormatHexadecimal:
-        return ParseUnsigned(text, 16);
-    case eFormatBinary:
-        return ParseUnsigned(text, 2);
-    case eFormatFloat:
-        return ParseFloat(text);
-    default:
-        return std::nullopt;
-    }
-}
-
-struct ValueRange
-{
-    std::int32_t minimum;
-    std::int32_t maximum;
-};
-
-template <typename Value> constexpr ValueRange RangeOf()
-{
-    return {std::numeric_limits<Value>::min(), std::numeric_limits<Value>::max()};
-}
-
-ValueRange RangeOfSize(std::int32_t size)
-{
-    switch (size) {
-    case eSizeBit:
-        return {0, 1};
-    case eSizeByte:
-        return RangeOf<std::int8_t>();
-    case eSizeWord:
-        return RangeOf<std::int16_t>();
-    case eSizeDouble:
-        return RangeOf<std::int32_t>();
-    default:
-        return {-1, -1};
-    }
-}
-
 /// Writes a little-endian field at an offset of the record.
 template <typename Field> void PutField(CMD_DATA& record, std::size_t offset, Field field)
 {
@@ -395,40 +228,27 @@ void PlcDebugVar::SetVarValue(long newValue)
 
 bool PlcDebugVar::SetVarValue(const wxString& text, wxString& error)
 {
-    const std::wstring& typed = text.ToStdWstring();
-    const std::optional<Parsed> parsed = ParseValue(typed, format);
-    if (!parsed || parsed->consumed != typed.size()) {
+    const std::optional<std::int32_t> candidate = ParseValue(text.ToStdWstring(), format);
+    if (!candidate) {
         error = LanguageText(TextId::ValueInvalid);
         return false;
     }
-    const auto candidate = static_cast<std::int32_t>(parsed->bits);
     const ValueRange range = RangeOfSize(size);
-    if (candidate > range.maximum) {
+    if (*candidate > range.maximum) {
         error = LanguageText(TextId::ValueTooLarge, range.maximum);
         return false;
     }
-    if (candidate < range.minimum) {
+    if (*candidate < range.minimum) {
         error = LanguageText(TextId::ValueTooSmall, range.minimum);
         return false;
     }
-    value = candidate;
+    value = *candidate;
     return true;
 }
 
 wxString PlcDebugVar::GetVarValueShow() const
 {
-    switch (format) {
-    case eFormatDecimal:
-        return wxString::Format("%d", value);
-    case eFormatHexadecimal:
-        return HexadecimalText(value, size);
-    case eFormatBinary:
-        return BinaryText(value, size);
-    case eFormatFloat:
-        return FloatText(value);
-    default:
-        return "-1";
-    }
+    return ValueText(value, format, size);
 }
 
 wxString PlcDebugVar::GetVarFormatShow() const
