@@ -42,8 +42,8 @@ gboolean Operate(gpointer data)
     const std::unique_ptr<Operation> operation(static_cast<Operation*>(data));
     const wxWeakRef<wxDialog>& dialog = operation->dialog;
     const wxString what = Describe(*dialog);
-    EXPECT_TRUE(WaitFor((what + " on the screen").ToStdString(), [&] {
-        return !dialog || dialog->IsShownOnScreen();
+    EXPECT_TRUE(WaitFor((what + " on the screen and active").ToStdString(), [&] {
+        return !dialog || gtk_window_is_active(GTK_WINDOW(dialog->GetHandle())) != FALSE;
     }));
     if (dialog) {
         operation->operate(*dialog);

@@ -5,6 +5,7 @@
 #include <wx/modalhook.h>
 #include <wx/string.h>
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -40,7 +41,10 @@ public:
     ///        afterwards fails the test and is cancelled.
     void Dialog(const wxString& title, const std::function<void(wxDialog&)>& operate);
 
-    /// @return true when no expected dialog is outstanding.
+    /// @return how many expected dialogs are still to come.
+    std::size_t Outstanding() const { return m_expected.size(); }
+
+    /// @return true when none is.
     bool AllShown() const { return m_expected.empty(); }
 
     /// @return true while one is alive.

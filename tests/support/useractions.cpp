@@ -5,6 +5,7 @@
 #include <gtk/gtk.h>
 #include <wx/uiaction.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -31,7 +32,7 @@ void ClickOnScreen(const wxPoint& place)
     simulator.MouseClick();
 }
 
-/// Collects the radio buttons below @p widget, top to bottom.
+/// Collects the radio buttons below @p widget, in any order.
 void CollectRadioButtons(GtkWidget* widget, std::vector<GtkWidget*>& buttons)
 {
     if (GTK_IS_RADIO_BUTTON(widget)) {
@@ -42,6 +43,13 @@ void CollectRadioButtons(GtkWidget* widget, std::vector<GtkWidget*>& buttons)
         };
         gtk_container_foreach(GTK_CONTAINER(widget), collect, &buttons);
     }
+}
+
+wxRect PlaceOf(GtkWidget* widget)
+{
+    GtkAllocation place;
+    gtk_widget_get_allocation(widget, &place);
+    return {place.x, place.y, place.width, place.height};
 }
 
 wxPoint CellOnScreen(wxGrid& grid, int row, int column)
@@ -102,13 +110,14 @@ void ClickRadioItem(wxRadioBox& radioBox, int item)
 {
     std::vector<GtkWidget*> buttons;
     CollectRadioButtons(radioBox.GetHandle(), buttons);
+    std::sort(buttons.begin(), buttons.end(), [](GtkWidget* one, GtkWidget* other) {
+        return PlaceOf(one).y < PlaceOf(other).y;
+    });
     GtkWidget* button = buttons.at(static_cast<std::size_t>(item));
-    GtkAllocation place;
-    gtk_widget_get_allocation(button, &place);
     // A radio button has no drawing window of its own: its place is one inside its parent's.
     wxPoint origin;
     gdk_window_get_origin(gtk_widget_get_window(button), &origin.x, &origin.y);
-    ClickOnScreen(origin + Middle({place.x, place.y, place.width, place.height}));
+    ClickOnScreen(origin + Middle(PlaceOf(button)));
 }
 
 void PressKey(int keyCode, int modifiers)
