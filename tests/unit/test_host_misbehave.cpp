@@ -2,9 +2,13 @@
 #include "record.h"
 #include "test_host_support.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <set>
+#include <string>
 
 namespace plchost {
 namespace {
@@ -127,6 +131,15 @@ TEST(NamedFaults, AreFoundByTheirNamesAndNoOther)
     EXPECT_EQ(found.size(), NamedFaults().size());
     EXPECT_FALSE(FaultByName("Flood"));
     EXPECT_FALSE(FaultByName(""));
+}
+
+TEST(NamedFaults, AreAllListedForIntegrators)
+{
+    std::ifstream file(PROJECT_DIR "/docs/integration.md");
+    const std::string page(std::istreambuf_iterator<char>(file), {});
+
+    for (const NamedFault& named : NamedFaults())
+        EXPECT_THAT(page, testing::HasSubstr(std::string("| `") + named.name + "` |"));
 }
 
 } // namespace
