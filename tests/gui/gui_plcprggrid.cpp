@@ -1,0 +1,345 @@
+#include "gui_plcprgpage.h"
+#include "pointer.h"
+#include "useractions.h"
+#include "waitfor.h"
+
+#include <gmock/gmock.h>
+#include <wx/region.h>
+
+#include <algorithm>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+/// A listing with a network line before every ten instructions.
+std::vector<std::string> Networks(int lineCount)
+{
+    std::vector<std::string> lines;
+    for (int i = 0; i < lineCount; ++i) {
+        lines.push_back(
+            i % 10 == 0 ? ":NETWORK " + std::to_string(i / 10) : ":U E " + std::to_string(i));
+    }
+    return lines;
+}
+
+/// What the toolkit makes of the columns, when it looks at each cell.
+std::vector<int> ToolkitWidths(PlcPrgGrid& grid)
+{
+    wxGrid literal(grid.GetParent(), wxID_ANY);
+    const wxGridUpdateLocker batch(&literal);
+    literal.CreateGrid(grid.GetNumberRows(), 2);
+    literal.SetDefaultCellFont(grid.GetDefaultCellFont());
+    std::vector<int> widths;
+    for (int column = 0; column < 2; ++column) {
+        literal.SetColLabelValue(column, grid.GetColLabelValue(column));
+        for (int row = 0; row < grid.GetNumberRows(); ++row) {
+            literal.SetCellValue(row, column, grid.GetCellValue(row, column));
+        }
+        literal.AutoSizeColumn(column);
+        widths.push_back(literal.GetColSize(column));
+    }
+    return widths;
+}
+
+std::vector<int> Widths(const PlcPrgGrid& grid)
+{
+    return {grid.GetColSize(0), grid.GetColSize(1)};
+}
+
+} // namespace
+
+class PlcPrgGridTest : public PlcPrgPage
+{
+protected:
+    /// @return the row at the upper edge of the view.
+    int TopRow() const
+    {
+        return m_grid->CalcUnscrolledPosition(wxPoint(0, 0)).y / m_grid->GetDefaultRowSize();
+    }
+};
+
+TEST_F(PlcPrgGridTest, IsForReadingOnly)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    ASSERT_TRUE(Focus(*m_grid->GetGridWindow()));
+    ClickCell(*m_grid, 2, 1);
+    ASSERT_TRUE(WaitFor("cursor", [&] { return m_grid->GetGridCursorRow() == 2; }));
+
+    Type("5");
+    PressKey(WXK_F2);
+    PressKey(WXK_DOWN);
+
+    ASSERT_TRUE(WaitFor("cursor", [&] { return m_grid->GetGridCursorRow() == 3; }));
+    EXPECT_FALSE(m_grid->IsEditable());
+    EXPECT_FALSE(m_grid->IsCellEditControlEnabled());
+    EXPECT_EQ(Shown(2), "?/-");
+}
+
+TEST_F(PlcPrgGridTest, HasNoRowLabelsAndRowsOfOneHeight)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+
+    int horizontal = 0;
+    int vertical = 0;
+    m_grid->GetDefaultCellAlignment(&horizontal, &vertical);
+    EXPECT_EQ(horizontal, wxALIGN_LEFT);
+    EXPECT_EQ(vertical, wxALIGN_CENTRE);
+    EXPECT_EQ(m_grid->GetRowLabelSize(), 0);
+    EXPECT_FALSE(m_grid->CanDragRowSize(0));
+    EXPECT_EQ(m_grid->GetSelectionMode(), wxGrid::wxGridSelectCells);
+}
+
+TEST_F(PlcPrgGridTest, SizesItsColumnsAsTheToolkitWouldAndGivesTheTextTheRest)
+{
+    OpenOnPage({{"OB1", 0, Networks(300)}});
+    EXPECT_EQ(Widths(*m_grid), ToolkitWidths(*m_grid));
+
+    AnswerSubscribed(1234567890);
+    Resize({700, 480});
+    EXPECT_EQ(Widths(*m_grid), ToolkitWidths(*m_grid));
+    EXPECT_EQ(
+        m_grid->GetColSize(2),
+        m_grid->GetClientSize().x - m_grid->GetColSize(0) - m_grid->GetColSize(1) - 8);
+
+    ChooseBlock(0);
+    Resize({600, 480});
+    EXPECT_EQ(Widths(*m_grid), ToolkitWidths(*m_grid));
+}
+
+TEST_F(PlcPrgGridTest, MeasuresItsColumnsAnewInAnotherFont)
+{
+    OpenOnPage({{"OB1", 0, Networks(300)}});
+    AnswerSubscribed(-1000000);
+    Resize({700, 480});
+    const std::vector<int> before = Widths(*m_grid);
+
+    m_grid->SetDefaultCellFont(m_grid->GetDefaultCellFont().Scaled(2));
+    Resize({600, 480});
+
+    EXPECT_EQ(Widths(*m_grid), ToolkitWidths(*m_grid));
+    EXPECT_GT(Widths(*m_grid)[1], before[1]);
+}
+
+TEST_F(PlcPrgGridTest, KeepsTheTextColumnInAPageTooNarrowForIt)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    const int before = m_grid->GetColSize(2);
+
+    m_grid->SetSize(40, 300);
+
+    EXPECT_LT(m_grid->GetClientSize().x, m_grid->GetColSize(0) + m_grid->GetColSize(1));
+    EXPECT_EQ(m_grid->GetColSize(2), before);
+    EXPECT_TRUE(m_grid->IsColShown(2));
+}
+
+TEST_F(PlcPrgGridTest, RequestsTheRowsThatAResizeBringsOnScreenAtOnce)
+{
+    const Words small = OpenOnPage({{"OB1", 0, Networks(300)}});
+
+    Resize({600, 700});
+
+    const Words large = TakeRequests();
+    ASSERT_FALSE(large.empty());
+    EXPECT_EQ(large.back(), VisibleRange());
+    EXPECT_NE(large.back(), small.back());
+}
+
+TEST_F(PlcPrgGridTest, AResizeThatBringsNoOtherRowOnScreenRequestsNothing)
+{
+    OpenOnPage({{"OB1", 0, Networks(300)}});
+
+    Resize({700, 480});
+
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+}
+
+TEST_F(PlcPrgGridTest, RequestsNothingWhereOnlyNonExecutableLinesAreOnScreen)
+{
+    std::vector<std::string> lines = ExecutableLines(30);
+    lines.insert(lines.end(), 200, "NOP 0");
+    const Words before = OpenOnPage({{"OB1", 0, lines}});
+
+    ScrollToRow(100);
+    m_grid->SetScrollPending();
+    Tick();
+    EXPECT_EQ(VisibleRange(), "none");
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+
+    // The former subscription is still in place, its answers reach rows that are not shown anew.
+    AnswerSubscribed(5);
+    EXPECT_EQ(Shown(0), "?/-");
+    ScrollToRow(0);
+    m_grid->SetScrollPending();
+    Tick();
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+    AnswerSubscribed(6);
+    EXPECT_EQ(Shown(0), "1/6");
+}
+
+TEST_F(PlcPrgGridTest, RequestsAtMost98StepsAndMovesTheWholeRangeWithTheView)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}});
+    m_grid->SetDefaultCellFont(m_grid->GetDefaultCellFont().Scaled(0.5F));
+    m_grid->SetDefaultRowSize(m_grid->GetRowMinimalAcceptableHeight(), true);
+    Resize({600, 1942});
+    ASSERT_TRUE(m_grid->IsVisible(100, 0, false));
+    EXPECT_EQ(TakeRequests().back(), "state 0..97 count 98");
+
+    m_grid->Scroll(0, 1);
+    m_grid->SetScrollPending();
+    Tick();
+
+    EXPECT_THAT(TakeRequests(), ElementsAre("state 1..98 count 98"));
+}
+
+TEST_F(PlcPrgGridTest, ACellThatIsSelectedMakesTheNextTickLookForOtherRows)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}});
+    Tick();
+    ScrollToRow(100);
+    Tick();
+    ASSERT_THAT(TakeRequests(), IsEmpty());
+
+    ClickCell(*m_grid, 102, 2);
+    ASSERT_TRUE(WaitFor("cursor", [&] { return m_grid->GetGridCursorRow() == 102; }));
+    Tick();
+
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+}
+
+TEST_F(PlcPrgGridTest, KeysThatMoveTheViewLeadToOneRequestAtTheNextTick)
+{
+    OpenOnPage({{"OB1", 0, Networks(1000)}});
+    ASSERT_TRUE(Focus(*m_grid->GetGridWindow()));
+
+    PressKey(WXK_END, wxMOD_CONTROL);
+    ASSERT_TRUE(WaitFor("end", [&] { return m_grid->GetGridCursorRow() == 999; }));
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+    Tick();
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+
+    PressKey(WXK_PAGEUP);
+    PressKey(WXK_PAGEUP);
+    ASSERT_TRUE(WaitFor("two pages up", [&] { return m_grid->GetGridCursorRow() < 985; }));
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+    Tick();
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+
+    PressKey(WXK_HOME, wxMOD_CONTROL);
+    ASSERT_TRUE(WaitFor("start", [&] { return m_grid->GetGridCursorRow() == 0; }));
+    Tick();
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+
+    PressKey(WXK_DOWN);
+    ASSERT_TRUE(WaitFor("one down", [&] { return m_grid->GetGridCursorRow() == 1; }));
+    Tick();
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+}
+
+TEST_F(PlcPrgGridTest, TheWheelLeadsToOneRequestAtTheNextTick)
+{
+    OpenOnPage({{"OB1", 0, Networks(1000)}});
+
+    TurnWheel(*m_grid->GetGridWindow(), WheelTurn::Down, 5);
+    ASSERT_TRUE(WaitFor("scrolled down", [&] { return TopRow() > 3; }));
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+    Tick();
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+
+    TurnWheel(*m_grid->GetGridWindow(), WheelTurn::Up, 10);
+    ASSERT_TRUE(WaitFor("scrolled up", [&] { return TopRow() == 0; }));
+    Tick();
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+}
+
+TEST_F(PlcPrgGridTest, ScrollingSidewaysDoesNotMakeTheNextTickLookForOtherRows)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}});
+    m_grid->SetColSize(2, 2000);
+    Tick();
+    ScrollToRow(100);
+
+    TurnWheel(*m_grid->GetGridWindow(), WheelTurn::Right, 3);
+    ASSERT_TRUE(WaitFor(
+        "scrolled sideways", [&] { return m_grid->CalcUnscrolledPosition(wxPoint(0, 0)).x > 0; }));
+    Tick();
+
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+}
+
+TEST_F(PlcPrgGridTest, TheScrollBarDrawnFromEndToEndLeadsToTheLastRows)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(2000)}});
+    const wxSize size = m_grid->GetClientSize();
+
+    Drag(*m_grid, {size.x - 3, m_grid->GetColLabelSize() + 4}, {size.x - 3, size.y + 50});
+    ASSERT_TRUE(WaitFor("end of the listing", [&] { return m_grid->IsVisible(1999, 0, false); }));
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+    Tick();
+
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+    EXPECT_THAT(VisibleRange(), testing::HasSubstr("..1999 "));
+}
+
+TEST_F(PlcPrgGridTest, AnswersThatArriveWhileTheViewMovesReachOnlyTheirOwnRows)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(2000)}});
+
+    for (int turn = 0; turn < 20; ++turn) {
+        const int before = TopRow();
+        TurnWheel(*m_grid->GetGridWindow(), WheelTurn::Down, 3);
+        ASSERT_TRUE(WaitFor("scrolled", [&] { return TopRow() > before; }));
+        AnswerSubscribed();
+        Tick();
+        AnswerSubscribed();
+        EXPECT_EQ(Shown(TopRow() + 2), "1/" + std::to_string(TopRow() + 2));
+    }
+
+    for (int row = 0; row < TopRow() + 5; ++row) {
+        EXPECT_EQ(Shown(row), "1/" + std::to_string(row));
+    }
+    EXPECT_EQ(Shown(1999), "?/-");
+}
+
+TEST_F(PlcPrgGridTest, AnotherBlockIsShownWhereTheViewStands)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}, {"FB7", 300, ExecutableLines(20)}});
+    ScrollToRow(200);
+    m_grid->SetScrollPending();
+    Tick();
+    TakeRequests();
+
+    ChooseBlock(1);
+
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange(300)});
+    EXPECT_THAT(VisibleRange(300), testing::HasSubstr("..319 "));
+    Tick();
+    EXPECT_THAT(TakeRequests(), IsEmpty());
+}
+
+TEST_F(PlcPrgGridTest, PaintsTheCellsThatAnAnswerHasChangedAndNoOther)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}});
+    AnswerSubscribed();
+    WaitThreeTicks(); // all that is due has been painted
+    wxRegion painted;
+    m_grid->GetGridWindow()->Bind(wxEVT_PAINT, [&](wxPaintEvent& event) {
+        painted.Union(m_grid->GetGridWindow()->GetUpdateRegion());
+        event.Skip();
+    });
+    const auto cell = [&](int row, int column) {
+        return wxRect(m_grid->CellToRect(row, column)).Deflate(2);
+    };
+
+    AnswerSubscribed();
+    WaitThreeTicks();
+    EXPECT_TRUE(painted.IsEmpty());
+
+    AnswerSubscribed(1);
+    ASSERT_TRUE(WaitFor("painted", [&] { return painted.Contains(cell(9, 1)) == wxInRegion; }));
+    EXPECT_EQ(painted.Contains(cell(0, 1)), wxInRegion);
+    EXPECT_EQ(painted.Contains(cell(5, 2)), wxOutRegion);
+}
