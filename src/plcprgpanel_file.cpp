@@ -12,37 +12,37 @@ namespace {
 
 constexpr off_t indexOffsetPlace = 8;
 constexpr std::size_t lineBufferSize = 256;
+constexpr unsigned maxAscii = 0x7F;
 
 template <typename T> bool ReadInto(std::FILE* file, T& value)
 {
     return std::fread(&value, sizeof value, 1, file) == 1;
 }
 
-bool IsLineEnd(wchar_t c)
-{
-    return c == L'\n' || c == L'\r';
-}
-
 bool IsAscii(const char* begin, const char* end)
 {
-    return std::all_of(begin, end, [](char c) { return static_cast<signed char>(c) >= 0; });
+    unsigned bits = 0;
+    for (const char* c = begin; c != end; ++c) {
+        bits |= static_cast<unsigned char>(*c);
+    }
+    return bits <= maxAscii;
 }
 
 /// Takes every byte for the character of the same number.
 std::wstring Widen(const char* begin, const char* end)
 {
-    std::wstring wide(static_cast<std::size_t>(end - begin), L'\0');
-    std::transform(begin, end, wide.begin(), [](char c) { return static_cast<unsigned char>(c); });
-    return wide;
+    return {
+        reinterpret_cast<const unsigned char*>(begin), reinterpret_cast<const unsigned char*>(end)};
 }
 
-DB_BAUSTEIN MakeLine(std::wstring text, std::int32_t& nextStep)
+void RemoveAll(std::wstring& text, wchar_t c)
 {
-    text.erase(std::remove_if(text.begin(), text.end(), IsLineEnd), text.end());
-    if (IsExecutable(text)) {
-        return {L"?", L"-", std::move(text), nextStep++};
+    // Mostly there is one, at the end, or none: finding it first is what makes this quick.
+    const std::size_t first = text.find(c);
+    if (first != std::wstring::npos) {
+        const auto begin = text.begin() + static_cast<std::ptrdiff_t>(first);
+        text.erase(std::remove(begin, text.end(), c), text.end());
     }
-    return {L"-", L"-", std::move(text), noStep};
 }
 
 } // namespace
@@ -84,7 +84,14 @@ std::vector<DB_BAUSTEIN> ReadBlockLines(std::FILE* file, const DBG_BAUSTEIN_ENTR
     while (lines.size() < block.lineCount) {
         // At the end of the file the buffer keeps the last line, which then repeats.
         [[maybe_unused]] const char* read = std::fgets(buffer.data(), buffer.size(), file);
-        lines.push_back(MakeLine(FromLocalText(buffer.data(), buffer.size()), nextStep));
+        DB_BAUSTEIN& line = lines.emplace_back();
+        line.text = FromLocalText(buffer.data(), buffer.size());
+        RemoveAll(line.text, L'\n');
+        RemoveAll(line.text, L'\r');
+        const bool executable = IsExecutable(line.text);
+        line.state = executable ? L'?' : L'-';
+        line.value = L'-';
+        line.step = executable ? nextStep++ : noStep;
     }
     return lines;
 }
