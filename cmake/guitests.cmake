@@ -14,6 +14,7 @@ function(add_gui_tests name)
     gtest_discover_tests(
         ${name}
         TEST_PREFIX ${arg_PREFIX}
+        NO_PRETTY_VALUES
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120)
