@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 
 namespace plchost {
 
@@ -17,9 +18,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// A step that failed ends the start with its message.
-struct StartError
+struct StartError : std::runtime_error
 {
-    std::string message;
+    using std::runtime_error::runtime_error;
 };
 
 template <typename Result> Result Demand(std::variant<Result, LoadError> result)
@@ -100,7 +101,7 @@ int Main(int argc, char** argv)
     const auto parsed = ParseOptions(argc, argv);
     if (const auto* exit = std::get_if<ExitStatus>(&parsed))
         return exit->status;
-    const Options& options = std::get<Options>(parsed);
+    const auto& options = std::get<Options>(parsed);
     if (gtk_init_check(nullptr, nullptr) == FALSE)
         throw StartError{"no display (set DISPLAY, or run it under a virtual X server)"};
     const Gtk::Main toolkit;
@@ -115,8 +116,8 @@ int main(int argc, char** argv)
 {
     try {
         return plchost::Main(argc, argv);
-    } catch (const plchost::StartError& error) {
-        std::cerr << "plchost: " << error.message << std::endl;
+    } catch (const std::exception& error) {
+        std::cerr << "plchost: " << error.what() << std::endl;
         return plchost::exitFailed;
     }
 }

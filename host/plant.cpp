@@ -45,6 +45,7 @@ template <typename Items> std::vector<plc::Cell> CellsOf(const Items& items)
 std::vector<bool> BitsOf(const std::vector<plc::Cell>& cells, const plc::Image& image)
 {
     std::vector<bool> bits;
+    bits.reserve(cells.size());
     for (const plc::Cell& cell : cells)
         bits.push_back(image.IsOn(cell));
     return bits;
