@@ -16,19 +16,19 @@ using samples::BottlingView;
 
 /// The picture is drawn in these units and scaled into the window.
 constexpr double pictureWidth = 760;
-constexpr double pictureHeight = 400;
+constexpr double pictureHeight = 500;
 
 constexpr double beltLeft = 50;
 constexpr double beltLength = 640;
-constexpr double beltTop = 310;
+constexpr double beltTop = 392;
 constexpr double beltHeight = 26;
-constexpr double bottleWidth = 34;
-constexpr double bottleBody = 74;
-constexpr double bottleNeck = 24;
-constexpr double tankTop = 40;
-constexpr double tankHeight = 110;
-constexpr double tankWidth = 150;
-constexpr double nozzleBottom = 205;
+constexpr double bottleWidth = 44;
+constexpr double bottleBody = 100;
+constexpr double bottleNeck = 30;
+constexpr double tankTop = 50;
+constexpr double tankHeight = 130;
+constexpr double tankWidth = 180;
+constexpr double nozzleBottom = 248;
 constexpr double pi = 3.14159265358979;
 
 struct Colour
@@ -105,6 +105,9 @@ void DrawBelt(const Canvas& cairo, const BottlingView& line, const HostTexts& te
     const double left = beltLeft;
     const double right = beltLeft + beltLength;
     const double radius = beltHeight / 2;
+    for (const double leg : {0.25, 0.7})
+        Bar(cairo, BeltX(leg) - 5, beltTop + beltHeight, 10, 60, steel);
+    Bar(cairo, left, beltTop + beltHeight + 60, beltLength, 3, steel);
     cairo->begin_new_path();
     cairo->arc(left, beltTop + radius, radius, pi / 2, 3 * pi / 2);
     cairo->arc(right, beltTop + radius, radius, -pi / 2, pi / 2);
@@ -138,9 +141,9 @@ void BottlePath(const Canvas& cairo, double x)
     cairo->begin_new_path();
     cairo->move_to(x - half, beltTop);
     cairo->line_to(x - half, shoulder);
-    cairo->curve_to(x - half, shoulder - 12, x - 6, shoulder - 8, x - 6, top);
-    cairo->line_to(x + 6, top);
-    cairo->curve_to(x + 6, shoulder - 8, x + half, shoulder - 12, x + half, shoulder);
+    cairo->curve_to(x - half, shoulder - 15, x - 8, shoulder - 10, x - 8, top);
+    cairo->line_to(x + 8, top);
+    cairo->curve_to(x + 8, shoulder - 10, x + half, shoulder - 15, x + half, shoulder);
     cairo->line_to(x + half, beltTop);
     cairo->close_path();
 }
@@ -152,7 +155,7 @@ void DrawBottle(const Canvas& cairo, const samples::Bottle& bottle)
     cairo->save();
     BottlePath(cairo, x);
     cairo->clip();
-    Bar(cairo, x - bottleWidth, beltTop - 120, 2 * bottleWidth, 120, glass);
+    Bar(cairo, x - bottleWidth, beltTop - 150, 2 * bottleWidth, 150, glass);
     Bar(cairo, x - bottleWidth, beltTop - height, 2 * bottleWidth, height, liquid);
     cairo->restore();
     BottlePath(cairo, x);
@@ -258,7 +261,7 @@ void LineView::DrawLine(const Canvas& cairo) const
     Write(
         cairo,
         BeltX(samples::outletPosition),
-        pictureHeight - 20,
+        beltTop + 67,
         std::string(m_texts->delivered) + ' ' + std::to_string(m_line->delivered));
 }
 
