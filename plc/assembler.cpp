@@ -1,7 +1,7 @@
 #include "assembler.h"
 
+#include "arguments.h"
 #include "debug_file.h"
-#include "image.h"
 #include "source_line.h"
 
 #include <algorithm>
@@ -9,72 +9,11 @@
 #include <map>
 #include <sstream>
 #include <utility>
+#include <variant>
 
 namespace plc {
 
 namespace {
-
-std::string Quoted(std::string_view text)
-{
-    return "'" + std::string(text) + "'";
-}
-
-std::string Found(std::string_view text)
-{
-    return text.empty() ? "found the end of the line" : "found " + Quoted(text);
-}
-
-/// "a timer such as T5 or a constant such as 100"
-std::string ExpectedArguments(unsigned arguments)
-{
-    constexpr std::pair<unsigned, std::string_view> kinds[] = {
-        {takesBit, "a bit such as M10.0 or DB10.DBX4.0"},
-        {takesNumber, "a byte, word or double word such as MB4, EW2 or DB10.DBD4"},
-        {takesTimer, "a timer such as T5"},
-        {takesCounter, "a counter such as Z12"},
-        {takesConstant, "a constant such as 100, 16#1F, 2#1010 or 1.5"},
-        {takesLabel, "a label of this block"},
-        {takesBlock, "a block such as PB10 or FB3"}};
-    std::string text;
-    for (const auto& [kind, words] : kinds) {
-        if ((arguments & kind) == 0)
-            continue;
-        if (!text.empty())
-            text += ", or ";
-        text += words;
-    }
-    return text;
-}
-
-unsigned KindOf(const Operand& operand)
-{
-    if (operand.area == Area::Timer)
-        return takesTimer;
-    if (operand.area == Area::Counter)
-        return takesCounter;
-    return operand.width == Width::Bit ? takesBit : takesNumber;
-}
-
-/// Why an operand does not exist.
-std::string Missing(const Operand& operand)
-{
-    const std::string name = OperandName(operand);
-    const std::uint32_t size = AreaSize(operand.area, operand.block);
-    if (size == 0)
-        return name + " does not exist: there is no data block " + std::to_string(operand.block);
-    const bool isNumbered = operand.area == Area::Timer || operand.area == Area::Counter;
-    return name + " does not exist: the last " + (isNumbered ? "number" : "byte") +
-           " of this area is " + std::to_string(size - 1);
-}
-
-std::string WithoutBlanks(std::string_view text)
-{
-    std::string result(text);
-    result.erase(
-        std::remove_if(result.begin(), result.end(), [](char c) { return c == ' ' || c == '\t'; }),
-        result.end());
-    return result;
-}
 
 /// Works through a source line by line; every line gets its step as it comes.
 class Assembler
@@ -106,8 +45,7 @@ private:
     void AddInstruction(const SourceLine& line, Line& listing);
     void AddArgument(const Instruction& instruction, const Word& argument, Line& listing);
     void AddReference(std::vector<Reference>& references, const Word& name);
-    void AddConstant(const std::string& text, const Word& argument, Line& listing);
-    void AddOperand(unsigned arguments, const std::string& text, const Word& word, Line& listing);
+    void AddOperand(unsigned arguments, const Word& argument, Line& listing);
     void CheckBrackets(const Word& mnemonic, Op op);
     void ResolveLabels();
     void ResolveCalls();
@@ -289,16 +227,12 @@ void Assembler::AddArgument(const Instruction& instruction, const Word& argument
         AddError(m_text.size(), "expected " + ExpectedArguments(takes) + ", " + Found(""));
         return;
     }
-    const std::string text = WithoutBlanks(argument.text);
-    const bool isConstant = text.find_first_of("+-0123456789") == 0;
     if (takes == takesLabel)
         AddReference(m_jumps, argument);
     else if (takes == takesBlock)
         AddReference(m_calls, argument);
-    else if ((takes & takesConstant) != 0 && isConstant)
-        AddConstant(text, argument, listing);
     else
-        AddOperand(takes, text, argument, listing);
+        AddOperand(takes, argument, listing);
 }
 
 void Assembler::AddReference(std::vector<Reference>& references, const Word& name)
@@ -312,27 +246,17 @@ void Assembler::AddReference(std::vector<Reference>& references, const Word& nam
          ColumnOf(m_text, name.at)});
 }
 
-void Assembler::AddConstant(const std::string& text, const Word& argument, Line& listing)
+void Assembler::AddOperand(unsigned arguments, const Word& argument, Line& listing)
 {
-    const auto constant = ParseConstant(text);
-    if (const auto* error = std::get_if<std::string>(&constant)) {
-        AddError(argument.at, *error + ", " + Found(argument.text));
-        return;
-    }
-    listing.op = Op::LoadConstant;
-    listing.number = std::get<std::uint32_t>(constant);
-}
-
-void Assembler::AddOperand(
-    unsigned arguments, const std::string& text, const Word& word, Line& listing)
-{
-    const auto operand = ParseOperand(text);
-    if (!operand || (arguments & KindOf(*operand)) == 0)
-        AddError(word.at, "expected " + ExpectedArguments(arguments) + ", " + Found(word.text));
-    else if (!Exists(*operand))
-        AddError(word.at, Missing(*operand));
-    else
+    const auto result = ReadArgument(arguments, argument.text);
+    if (const auto* operand = std::get_if<Operand>(&result)) {
         listing.operand = *operand;
+    } else if (const auto* constant = std::get_if<std::uint32_t>(&result)) {
+        listing.op = Op::LoadConstant;
+        listing.number = *constant;
+    } else {
+        AddError(argument.at, std::get<std::string>(result));
+    }
 }
 
 void Assembler::ResolveLabels()
@@ -373,7 +297,7 @@ Assembly Assembler::Finish()
     ResolveCalls();
     const auto entry = m_blocks.find("OB1");
     if (entry == m_blocks.end())
-        AddErrorAt(m_sourceLine, 1, "there is no cyclic block OB1");
+        AddErrorAt(std::max<std::size_t>(m_sourceLine, 1), 1, "there is no cyclic block OB1");
     else
         m_program.entry = entry->second;
     if (m_errors.empty())

@@ -1,10 +1,8 @@
 #include "source_line.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
-#include <limits>
-#include <system_error>
+#include <cstdint>
+#include <iterator>
 
 namespace plc {
 
@@ -21,11 +19,6 @@ constexpr unsigned tailLead = 0x80;
 bool IsLetter(char c)
 {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
-}
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
 }
 
 /// The part of @p line from @p begin to @p end, without the blanks around it.
@@ -73,50 +66,6 @@ std::size_t CharacterLength(std::string_view text)
     return 0;
 }
 
-/// Digits of @p base, all of @p text.
-std::variant<std::uint32_t, std::string> ParseBits(std::string text, int base)
-{
-    text.erase(std::remove(text.begin(), text.end(), '_'), text.end());
-    std::uint32_t bits = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, bits, base);
-    if (error == std::errc::result_out_of_range)
-        return "the number does not fit 32 bits";
-    if (error != std::errc() || stop != end)
-        return base == 2 ? "expected binary digits after 2#"
-                         : "expected hexadecimal digits after 16#";
-    return bits;
-}
-
-std::variant<std::uint32_t, std::string> ParseFloat(const std::string& text)
-{
-    float number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc::result_out_of_range)
-        return "the number does not fit single precision";
-    if (error != std::errc() || stop != end)
-        return "expected a floating-point number such as 1.5 or -2.0e3";
-    static_assert(sizeof(number) == sizeof(std::uint32_t));
-    std::uint32_t bits = 0;
-    std::memcpy(&bits, &number, sizeof(bits));
-    return bits;
-}
-
-std::variant<std::uint32_t, std::string> ParseDecimal(const std::string& text)
-{
-    std::int32_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc::result_out_of_range)
-        return "the number is not between " +
-               std::to_string(std::numeric_limits<std::int32_t>::min()) + " and " +
-               std::to_string(std::numeric_limits<std::int32_t>::max());
-    if (error != std::errc() || stop != end)
-        return "expected a number such as 100, -5, 16#1F, 2#1010 or 1.5";
-    return static_cast<std::uint32_t>(number);
-}
-
 } // namespace
 
 SourceLine SplitLine(std::string_view text)
@@ -135,6 +84,11 @@ SourceLine SplitLine(std::string_view text)
     line.mnemonic = {statement.text.substr(0, gap), statement.at};
     line.argument = Trimmed(code, statement.at + gap, statement.at + statement.text.size());
     return line;
+}
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
 }
 
 bool IsIdentifier(std::string_view text)
@@ -183,20 +137,6 @@ std::size_t ColumnOf(std::string_view text, std::size_t at)
     return 1 + before.size() -
            static_cast<std::size_t>(
                std::count_if(before.begin(), before.end(), ContinuesCharacter));
-}
-
-std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text)
-{
-    constexpr std::string_view hexadecimal = "16#";
-    constexpr std::string_view binary = "2#";
-    if (text.compare(0, hexadecimal.size(), hexadecimal) == 0)
-        return ParseBits(text.substr(hexadecimal.size()), 16);
-    if (text.compare(0, binary.size(), binary) == 0)
-        return ParseBits(text.substr(binary.size()), 2);
-    // The standard conversions know no plus sign.
-    const bool hasPlus = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
-    const std::string number = hasPlus ? text.substr(1) : text;
-    return number.find('.') == std::string::npos ? ParseDecimal(number) : ParseFloat(number);
 }
 
 } // namespace plc

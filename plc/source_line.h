@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 // What stands on one line of a statement list. Values. Any thread.
 
@@ -36,6 +34,9 @@ struct SourceLine
 
 SourceLine SplitLine(std::string_view text);
 
+/// ASCII, whatever the locale.
+bool IsDigit(char c);
+
 /// A letter or underscore, then letters, digits, underscores; ASCII only.
 bool IsIdentifier(std::string_view text);
 
@@ -51,10 +52,5 @@ bool ContinuesCharacter(char byte);
 
 /// The column of a byte, from 1, in characters.
 std::size_t ColumnOf(std::string_view text, std::size_t at);
-
-/// Reads a constant: "100", "-5", "16#1A2B", "2#1010_0101", "1.5e3"; floating point gives its
-/// single-precision bits.
-/// @return the 32 bits, or what is wrong with it.
-std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text);
 
 } // namespace plc

@@ -183,9 +183,9 @@ TEST(AssembleErrors, Labels)
 
 TEST(AssembleErrors, Blocks)
 {
-    EXPECT_THAT(ErrorsOf(""), ElementsAre(HasSubstr("there is no cyclic block OB1")));
+    EXPECT_THAT(ErrorsOf(""), ElementsAre("a.il:1:1: there is no cyclic block OB1"));
     EXPECT_THAT(
-        ErrorsOf("PB1: TITLE\n BE\n"), ElementsAre(HasSubstr("there is no cyclic block OB1")));
+        ErrorsOf("PB1: TITLE\n BE\n"), ElementsAre("a.il:2:1: there is no cyclic block OB1"));
     EXPECT_THAT(
         ErrorsOf("OB1: TITLE\n U E0.0\n"), ElementsAre("a.il:2:1: expected BE at the end of OB1"));
     EXPECT_THAT(
