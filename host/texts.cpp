@@ -8,6 +8,7 @@ namespace {
 
 constexpr HostTexts german{
     "Abfüllanlage",
+    "SPS-Programm",
     "RUN",
     "STOP",
     "Start",
@@ -29,6 +30,7 @@ constexpr HostTexts german{
 
 constexpr HostTexts english{
     "Bottling line",
+    "PLC program",
     "RUN",
     "STOP",
     "Start",

@@ -8,11 +8,12 @@ namespace plchost {
 
 struct HostTexts
 {
-    const char* title;
-    const char* running;  ///< State of the PLC.
-    const char* standing; ///< State of the PLC.
-    const char* start;    ///< Button.
-    const char* stop;     ///< Button.
+    const char* title;      ///< Of the bottling line.
+    const char* otherTitle; ///< Of another program.
+    const char* running;    ///< State of the PLC.
+    const char* standing;   ///< State of the PLC.
+    const char* start;      ///< Button.
+    const char* stop;       ///< Button.
     const char* cycleTime;
     const char* work; ///< Time that the last cycle took.
     const char* longest;

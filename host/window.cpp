@@ -96,7 +96,7 @@ void HostWindow::BuildProblem()
 void HostWindow::SetLanguage(const std::string& language)
 {
     m_texts = &TextsIn(language);
-    set_title(m_texts->title);
+    set_title(m_plant.Line() ? m_texts->title : m_texts->otherTitle);
     m_start.set_label(m_texts->start);
     m_stop.set_label(m_texts->stop);
     m_languageName.set_text(m_texts->language);
