@@ -72,7 +72,7 @@ struct BridgeTest : testing::Test
         image.Write(plc::Image::CellOf(operand), value);
     }
 
-    std::uint32_t Get(const char* operand) { return image.Read(plc::Image::CellOf(operand)); }
+    std::uint32_t Get(const char* operand) const { return image.Read(plc::Image::CellOf(operand)); }
 
     /// The values answered since the last call, as "key=value".
     std::vector<std::string> Values()

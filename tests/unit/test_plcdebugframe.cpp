@@ -43,3 +43,10 @@ TEST(ItemLabel, TakesAnyOtherTextAsItStands)
     EXPECT_EQ(ItemLabel("Open", ".."), "Open\tCtrl-..");
     EXPECT_EQ(ItemLabel("&Open", "F4"), "&Open\tCtrl-F4");
 }
+
+TEST(ItemLabel, IsABlankForAMissingLabelSoThatTheToolkitAddsNoneOfItsOwn)
+{
+    EXPECT_EQ(ItemLabel("", ""), " ");
+    EXPECT_EQ(ItemLabel("", "..."), " ");
+    EXPECT_EQ(ItemLabel("", "O"), " \tCtrl-O");
+}
