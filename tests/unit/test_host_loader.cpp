@@ -112,7 +112,7 @@ TEST_F(LoaderTest, ResolvesTheFourExports)
     const auto result = LoadPlugin(FAKE_PLUGIN);
 
     ASSERT_EQ(MessageOf(result), "");
-    const Plugin& plugin = std::get<Plugin>(result);
+    const auto& plugin = std::get<Plugin>(result);
     EXPECT_EQ(plugin.create(nullptr), 1);
     EXPECT_EQ(plugin.answerReadVar(nullptr), 2);
     EXPECT_EQ(plugin.answerProgramState(nullptr), 3);
