@@ -144,7 +144,7 @@ void PutName(CMD_DATA& record, std::size_t offset, wxString name)
     name.Truncate(std::min(name.length(), room));
     record.length = static_cast<std::uint16_t>(offset + name.length() + 1);
 
-    const wxCharBuffer bytes = name.mb_str(wxConvLibc);
+    const wxScopedCharBuffer bytes = name.mb_str(wxConvLibc);
     std::memcpy(
         record.payload + (offset - PLC_CMD_HEADER_SIZE),
         bytes.data(),
