@@ -202,7 +202,7 @@ TEST_F(LifeCycle, CallbacksThatTheHostLeftNullAreNotCalled)
 
     EXPECT_EQ(OnGui([] { return Frame()->GetMaxHeight(); }), 514);
     EnterValue(0, "5");
-    ClickTab(programPage);
+    EXPECT_TRUE(ShowPage(programPage));
     AwaitThreeTicks();
     CloseFrame();
     EXPECT_TRUE(FrameGoes());

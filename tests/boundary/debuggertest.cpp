@@ -80,6 +80,61 @@ GtkWidget* ButtonOf(wxDialog& dialog, int button)
     return wxWindow::FindWindowById(button, &dialog)->GetHandle();
 }
 
+GtkWidget* TabOf(Page page)
+{
+    auto* notebook = GTK_NOTEBOOK(Notebook().GetHandle());
+    return gtk_notebook_get_tab_label(notebook, gtk_notebook_get_nth_page(notebook, page));
+}
+
+/// @return whether the frame is on the screen with its final size.
+bool IsSettled(Operator& hands)
+{
+    if (Frame() == nullptr || !IsOnScreen(Frame()->GetHandle())) {
+        return false;
+    }
+    // The size is asked for again once the window manager has told how wide its borders are.
+    const wxSize size = Frame()->GetSize();
+    return hands.OuterSize(TopLevelWindowOf(Frame()->GetHandle())) == std::pair(size.x, size.y);
+}
+
+/// Counts how often the debugger's frame is drawn without anything moving in it. GUI thread.
+class StillFrames
+{
+public:
+    StillFrames()
+        : m_clock(gtk_widget_get_frame_clock(Frame()->GetHandle())),
+          m_handler(g_signal_connect(m_clock, "after-paint", G_CALLBACK(OnDrawn), this))
+    {
+        RequestNext();
+    }
+
+    ~StillFrames() { g_signal_handler_disconnect(m_clock, m_handler); }
+
+    StillFrames(const StillFrames&) = delete;
+    StillFrames(StillFrames&&) = delete;
+    StillFrames& operator=(const StillFrames&) = delete;
+    StillFrames& operator=(StillFrames&&) = delete;
+
+    int Count() const { return m_count; }
+
+private:
+    static void OnDrawn(GdkFrameClock* /*clock*/, StillFrames* self)
+    {
+        const Spot now = MiddleOf(TabOf(programPage));
+        const bool still = now.x == self->m_last.x && now.y == self->m_last.y && now.x > 0;
+        self->m_count = still ? self->m_count + 1 : 0;
+        self->m_last = now;
+        self->RequestNext();
+    }
+
+    void RequestNext() { gdk_frame_clock_request_phase(m_clock, GDK_FRAME_CLOCK_PHASE_PAINT); }
+
+    GdkFrameClock* m_clock;
+    gulong m_handler;
+    Spot m_last{};
+    int m_count = 0;
+};
+
 Spot CellSpot(int row, int column)
 {
     wxGrid& grid = GridOn(watchPage);
@@ -183,15 +238,22 @@ testing::AssertionResult DebuggerTest::Open()
     if (Create() != 1) {
         return testing::AssertionFailure() << "the debugger is not created";
     }
-    const testing::AssertionResult shown = Await("the frame on the screen", [this] {
-        if (Frame() == nullptr || !IsOnScreen(Frame()->GetHandle())) {
-            return false;
-        }
-        // The size is asked for again once the window manager has told how wide its borders are.
-        const wxSize size = Frame()->GetSize();
-        return hands.OuterSize(TopLevelWindowOf(Frame()->GetHandle())) == std::pair(size.x, size.y);
-    });
+    testing::AssertionResult shown =
+        Await("the frame on the screen", [this] { return IsSettled(hands); });
+    if (shown) {
+        shown = AwaitStill();
+    }
     return shown ? hands.Activate(OnGui([] { return TopLevelOf(*Frame()); })) : shown;
+}
+
+testing::AssertionResult DebuggerTest::AwaitStill()
+{
+    constexpr int enough = 3;
+    auto frames = OnGui([] { return std::make_unique<StillFrames>(); });
+    const testing::AssertionResult still =
+        Await("the layout done", [&] { return frames->Count() >= enough; });
+    OnGui([&] { frames.reset(); });
+    return still;
 }
 
 int DebuggerTest::Answer(std::uint16_t key, std::int32_t value)
@@ -300,12 +362,13 @@ void DebuggerTest::DoubleClickCell(int row, int column)
 
 void DebuggerTest::ClickTab(Page page)
 {
-    hands.Click(OnGui([page] {
-        auto* notebook = GTK_NOTEBOOK(Notebook().GetHandle());
-        GtkWidget* child = gtk_notebook_get_nth_page(notebook, page);
-        return MiddleOf(gtk_notebook_get_tab_label(notebook, child));
-    }));
-    EXPECT_TRUE(Await("the page selected", [page] { return Notebook().GetSelection() == page; }));
+    hands.Click(OnGui([page] { return MiddleOf(TabOf(page)); }));
+}
+
+testing::AssertionResult DebuggerTest::ShowPage(Page page)
+{
+    ClickTab(page);
+    return Await("the page selected", [page] { return Notebook().GetSelection() == page; });
 }
 
 void DebuggerTest::ChooseMenu(int id)

@@ -45,6 +45,9 @@ protected:
     /// Creates the debugger and waits until its window is active.
     testing::AssertionResult Open();
 
+    /// Waits until nothing moves in the window any more.
+    testing::AssertionResult AwaitStill();
+
     /// Answers from the test's own thread. @return what the export says.
     int Answer(std::uint16_t key, std::int32_t value);
 
@@ -78,6 +81,9 @@ protected:
     void ClickCell(int row, int column, XKey held = 0);
     void DoubleClickCell(int row, int column);
     void ClickTab(Page page);
+
+    /// Clicks on the tab and waits until the page is selected.
+    testing::AssertionResult ShowPage(Page page);
     void ChooseMenu(int id);
     void CloseFrame();
 

@@ -167,7 +167,12 @@ int Watch::Enter(wxDialog* dialog)
     if (m_cancelAll) {
         return wxID_CANCEL;
     }
-    m_seen.push_back({dialog, Describe(*dialog), false});
+    // The toolkit announces a file dialog twice: as such and as a dialog.
+    const bool announced = std::any_of(
+        m_seen.begin(), m_seen.end(), [dialog](const Seen& seen) { return seen.dialog == dialog; });
+    if (!announced) {
+        m_seen.push_back({dialog, Describe(*dialog), false});
+    }
     return wxID_NONE;
 }
 
