@@ -136,18 +136,18 @@ std::string ExpectedArguments(unsigned arguments)
 }
 
 std::variant<Operand, std::uint32_t, std::string>
-ReadArgument(unsigned arguments, std::string_view argument)
+ReadArgument(unsigned arguments, std::string_view text)
 {
-    const std::string text = WithoutBlanks(argument);
-    if ((arguments & takesConstant) != 0 && text.find_first_of("+-0123456789") == 0) {
-        const auto constant = ParseConstant(text);
+    const std::string joined = WithoutBlanks(text);
+    if ((arguments & takesConstant) != 0 && joined.find_first_of("+-0123456789") == 0) {
+        const auto constant = ParseConstant(joined);
         if (const auto* error = std::get_if<std::string>(&constant))
-            return *error + ", " + Found(argument);
+            return *error + ", " + Found(text);
         return std::get<std::uint32_t>(constant);
     }
-    const auto operand = ParseOperand(text);
+    const auto operand = ParseOperand(joined);
     if (!operand || (arguments & KindOf(*operand)) == 0)
-        return "expected " + ExpectedArguments(arguments) + ", " + Found(argument);
+        return "expected " + ExpectedArguments(arguments) + ", " + Found(text);
     if (!Exists(*operand))
         return Missing(*operand);
     return *operand;

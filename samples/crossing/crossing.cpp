@@ -50,7 +50,7 @@ void Crossing::PowerOn(Image& image)
 void Crossing::Advance(Image& image, std::chrono::milliseconds elapsed)
 {
     const double seconds = std::chrono::duration<double>(elapsed).count();
-    const auto comes = [&](double interval) { return m_random.HappensOnceIn(interval, seconds); };
+    const auto comes = [&](double average) { return m_random.HappensOnceIn(average, seconds); };
     samples::Advance(m_main, comes(mainInterval), image.IsOn(mainGreen), carGap, seconds);
     samples::Advance(m_side, comes(sideInterval), image.IsOn(sideGreen), carGap, seconds);
     if (samples::Advance(m_walk, comes(walkInterval), image.IsOn(walkGreen), 0, seconds))

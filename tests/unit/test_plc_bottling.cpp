@@ -99,7 +99,7 @@ TEST_F(Bottling, TheTankIsRefilledBetweenItsMarks)
     double lowest = 1;
     double highest = 0;
 
-    for (int second = 0; second < 600; ++second) {
+    for (int second = 0; second < 300; ++second) {
         machine.Run(1s);
         lowest = std::min(lowest, View().tankLevel);
         highest = std::max(highest, View().tankLevel);
