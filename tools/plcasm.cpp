@@ -73,8 +73,9 @@ ExitStatus Assemble(const Options& options)
         std::cerr << "plcasm: " << *failure << '\n';
         return exitCannotWrite;
     }
-    std::cout << options.prefix << plc::debugFileSuffix << ": " << assembly.program->blocks.size()
-              << " blocks, " << CountLines(*assembly.program) << " lines\n";
+    std::cout << options.prefix << plc::debugFileSuffix << ": blocks "
+              << assembly.program->blocks.size() << ", lines " << CountLines(*assembly.program)
+              << '\n';
     return exitDone;
 }
 

@@ -57,7 +57,7 @@ TEST_F(Plcasm, WritesTheDebugFile)
 
     EXPECT_EQ(Run("machine.il -o machine"), 0);
 
-    EXPECT_EQ(out, "machine_plcdbgi.dat: 1 blocks, 3 lines\n");
+    EXPECT_EQ(out, "machine_plcdbgi.dat: blocks 1, lines 3\n");
     EXPECT_EQ(errors, "");
     EXPECT_NE(Content(debugFile).find("OB1: TITLE Main\n U E0.0\n BE\n"), std::string::npos);
 }
