@@ -122,7 +122,7 @@ void PlcPrgPanel::CreateControls()
 {
     auto sizer = std::make_unique<wxBoxSizer>(wxVERTICAL); // LoadBS() may throw
     auto* label = new wxStaticText(this, wxID_ANY, LanguageText(TextId::PrgBlock));
-    sizer->Add(label, 0, wxTOP | wxLEFT, border);
+    sizer->Add(label, wxSizerFlags().Border(wxTOP | wxLEFT, border));
 
     wxArrayString names;
     for (const DBG_BAUSTEIN_ENTRY& block : m_blocks) {
@@ -139,13 +139,13 @@ void PlcPrgPanel::CreateControls()
     if (!m_blocks.empty()) {
         m_pComboPrgBSs->SetSelection(0);
     }
-    sizer->Add(m_pComboPrgBSs, 0, wxEXPAND | wxLEFT | wxRIGHT, border);
+    sizer->Add(m_pComboPrgBSs, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, border));
 
     m_pGrid = new PlcPrgGrid(this, m_lines);
     m_pGrid->SetColLabelValue(PrgColumnState, LanguageText(TextId::PrgColumnState));
     m_pGrid->SetColLabelValue(PrgColumnValue, LanguageText(TextId::PrgColumnValue));
     m_pGrid->SetColLabelValue(PrgColumnText, LanguageText(TextId::PrgColumnText));
-    sizer->Add(m_pGrid, 1, wxEXPAND | wxALL, border);
+    sizer->Add(m_pGrid, wxSizerFlags(1).Expand().Border(wxALL, border));
 
     LoadBS(0);
 

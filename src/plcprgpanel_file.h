@@ -28,9 +28,9 @@ struct DBG_BAUSTEIN_ENTRY
     std::uint32_t fileOffset; ///< 52: place of the first listing line
 };
 
-static_assert(sizeof(DBG_BAUSTEIN_ENTRY) == 56, "a block record has 56 bytes");
-static_assert(offsetof(DBG_BAUSTEIN_ENTRY, firstStep) == 48, "first step at byte 48");
-static_assert(offsetof(DBG_BAUSTEIN_ENTRY, fileOffset) == 52, "file offset at byte 52");
+static_assert(
+    sizeof(DBG_BAUSTEIN_ENTRY) == blockNameSize + 2 * sizeof(std::uint16_t) + sizeof(std::uint32_t),
+    "a block record has 56 bytes");
 static_assert(std::is_trivially_copyable_v<DBG_BAUSTEIN_ENTRY>, "read as a raw image");
 
 constexpr int noStep = -1; ///< The step of a line that is not executable.

@@ -10,7 +10,6 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 namespace {
 
@@ -18,6 +17,7 @@ namespace {
 std::vector<std::string> Networks(int lineCount)
 {
     std::vector<std::string> lines;
+    lines.reserve(static_cast<std::size_t>(lineCount));
     for (int i = 0; i < lineCount; ++i) {
         lines.push_back(
             i % 10 == 0 ? ":NETWORK " + std::to_string(i / 10) : ":U E " + std::to_string(i));

@@ -21,10 +21,11 @@ using Words = std::vector<std::string>;
 
 class PlcPrgPage : public testing::Test
 {
-protected:
+public:
     PlcPrgPage();
     ~PlcPrgPage() override;
 
+protected:
     /// Writes the program debug file.
     void WriteFile(const std::vector<DebugFileBlock>& blocks);
 

@@ -53,6 +53,7 @@ std::string DebugFile(const std::vector<DebugFileBlock>& blocks, const std::stri
 std::vector<std::string> ExecutableLines(int count, const std::string& prefix)
 {
     std::vector<std::string> lines;
+    lines.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         lines.push_back(prefix + " " + std::to_string(i));
     }

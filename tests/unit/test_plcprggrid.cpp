@@ -1,6 +1,5 @@
 #include "plcprggrid_rows.h"
 #include "plcprggrid_shown.h"
-#include "plcvargrid_rows.h"
 
 #include <gtest/gtest.h>
 
@@ -177,18 +176,6 @@ TEST(RowsNearWindow, AreRowsOfTheListing)
 
     EXPECT_EQ(near.first, 0);
     EXPECT_EQ(near.last, 2);
-}
-
-TEST(LastColumnWidth, IsTheRestLessAMargin)
-{
-    EXPECT_EQ(LastColumnWidth(576, 60, 50), 458);
-}
-
-TEST(LastColumnWidth, LosesTheMarginAlsoWhereNothingIsLeft)
-{
-    EXPECT_EQ(LastColumnWidth(100, 60, 50), -8);
-    EXPECT_EQ(LastColumnWidth(110, 60, 50), -8);
-    EXPECT_EQ(LastColumnWidth(118, 60, 50), 0);
 }
 
 namespace {

@@ -44,6 +44,7 @@ std::vector<DB_BAUSTEIN> ReadLines(
 std::vector<int> Steps(const std::vector<DB_BAUSTEIN>& lines)
 {
     std::vector<int> steps;
+    steps.reserve(lines.size());
     for (const DB_BAUSTEIN& line : lines) {
         steps.push_back(line.step);
     }
@@ -53,6 +54,7 @@ std::vector<int> Steps(const std::vector<DB_BAUSTEIN>& lines)
 std::vector<std::wstring> Texts(const std::vector<DB_BAUSTEIN>& lines)
 {
     std::vector<std::wstring> texts;
+    texts.reserve(lines.size());
     for (const DB_BAUSTEIN& line : lines) {
         texts.push_back(line.text);
     }
@@ -67,7 +69,7 @@ std::wstring FromLocalText(const std::string& text)
 /// Runs a test in a UTF-8 locale, whatever the environment says.
 class Utf8Text : public testing::Test
 {
-protected:
+public:
     Utf8Text() { EXPECT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr); }
 
     ~Utf8Text() override { std::setlocale(LC_CTYPE, m_former.c_str()); }
@@ -127,7 +129,7 @@ TEST(ReadBlockIndex, StopsAtAShortReadWhateverTheNumberOfBlocks)
 TEST(ReadBlockIndex, AFileTooShortForAnIndexGivesNone)
 {
     EXPECT_THAT(ReadNames(""), IsEmpty());
-    EXPECT_THAT(ReadNames("PLCDEBUG\x0C\0\0"), IsEmpty());
+    EXPECT_THAT(ReadNames("PLCDEBUG\x0C"), IsEmpty());
     EXPECT_THAT(ReadNames(DebugFileHead(12)), IsEmpty());
     EXPECT_THAT(ReadNames(DebugFileHead(0x7FFFFFFF) + DebugFile({{"OB1"}})), IsEmpty());
 }

@@ -32,6 +32,7 @@ Bytes Padded(const std::vector<std::uint8_t>& start)
 std::vector<DB_BAUSTEIN> LinesWithSteps(const std::vector<int>& steps)
 {
     std::vector<DB_BAUSTEIN> lines;
+    lines.reserve(steps.size());
     for (const int step : steps) {
         lines.push_back({step == noStep ? L"-" : L"?", L"-", L"", step});
     }
@@ -54,6 +55,7 @@ void Apply(const CMD_DATA& answer, std::vector<DB_BAUSTEIN>& lines)
 std::vector<std::wstring> StatesAndValues(const std::vector<DB_BAUSTEIN>& lines)
 {
     std::vector<std::wstring> shown;
+    shown.reserve(lines.size());
     for (const DB_BAUSTEIN& line : lines) {
         shown.push_back(line.state + L"/" + line.value);
     }
