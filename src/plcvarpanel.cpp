@@ -290,6 +290,8 @@ void PlcVarPanel::OnButtonDelete(wxCommandEvent& /*event*/)
         ShowMessage(TextId::ErrorCaption, LanguageText(TextId::DeleteNoneSelected));
         return;
     }
+    // Deleting rows would commit an open editor, into the variable that takes the row's place.
+    DiscardEdit();
     // By id, since every deletion and every callback may shift the rows.
     std::vector<std::vector<std::uint16_t>> blocks;
     for (const RowBlock& rows : selected) {
