@@ -29,6 +29,7 @@ constexpr double tankTop = 50;
 constexpr double tankHeight = 130;
 constexpr double tankWidth = 180;
 constexpr double nozzleBottom = 248;
+constexpr double captionBelowBelt = 67;
 constexpr double pi = 3.14159265358979;
 
 struct Colour
@@ -128,8 +129,8 @@ void DrawBelt(const Canvas& cairo, const BottlingView& line, const HostTexts& te
 
     cairo->arc(left, beltTop + 62, 18, 0, 2 * pi);
     Fill(cairo, line.motorOn ? active : idle);
-    Write(cairo, left, beltTop + 67, "M");
-    Write(cairo, left + 26, beltTop + 67, texts.motor, Align::Left);
+    Write(cairo, left, beltTop + captionBelowBelt, "M");
+    Write(cairo, left + 26, beltTop + captionBelowBelt, texts.motor, Align::Left);
 }
 
 /// The outline of a bottle that stands on the belt.
@@ -261,7 +262,7 @@ void LineView::DrawLine(const Canvas& cairo) const
     Write(
         cairo,
         BeltX(samples::outletPosition),
-        beltTop + 67,
+        beltTop + captionBelowBelt,
         std::string(m_texts->delivered) + ' ' + std::to_string(m_line->delivered));
 }
 

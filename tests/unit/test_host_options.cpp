@@ -36,7 +36,7 @@ TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
     const Parsed parsed = Parse({});
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
-    const Options& options = std::get<Options>(parsed);
+    const auto& options = std::get<Options>(parsed);
     EXPECT_EQ(options.program, "");
     EXPECT_EQ(options.cycle, 10ms);
     EXPECT_FALSE(options.run);
@@ -54,7 +54,7 @@ TEST(ParseOptions, TakesEverything)
          "--config-dir", "c",     "--data-dir", folder.c_str(), "--debugger", "--trace"});
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
-    const Options& options = std::get<Options>(parsed);
+    const auto& options = std::get<Options>(parsed);
     EXPECT_EQ(options.plugin, "p.so");
     EXPECT_EQ(options.program, __FILE__);
     EXPECT_EQ(options.language, "de");
