@@ -54,16 +54,21 @@ gboolean ShowOpenDialogAndQuit(gpointer open)
     return G_SOURCE_REMOVE;
 }
 
-void EndOpenDialog(OpenDialog& open)
+/// Ends the innermost dialog if EndOpenDialogs() has marked it. The one around it is ended when
+/// this one has returned: the toolkit can only leave the innermost of its loops.
+void EndInnermostDialog()
 {
-    open.ended = true;
-    if (dynamic_cast<wxMessageDialog*>(&open.dialog) != nullptr) {
-        GtkWidget* widget = open.dialog.GetHandle();
+    if (OpenDialogs().empty() || !OpenDialogs().back()->ended) {
+        return;
+    }
+    wxDialog& dialog = OpenDialogs().back()->dialog;
+    if (dynamic_cast<wxMessageDialog*>(&dialog) != nullptr) {
+        GtkWidget* widget = dialog.GetHandle();
         if (widget != nullptr) {
             gtk_dialog_response(GTK_DIALOG(widget), GTK_RESPONSE_CANCEL);
         }
-    } else if (open.dialog.IsModal()) {
-        open.dialog.EndModal(wxID_CANCEL);
+    } else if (dialog.IsModal()) {
+        dialog.EndModal(wxID_CANCEL);
     }
 }
 
@@ -111,6 +116,7 @@ int RunModal(wxDialog& dialog)
         gtk_main();
     }
     OpenDialogs().pop_back();
+    EndInnermostDialog();
     return open.ended ? static_cast<int>(wxID_CANCEL) : open.result;
 }
 
@@ -129,9 +135,10 @@ bool AskYesNo(wxWindow* parent, TextId caption, TextId question)
 
 void EndOpenDialogs()
 {
-    for (auto open = OpenDialogs().rbegin(); open != OpenDialogs().rend(); ++open) {
-        EndOpenDialog(**open);
+    for (OpenDialog* open : OpenDialogs()) {
+        open->ended = true;
     }
+    EndInnermostDialog();
 }
 
 void CallHost(PlcRequestCallback callback, const CMD_DATA& request)

@@ -14,12 +14,17 @@
 
 namespace {
 
+wxString BoxInWords(const char* kind, const wxString& caption, const wxString& words)
+{
+    return wxString(kind) + " [" + caption + "] " + words;
+}
+
 wxString Describe(wxDialog& dialog)
 {
     if (auto* message = dynamic_cast<wxMessageDialog*>(&dialog)) {
         const bool question = (message->GetMessageDialogStyle() & wxYES_NO) != 0;
-        return wxString(question ? "question" : "message") + " [" + message->GetCaption() + "] " +
-               message->GetMessage();
+        return BoxInWords(
+            question ? "question" : "message", message->GetCaption(), message->GetMessage());
     }
     if (auto* file = dynamic_cast<wxFileDialog*>(&dialog)) {
         return "file dialog [" + file->GetMessage() + "]";
@@ -32,25 +37,80 @@ int aliveCount = 0;
 /// What is to happen in a dialog once it is on the screen.
 struct Operation
 {
-    wxWeakRef<wxDialog> dialog;
+    wxDialog* dialog;
     std::function<void(wxDialog&)> operate;
 };
+
+bool IsActive(wxDialog& dialog)
+{
+    GtkWidget* window = dialog.GetHandle();
+    return window != nullptr && gtk_window_is_active(GTK_WINDOW(window)) != FALSE;
+}
+
+/// Tells when a dialog has got its answer. Its window may live on until its loop has unwound.
+class Ending
+{
+public:
+    explicit Ending(wxDialog& dialog) : m_dialog(&dialog)
+    {
+        // A message box is no modal dialog to the toolkit.
+        if (dynamic_cast<wxMessageDialog*>(&dialog) != nullptr) {
+            m_box = dialog.GetHandle();
+            m_handler = g_signal_connect(m_box, "response", G_CALLBACK(NoteResponse), this);
+        }
+    }
+
+    ~Ending()
+    {
+        if (m_box != nullptr) {
+            g_signal_handler_disconnect(m_box, m_handler);
+        }
+    }
+
+    bool Ended() const
+    {
+        return m_answered || !m_dialog || (m_box == nullptr && !m_dialog->IsModal());
+    }
+
+private:
+    static void NoteResponse(GtkDialog* /*unused*/, int /*unused*/, gpointer ending)
+    {
+        static_cast<Ending*>(ending)->m_answered = true;
+    }
+
+    wxWeakRef<wxDialog> m_dialog;
+    GtkWidget* m_box = nullptr;
+    gulong m_handler = 0;
+    bool m_answered = false;
+
+    wxDECLARE_NO_COPY_CLASS(Ending);
+};
+
+void Cancel(wxDialog& dialog)
+{
+    if (GTK_IS_DIALOG(dialog.GetHandle())) {
+        gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), GTK_RESPONSE_CANCEL);
+    } else {
+        dialog.EndModal(wxID_CANCEL);
+    }
+}
 
 /// Runs inside the dialog's own loop.
 gboolean Operate(gpointer data)
 {
     const std::unique_ptr<Operation> operation(static_cast<Operation*>(data));
-    const wxWeakRef<wxDialog>& dialog = operation->dialog;
-    const wxString what = Describe(*dialog);
+    wxDialog& dialog = *operation->dialog;
+    const wxString what = Describe(dialog);
+    const Ending ending(dialog);
     EXPECT_TRUE(WaitFor((what + " on the screen and active").ToStdString(), [&] {
-        return !dialog || gtk_window_is_active(GTK_WINDOW(dialog->GetHandle())) != FALSE;
+        return ending.Ended() || IsActive(dialog);
     }));
-    if (dialog) {
-        operation->operate(*dialog);
+    if (!ending.Ended()) {
+        operation->operate(dialog);
     }
-    if (!WaitFor((what + " closed").ToStdString(), [&] { return !dialog || !dialog->IsModal(); })) {
+    if (!WaitFor((what + " closed").ToStdString(), [&] { return ending.Ended(); })) {
         ADD_FAILURE() << what << " stayed open";
-        dialog->EndModal(wxID_CANCEL);
+        Cancel(dialog);
     }
     return G_SOURCE_REMOVE;
 }
@@ -81,12 +141,24 @@ ExpectedDialogs::~ExpectedDialogs()
 
 void ExpectedDialogs::Message(const wxString& caption, const wxString& words)
 {
-    ExpectAnswered("message [" + caption + "] " + words, wxID_OK);
+    ExpectAnswered(BoxInWords("message", caption, words), wxID_OK);
 }
 
 void ExpectedDialogs::Question(const wxString& caption, const wxString& words, int answer)
 {
-    ExpectAnswered("question [" + caption + "] " + words, answer);
+    ExpectAnswered(BoxInWords("question", caption, words), answer);
+}
+
+void ExpectedDialogs::OpenedMessage(
+    const wxString& caption, const wxString& words, const std::function<void(wxDialog&)>& operate)
+{
+    ExpectOpened(BoxInWords("message", caption, words), operate);
+}
+
+void ExpectedDialogs::OpenedQuestion(
+    const wxString& caption, const wxString& words, const std::function<void(wxDialog&)>& operate)
+{
+    ExpectOpened(BoxInWords("question", caption, words), operate);
 }
 
 void ExpectedDialogs::File(

@@ -28,6 +28,16 @@ public:
     /// @param answer wxID_YES, wxID_NO, or wxID_CANCEL for closing it.
     void Question(const wxString& caption, const wxString& words, int answer);
 
+    /// The same, but the box really opens and is ended as Dialog() says.
+    void OpenedMessage(
+        const wxString& caption,
+        const wxString& words,
+        const std::function<void(wxDialog&)>& operate);
+    void OpenedQuestion(
+        const wxString& caption,
+        const wxString& words,
+        const std::function<void(wxDialog&)>& operate);
+
     /// Expects a file dialog, which really opens.
     /// @param path the file chosen there; nothing cancels.
     /// @param look sees the dialog before, for its directory, wildcard and style.

@@ -52,6 +52,14 @@ wxRect PlaceOf(GtkWidget* widget)
     return {place.x, place.y, place.width, place.height};
 }
 
+/// For a widget that has no drawing window of its own: its place is one inside its parent's.
+wxPoint ScreenMiddle(GtkWidget* widget)
+{
+    wxPoint origin;
+    gdk_window_get_origin(gtk_widget_get_window(widget), &origin.x, &origin.y);
+    return origin + Middle(PlaceOf(widget));
+}
+
 wxPoint CellOnScreen(wxGrid& grid, int row, int column)
 {
     const wxPoint inside = grid.CalcScrolledPosition(Middle(grid.CellToRect(row, column)));
@@ -114,10 +122,14 @@ void ClickRadioItem(wxRadioBox& radioBox, int item)
         return PlaceOf(one).y < PlaceOf(other).y;
     });
     GtkWidget* button = buttons.at(static_cast<std::size_t>(item));
-    // A radio button has no drawing window of its own: its place is one inside its parent's.
-    wxPoint origin;
-    gdk_window_get_origin(gtk_widget_get_window(button), &origin.x, &origin.y);
-    ClickOnScreen(origin + Middle(PlaceOf(button)));
+    ClickOnScreen(ScreenMiddle(button));
+}
+
+void ClickTab(wxNotebook& notebook, int page)
+{
+    auto* tabs = GTK_NOTEBOOK(notebook.GetHandle());
+    ClickOnScreen(
+        ScreenMiddle(gtk_notebook_get_tab_label(tabs, gtk_notebook_get_nth_page(tabs, page))));
 }
 
 void PressKey(int keyCode, int modifiers)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <wx/gdicmn.h>
 #include <wx/grid.h>
+#include <wx/notebook.h>
 #include <wx/radiobox.h>
 #include <wx/toplevel.h>
 
@@ -30,6 +31,9 @@ void DoubleClickCell(wxGrid& grid, int row, int column);
 
 /// Clicks on one item of a radio box with a single column.
 void ClickRadioItem(wxRadioBox& radioBox, int item);
+
+/// Clicks on the tab of a page.
+void ClickTab(wxNotebook& notebook, int page);
 
 /// Presses and releases a key.
 void PressKey(int keyCode, int modifiers = wxMOD_NONE);
