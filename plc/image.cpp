@@ -118,7 +118,7 @@ bool Image::IsOn(const Cell& cell) const
         return m_timers[cell.index].Output();
     if (cell.kind == Cell::Kind::Counter)
         return m_counters[cell.index].Output();
-    return (m_bytes[cell.index] >> cell.bit & 1U) != 0;
+    return ((static_cast<unsigned>(m_bytes[cell.index]) >> cell.bit) & 1U) != 0;
 }
 
 std::optional<std::uint32_t> Image::Read(const Operand& operand) const
