@@ -22,11 +22,11 @@ public:
         return high << goodBits | m_state >> goodBits;
     }
 
-    /// True once in @p seconds on average, when asked every @p interval seconds.
-    bool HappensOnceIn(double seconds, double interval)
+    /// True once in @p average seconds, when asked every @p elapsed seconds.
+    bool HappensOnceIn(double average, double elapsed)
     {
         constexpr double all = 4294967296.0;
-        return Next() / all < interval / seconds;
+        return Next() / all < elapsed / average;
     }
 
     /// From 0 to @p count - 1.

@@ -16,7 +16,6 @@
 namespace {
 
 using plc::Controller;
-using plc::ControllerStatus;
 using plc::Image;
 using std::chrono::milliseconds;
 

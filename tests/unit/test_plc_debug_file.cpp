@@ -1,7 +1,6 @@
 #include "debug_file.h"
 #include "test_plc_support.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +18,6 @@ namespace {
 
 using plctest::Assembled;
 using plctest::CyclicBlock;
-using testing::ElementsAre;
 
 struct ReadLine
 {
@@ -47,7 +45,7 @@ public:
         for (std::uint32_t i = 0; i < Number(index, 4); ++i) {
             const std::size_t at = index + 4 + i * 56;
             ReadBlock block;
-            block.name = m_bytes.substr(at, 48).c_str();
+            block.name = m_bytes.substr(at, std::min(m_bytes.find('\0', at) - at, std::size_t{48}));
             block.firstStep = Number(at + 48, 2);
             block.lines = Lines(Number(at + 52, 4), Number(at + 50, 2), block.firstStep);
             blocks.push_back(block);

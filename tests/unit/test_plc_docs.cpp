@@ -84,7 +84,10 @@ std::vector<std::string> Examples()
     }
     for (std::string& example : examples) {
         const bool isBlock = example.find("TITLE") != std::string::npos;
-        example = isBlock ? example + plctest::CyclicBlock("") : plctest::CyclicBlock(example);
+        if (isBlock)
+            example += plctest::CyclicBlock("");
+        else
+            example = plctest::CyclicBlock(example);
     }
     return examples;
 }

@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr int blocks = 400;
+constexpr std::size_t blocks = 400;
 constexpr std::size_t lastBlockLines = 65535;
-constexpr int addsPerBlock = 40;
+constexpr std::size_t addsPerBlock = 40;
 
 /// A block that adds 1 to MD0 as often as it says.
 std::string AddingBlock(const std::string& name, std::size_t additions, const std::string& calls)
@@ -24,7 +24,7 @@ std::string AddingBlock(const std::string& name, std::size_t additions, const st
     return text + " BE\n";
 }
 
-std::string NameOf(int block)
+std::string NameOf(std::size_t block)
 {
     return block < 300 ? "PB" + std::to_string(block) : "FB" + std::to_string(block);
 }
@@ -32,10 +32,10 @@ std::string NameOf(int block)
 std::string GeneratedSource()
 {
     std::string calls;
-    for (int block = 1; block < blocks; ++block)
+    for (std::size_t block = 1; block < blocks; ++block)
         calls += " BA " + NameOf(block) + "\n";
     std::string source = AddingBlock("OB1", 0, calls);
-    for (int block = 1; block < blocks - 1; ++block)
+    for (std::size_t block = 1; block < blocks - 1; ++block)
         source += AddingBlock(NameOf(block), addsPerBlock, "");
     // Title, remark and end fill the last one up.
     return source + AddingBlock(NameOf(blocks - 1), (lastBlockLines - 3) / 4, "// a remark\n");
@@ -95,7 +95,7 @@ TEST_F(LargeProgram, HasADebugFileWithEveryBlock)
         for (const plc::Line& line : block.lines)
             listing += line.text.size() + 1;
     }
-    EXPECT_EQ(out.str().size(), 12 + listing + 4 + 400 * 56);
+    EXPECT_EQ(out.str().size(), 12 + listing + 4 + blocks * 56);
 }
 
 TEST_F(LargeProgram, DoesNotRunDifferentlyWhileItIsWatched)
