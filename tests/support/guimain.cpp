@@ -16,7 +16,9 @@
 namespace {
 
 /// The toolkit's own, at the first layout of a notebook inside a frame.
-constexpr std::array<const char*, 1> knownCriticals = {"gtk_distribute_natural_allocation"};
+constexpr std::array<const char*, 2> knownCriticals = {
+    "gtk_distribute_natural_allocation: assertion 'extra_space >= 0' failed",
+    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook"};
 
 const char* MessageOf(const GLogField* fields, gsize count)
 {

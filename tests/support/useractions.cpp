@@ -70,8 +70,7 @@ wxPoint CellOnScreen(wxGrid& grid, int row, int column)
 
 testing::AssertionResult ShowActive(wxTopLevelWindow& window)
 {
-    window.Show();
-    window.Raise();
+    window.Show(); // no Raise(): it would map a window whose showing the toolkit still holds back
     return WaitFor("window active", [&] { return window.IsShownOnScreen() && window.IsActive(); });
 }
 
