@@ -11,7 +11,7 @@
 #include <wx/textctrl.h>
 
 #include <X11/keysym.h>
-#include <cstring>
+#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -36,7 +36,7 @@ bool IsOnScreen(GtkWidget* widget)
     return widget != nullptr && gtk_widget_get_mapped(widget) != FALSE;
 }
 
-/// Collects the widgets of a type below @p widget, in the order in which they were added.
+/// Collects the widgets of a type below @p widget, in no particular order.
 void Collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found)
 {
     if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) {
@@ -330,6 +330,16 @@ testing::AssertionResult DebuggerTest::Shows(const Words& rows)
            << ", expected: " << testing::PrintToString(rows);
 }
 
+testing::AssertionResult DebuggerTest::Selects(const std::vector<int>& rows)
+{
+    if (HoldsOnGui([&] { return SelectedRows() == rows; })) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "rows selected: " << testing::PrintToString(OnGui(SelectedRows))
+           << ", expected: " << testing::PrintToString(rows);
+}
+
 testing::AssertionResult DebuggerTest::StatusReads(const std::string& text)
 {
     if (HoldsOnGui([&] { return StatusText() == text; })) {
@@ -486,6 +496,9 @@ void DebuggerTest::ChooseInBox(ControlId box, int item)
     hands.Click(OnGui([&] {
         std::vector<GtkWidget*> buttons;
         Collect(control()->GetHandle(), GTK_TYPE_RADIO_BUTTON, buttons);
+        std::sort(buttons.begin(), buttons.end(), [](GtkWidget* upper, GtkWidget* lower) {
+            return PlaceIn(upper, 0, 0).y < PlaceIn(lower, 0, 0).y;
+        });
         return MiddleOf(buttons.at(static_cast<std::size_t>(item)));
     }));
     ASSERT_TRUE(Await("the item chosen", [&] { return control()->GetSelection() == item; }));

@@ -69,6 +69,9 @@ protected:
     /// Waits until the watch list reads so.
     testing::AssertionResult Shows(const Words& rows);
 
+    /// Waits until these rows of the watch list are selected.
+    testing::AssertionResult Selects(const std::vector<int>& rows);
+
     /// Waits until field 0 of the status bar reads so.
     testing::AssertionResult StatusReads(const std::string& text);
 

@@ -42,7 +42,9 @@ public:
     Operator& operator=(Operator&&) = delete;
 
     /// A single click; never taken for the second half of a double click.
-    /// @param held the modifier key held meanwhile, 0 for none.
+    /// @param held the modifier key held meanwhile, 0 for none. What an earlier click leads to must
+    ///        have been awaited: while the window manager still holds that one back, this one waits
+    ///        behind it and the key is released before.
     void Click(const Spot& spot, XKey held = 0);
     void DoubleClick(const Spot& spot);
 
