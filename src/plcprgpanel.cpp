@@ -89,8 +89,8 @@ void PlcPrgPanel::OnScrollSendRequest()
 void PlcPrgPanel::AnswerPrgState(const CMD_DATA& answer)
 {
     const PrgStateAnswer state(answer);
-    const bool subscribed = reqFirstStep != noStep;
-    if (subscribed && state.First() == reqFirstStep && state.Last() == reqLastStep) {
+    // While nothing is subscribed the range is noStep, which no line carries.
+    if (state.First() == reqFirstStep && state.Last() == reqLastStep) {
         ApplyAnswer(state, m_stepIndex, m_lines);
         m_pGrid->UpdateShowBS();
     }

@@ -60,10 +60,8 @@ std::vector<DBG_BAUSTEIN_ENTRY> ReadBlockIndex(std::FILE* file)
     if (fseeko(file, indexOffsetPlace, SEEK_SET) != 0 || !ReadInto(file, indexOffset)) {
         return blocks;
     }
-    if (indexOffset >= 0) {
-        // The seek to a negative place would fail and leave the file where it stands.
-        fseeko(file, indexOffset, SEEK_SET);
-    }
+    // The seek to a negative place fails and leaves the file where it stands.
+    fseeko(file, indexOffset, SEEK_SET);
     if (!ReadInto(file, count)) {
         return blocks;
     }

@@ -179,6 +179,34 @@ TEST_F(PlcPrgGridTest, RequestsNothingWhereOnlyNonExecutableLinesAreOnScreen)
     EXPECT_EQ(Shown(0), "1/6");
 }
 
+TEST_F(PlcPrgGridTest, RequestsARowOfWhichAnyColumnHasAnEdgeOnScreen)
+{
+    constexpr int wide = 2000;
+    OpenOnPage({{"OB1", 0, ExecutableLines(300)}});
+    const std::vector<int> narrow = {
+        m_grid->GetColSize(0), m_grid->GetColSize(1), m_grid->GetColSize(2)};
+    int unitWidth = 0;
+    int unused = 0;
+    m_grid->GetScrollPixelsPerUnit(&unitWidth, &unused);
+    const auto requests = [&](int wideColumn, int scrolledOut) {
+        for (int column = 0; column < 3; ++column) {
+            const auto width = narrow[static_cast<std::size_t>(column)];
+            m_grid->SetColSize(column, column == wideColumn ? wide : width);
+        }
+        m_grid->Scroll(scrolledOut / unitWidth, 0);
+        m_panel->SendPrgStateRequest(noStep, noStep);
+        m_grid->ClearIdxRequestRows();
+        TakeRequests();
+        m_grid->DoPrgStateRequest();
+        return TakeRequests().size();
+    };
+
+    EXPECT_EQ(requests(0, 0), 1U);
+    EXPECT_EQ(requests(1, narrow[0]), 1U);
+    EXPECT_EQ(requests(2, wide), 1U);
+    EXPECT_EQ(requests(2, wide / 2), 0U);
+}
+
 TEST_F(PlcPrgGridTest, RequestsAtMost98StepsAndMovesTheWholeRangeWithTheView)
 {
     OpenOnPage({{"OB1", 0, ExecutableLines(300)}});

@@ -250,6 +250,7 @@ TEST_F(PlcPrgPage, WithNothingLaidOutWhenItIsTurnedToRequestsAtTheNextTick)
     wxWindow* gridWindow = m_grid->GetGridWindow();
     const wxSize size = gridWindow->GetSize();
     gridWindow->SetSize(0, 0);
+    m_grid->TakeScrollPending(); // set when the cursor came to the first row
     m_notebook->SetSelection(1);
     EXPECT_THAT(TakeRequests(), IsEmpty());
 
