@@ -9,6 +9,7 @@
 #include "plcprgpanel_file.h"
 #include "plcvarpanel.h"
 
+#include <gtk/gtk.h>
 #include <wx/filedlg.h>
 #include <wx/sizer.h>
 
@@ -55,14 +56,27 @@ constexpr MenuItem helpItems[] = {
     {wxID_HELP, TextId::MenuInfo, TextId::MenuInfoKey, TextId::MenuInfo},
 };
 
+/// Takes away the accelerator that the toolkit gives an item with a standard id when its label
+/// names none.
+void RemoveAccelerator(const wxMenu& menu, const wxMenuItem& item)
+{
+    GList* closures = gtk_widget_list_accel_closures(item.GetMenuItem());
+    for (GList* node = closures; node != nullptr; node = node->next) {
+        gtk_accel_group_disconnect(menu.m_accel, static_cast<GClosure*>(node->data));
+    }
+    g_list_free(closures);
+}
+
 template <std::size_t count> wxMenu* CreateMenu(const MenuItem (&items)[count])
 {
     auto* menu = new wxMenu;
     for (const MenuItem& item : items) {
-        menu->Append(
-            item.id,
-            ItemLabel(LanguageText(item.label), LanguageText(item.acceleratorLetter)),
-            LanguageText(item.help));
+        const wxString label =
+            ItemLabel(LanguageText(item.label), LanguageText(item.acceleratorLetter));
+        const wxMenuItem* appended = menu->Append(item.id, label, LanguageText(item.help));
+        if (label.find('\t') == wxString::npos) {
+            RemoveAccelerator(*menu, *appended);
+        }
     }
     return menu;
 }
