@@ -70,8 +70,13 @@ wxPoint CellOnScreen(wxGrid& grid, int row, int column)
 
 testing::AssertionResult ShowActive(wxTopLevelWindow& window)
 {
-    window.Show(); // no Raise(): it would map a window whose showing the toolkit still holds back
-    return WaitFor("window active", [&] { return window.IsShownOnScreen() && window.IsActive(); });
+    // The toolkit holds the showing back until the window manager has told how wide its borders
+    // are, and sizes the window anew then; a Raise() would map it before.
+    const wxSize size = window.GetSize();
+    window.Show();
+    return WaitFor("window active, in its size", [&] {
+        return window.IsShownOnScreen() && window.IsActive() && window.GetSize() == size;
+    });
 }
 
 testing::AssertionResult Focus(wxWindow& control)

@@ -1,0 +1,112 @@
+#include "debugframe.h"
+
+#include "debugfile.h"
+#include "useractions.h"
+#include "waitfor.h"
+
+#include <fstream>
+
+namespace {
+
+/// Looks for a window of a class below another one.
+template <typename Window> Window* FindBelow(const wxWindow& parent)
+{
+    for (wxWindow* child : parent.GetChildren()) {
+        if (auto* found = dynamic_cast<Window*>(child)) {
+            return found;
+        }
+        if (auto* found = FindBelow<Window>(*child)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DebugFrame::DebugFrame() : host(dir.File("prog"))
+{
+    WriteNumberedTexts(dir.Path());
+    dir.Write("prog_plcdbgi.dat", DebugFile({{"OB 1", 0, ExecutableLines(3)}}));
+}
+
+DebugFrame::~DebugFrame()
+{
+    if (frame) {
+        delete frame.get();
+    }
+}
+
+void DebugFrame::Configure(const std::string& lastFile) const
+{
+    dir.Write(
+        "plcdebug.ini",
+        "[Settings]\nLanguagePath=" + dir.Path().string() + "\nLanguage=" + numberedLanguage +
+            "\n" + (lastFile.empty() ? "" : "PLCLastFile=" + lastFile + "\n"));
+}
+
+void DebugFrame::Open()
+{
+    frame = new PlcDebugFrame(nullptr, host.init);
+    panel = FindBelow<PlcVarPanel>(*frame);
+    grid = FindBelow<PlcVarGrid>(*frame);
+    notebook = FindBelow<PlcNoteBook>(*frame);
+    ASSERT_TRUE(panel != nullptr && grid != nullptr && notebook != nullptr);
+    ASSERT_TRUE(ShowActive(*frame));
+    RunPending();
+}
+
+void DebugFrame::OpenOn(const std::string& lines)
+{
+    Configure(dir.Write("last.plc", lines));
+    Open();
+    host.requests.clear();
+}
+
+void DebugFrame::Choose(int menuItem)
+{
+    frame->ProcessCommand(menuItem);
+    RunPending();
+}
+
+void DebugFrame::ChangeList()
+{
+    grid->SelectBlock(0, 0, 0, varColumnCount - 1);
+    wxCommandEvent remove;
+    panel->OnButtonDelete(remove);
+    ASSERT_TRUE(panel->IsModified());
+    host.requests.clear();
+}
+
+void DebugFrame::Answer(std::uint16_t key, std::int32_t value)
+{
+    const CMD_DATA answer = ReadAnswer(key, value);
+    EXPECT_EQ(frame->ProcessAnswerReadVar(reinterpret_cast<const unsigned char*>(&answer)), 1);
+}
+
+std::vector<std::string> DebugFrame::Column(int column) const
+{
+    std::vector<std::string> cells;
+    for (int row = 0; row < grid->GetNumberRows(); ++row) {
+        cells.push_back(grid->GetCellValue(row, column).ToStdString());
+    }
+    return cells;
+}
+
+std::string DebugFrame::LastFileInConfiguration() const
+{
+    const std::string key = "PLCLastFile=";
+    std::ifstream file(dir.File("plcdebug.ini"));
+    for (std::string line; std::getline(file, line);) {
+        if (line.rfind(key, 0) == 0) {
+            return line.substr(key.size());
+        }
+    }
+    return "";
+}
+
+void DebugFrame::Destroy()
+{
+    delete frame.get();
+    panel = nullptr;
+}

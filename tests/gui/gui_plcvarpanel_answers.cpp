@@ -1,0 +1,182 @@
+#include "useractions.h"
+#include "waitfor.h"
+#include "watchpage.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class VarPanelAnswers : public WatchPage
+{
+};
+
+class VarPanelRelease : public WatchPage
+{
+};
+
+} // namespace
+
+// ---- Answers
+
+TEST_F(VarPanelAnswers, ShowsAnAnswerSignExtendedByTheVariablesSize)
+{
+    Load({"MB1/D", "MW2/H", "MD4/G", "M5.0/B", "T5/D"});
+
+    Answer(0, 0xFF);
+    Answer(1, 0x8000);
+    Answer(2, 0x3FC00000);
+    Answer(3, 3);
+    Answer(4, -5);
+
+    EXPECT_THAT(Column(1), ElementsAre("-1", "FFFF8000", "1.500000", "1", "-5"));
+}
+
+TEST_F(VarPanelAnswers, RefreshesTheWholeRowForAnEqualAnswerToo)
+{
+    Load({"MB1/D"});
+    Answer(0, 5);
+    for (int column = 0; column < 3; ++column) {
+        grid->SetCellValue(0, column, "x");
+    }
+
+    Answer(0, 5);
+
+    EXPECT_EQ(Cell(0, 0), "MB 1");
+    EXPECT_EQ(Cell(0, 1), "5");
+    EXPECT_EQ(Cell(0, 2), "T30");
+}
+
+TEST_F(VarPanelAnswers, ShowsAnAnswerOfZeroInsteadOfTheQuestionMark)
+{
+    Load({"MB1/D"});
+
+    Answer(0, 0);
+
+    EXPECT_EQ(Cell(0, 1), "0");
+}
+
+TEST_F(VarPanelAnswers, DropsAnAnswerWithAnUnknownId)
+{
+    Load({"MB1/D"});
+
+    Answer(1, 5);
+    Answer(65535, 5);
+
+    EXPECT_THAT(Column(1), ElementsAre("?"));
+}
+
+TEST_F(VarPanelAnswers, GivesEveryAnswerToTheFirstVariableWithItsId)
+{
+    Load({"MB1/D", "MB2/D"});
+
+    Answer(0, 1);
+    Answer(1, 2);
+    Answer(0, 3);
+
+    EXPECT_THAT(Column(1), ElementsAre("3", "2"));
+}
+
+TEST_F(VarPanelAnswers, WidensItsColumnsForALongerAnswer)
+{
+    Load({"MD0/B"});
+    const int before = grid->GetColSize(1);
+
+    Answer(0, -1);
+
+    EXPECT_GT(grid->GetColSize(1), before);
+}
+
+// ---- Reset and release
+
+TEST_F(VarPanelRelease, ReleasesEverythingAtAResetAndKeepsCountingIds)
+{
+    Load({"MB1/D", "MB2/D"});
+    ExpectAddress("T9", "3");
+    ClickAndWait(*define, [this] { return grid->GetNumberRows() == 3; });
+    host.requests.clear();
+
+    panel->Reset();
+
+    EXPECT_THAT(host.TakeInWords(), ElementsAre("release 0", "release 1", "release 2"));
+    EXPECT_EQ(grid->GetNumberRows(), 0);
+    EXPECT_FALSE(panel->IsModified());
+
+    ExpectAddress("T9", "1.1");
+    ClickAndWait(*define, [this] { return grid->GetNumberRows() == 1; });
+    EXPECT_THAT(host.InWords(), ElementsAre("read 3 A1.1", "start 3"));
+}
+
+TEST_F(VarPanelRelease, ResetsAnEmptyListInSilence)
+{
+    panel->Reset();
+
+    EXPECT_THAT(host.InWords(), IsEmpty());
+    EXPECT_EQ(grid->GetNumberRows(), 0);
+}
+
+TEST_F(VarPanelRelease, ReleasesEverythingAndKeepsTheListWhenItFinishes)
+{
+    Load({"MB1/D", "MB2/D"});
+
+    panel->FinishVarRequest();
+
+    EXPECT_THAT(host.InWords(), ElementsAre("release 0", "release 1"));
+    EXPECT_EQ(grid->GetNumberRows(), 2);
+}
+
+TEST_F(VarPanelRelease, ThrowsATypedValueAwayAtAReset)
+{
+    Load({"MB1/D"});
+    OpenEditor(0);
+    Type("77");
+    ASSERT_TRUE(WaitFor("typed", [this] { return EditorText() == "77"; }));
+
+    panel->Reset();
+    RunPending();
+
+    EXPECT_THAT(host.InWords(), ElementsAre("release 0"));
+}
+
+TEST_F(VarPanelRelease, SendsNothingAfterItWasDisconnected)
+{
+    Load({"MB1/D"});
+
+    panel->Disconnect();
+    panel->FinishVarRequest();
+    panel->Reset();
+
+    EXPECT_THAT(host.InWords(), IsEmpty());
+}
+
+// ---- Threads and missing callbacks
+
+TEST_F(VarPanelRelease, CallsTheHostOnTheGuiThreadOnly)
+{
+    Load({"MB1/D"});
+    panel->FinishVarRequest();
+
+    ASSERT_FALSE(host.requests.empty());
+    for (const RecordedRequest& request : host.requests) {
+        EXPECT_EQ(request.thread, std::this_thread::get_id());
+    }
+}
+
+TEST(VarPanelOfAHostWithoutCallbacks, WorksAndSendsNothing)
+{
+    const NumberedTexts texts;
+    const TempDir dir;
+    wxFrame frame(nullptr, wxID_ANY, "watch page");
+    frame.CreateStatusBar(1);
+    auto* panel = new PlcVarPanel(&frame, PLC_DBG_INIT{}, &frame);
+
+    EXPECT_TRUE(panel->LoadFile(dir.Write("a.plc", "MB1/D\n")));
+    panel->SendWriteVarRequest(PlcDebugVar());
+    panel->Reset();
+
+    EXPECT_FALSE(panel->IsModified());
+}
