@@ -282,7 +282,7 @@ TEST_F(LifeCycle, APathThatIsNoTextInTheLocaleIsAMissingFileOnly)
 {
     const std::string path = "/\xff\xfe/no such folder/machine";
     host.init.szPath[path.copy(host.init.szPath, PLC_PATH_SIZE)] = '\0';
-    PostToGui([this] { plugin.create(&host.init); });
+    OpenBehindMessages();
 
     for (int box = 0; box < 2; ++box) {
         const auto isOpen = [this] { return watch.Innermost() != nullptr; };
@@ -290,5 +290,5 @@ TEST_F(LifeCycle, APathThatIsNoTextInTheLocaleIsAMissingFileOnly)
         EXPECT_TRUE(AnswerDialog(OnGui([this] { return watch.InnermostInWords(); }), wxID_OK));
     }
 
-    EXPECT_TRUE(Await("the window", [] { return Frame() != nullptr && Frame()->IsShown(); }));
+    EXPECT_TRUE(WindowOpens());
 }

@@ -9,17 +9,6 @@ namespace {
 class ListFile : public DebuggerTest
 {
 protected:
-    /// Creates the debugger where a message is expected while it loads the last list.
-    void OpenInBackground()
-    {
-        PostToGui([this] { plugin.create(&host.init); });
-    }
-
-    testing::AssertionResult WindowOpens()
-    {
-        return Await("the window", [] { return Frame() != nullptr && Frame()->IsShown(); });
-    }
-
     /// @return the number of rows and the last operand.
     static std::pair<std::size_t, std::string> Extent()
     {
@@ -108,7 +97,7 @@ TEST_F(ListFile, AnyLineEndAndAByteOrderMarkAreRead)
 TEST_F(ListFile, ARefusedAddressIsReportedAndTheLoadGoesOn)
 {
     UseList({"MW1/D", "EB64/D", "MW3/D"});
-    OpenInBackground();
+    OpenBehindMessages();
 
     EXPECT_TRUE(AnswerDialog("message [T97] T88 64", wxID_OK));
 
@@ -129,7 +118,7 @@ TEST_F(ListFile, TwentyOneLinesLoadWithoutAMessage)
 TEST_F(ListFile, OfTwentyFiveLinesTwentyOneAreLoadedAndTheListCountsAsModified)
 {
     UseList(ManyLines(25));
-    OpenInBackground();
+    OpenBehindMessages();
 
     EXPECT_TRUE(AnswerDialog("message [T99] T98 20", wxID_OK));
 
@@ -144,7 +133,7 @@ TEST_F(ListFile, AMissingLastFileIsReportedAndTheWindowOpensEmpty)
 {
     const std::string path = files.File("gone.plc");
     Configure("PLCLastFile", path);
-    OpenInBackground();
+    OpenBehindMessages();
 
     EXPECT_TRUE(AnswerDialog("message [T99] T92 " + path, wxID_OK));
 

@@ -238,6 +238,16 @@ testing::AssertionResult DebuggerTest::Open()
     if (Create() != 1) {
         return testing::AssertionFailure() << "the debugger is not created";
     }
+    return WindowOpens();
+}
+
+void DebuggerTest::OpenBehindMessages()
+{
+    PostToGui([this] { plugin.create(&host.init); });
+}
+
+testing::AssertionResult DebuggerTest::WindowOpens()
+{
     testing::AssertionResult shown =
         Await("the frame on the screen", [this] { return IsSettled(hands); });
     if (shown) {

@@ -45,6 +45,12 @@ protected:
     /// Creates the debugger and waits until its window is active.
     testing::AssertionResult Open();
 
+    /// Creates the debugger where a message holds the creation up; WindowOpens() follows.
+    void OpenBehindMessages();
+
+    /// Waits until the window is there and active.
+    testing::AssertionResult WindowOpens();
+
     /// Waits until nothing moves in the window any more.
     testing::AssertionResult AwaitStill();
 

@@ -1,0 +1,167 @@
+#include "debuggertest.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+// Answers from several threads at once, of any length, and from inside the requests.
+
+namespace {
+
+constexpr int threadCount = 4;
+constexpr int answersEach = 2000;
+
+class Answers : public DebuggerTest
+{
+protected:
+    void SetUp() override
+    {
+        UseList({"MD0/D", "MD4/D", "MD8/D", "MD12/D"});
+        ASSERT_TRUE(Open());
+        TakeRequests();
+    }
+
+    /// Has every thread answer for a variable of its own with 1, 2, and so on.
+    void AnswerFromAllThreads()
+    {
+        std::vector<std::thread> threads;
+        for (std::uint16_t key = 0; key < threadCount; ++key) {
+            threads.emplace_back([this, key] {
+                for (int value = 1; value <= answersEach; ++value) {
+                    taken += Answer(key, value);
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+
+    static Words RowsWith(int value)
+    {
+        const std::string shown = "|" + std::to_string(value) + "|T30";
+        return {"MD 0" + shown, "MD 4" + shown, "MD 8" + shown, "MD 12" + shown};
+    }
+
+    std::atomic<int> taken = 0;
+};
+
+} // namespace
+
+TEST_F(Answers, OfFourThreadsAreAllTakenAndTheNewestOfEachIsShown)
+{
+    AnswerFromAllThreads();
+
+    EXPECT_EQ(taken, threadCount * answersEach);
+    EXPECT_TRUE(Shows(RowsWith(answersEach)));
+}
+
+TEST_F(Answers, OfFourThreadsAreShownBehindAnOpenDialog)
+{
+    Click(defineButton);
+    ASSERT_TRUE(DialogOpens("dialog [T9]"));
+
+    AnswerFromAllThreads();
+
+    EXPECT_TRUE(Shows(RowsWith(answersEach)));
+    EXPECT_TRUE(AnswerDialog("dialog [T9]", wxID_CANCEL));
+}
+
+TEST_F(Answers, OfFourThreadsMayMeetTheClosingWindow)
+{
+    std::thread answering([this] { AnswerFromAllThreads(); });
+    CloseFrame();
+    EXPECT_TRUE(FrameGoes());
+    answering.join();
+
+    EXPECT_TRUE(Await("answers dropped", [this] { return Answer(0, 1) == 0; }));
+}
+
+TEST_F(Answers, TheNewestOfOneKeyWins)
+{
+    OnGui([this] { // between two ticks
+        Answer(1, 10);
+        Answer(3, 20);
+        Answer(1, 30);
+    });
+
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|30|T30", "MD 8|?|T30", "MD 12|20|T30"}));
+    Answer(1, 40);
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|40|T30", "MD 8|?|T30", "MD 12|20|T30"}));
+}
+
+TEST_F(Answers, GivenInsideARequestAreShown)
+{
+    OnGui([this] {
+        host.reaction = [this](const RecordedRequest& request) {
+            if (request.callback == RecordedRequest::Callback::Read) {
+                Answer(request.record.key, 7);
+            }
+        };
+    });
+
+    Click(defineButton);
+    ASSERT_TRUE(DialogOpens("dialog [T9]"));
+    TypeAddress("16");
+    ClickInDialog(wxID_OK);
+
+    EXPECT_TRUE(Await("the answer shown", [] {
+        return WatchList().size() == 5 && WatchList()[4] == "MD 16|7|T30";
+    }));
+}
+
+TEST_F(Answers, ShorterThanAValueCountTheMissingBytesAsZero)
+{
+    CMD_DATA answer = ReadAnswer(2, 0x01020304);
+    answer.length = 8;
+
+    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|772|T30", "MD 12|?|T30"}));
+}
+
+TEST_F(Answers, OfAWildLengthAreClamped)
+{
+    CMD_DATA answer = ReadAnswer(2, 5);
+    answer.length = 0xFFFF;
+
+    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+}
+
+TEST_F(Answers, MayStandAtAnOddAddressAndTheirBufferMayBeReusedAtOnce)
+{
+    std::vector<unsigned char> buffer(PLC_CMD_SIZE + 1);
+    const CMD_DATA answer = ReadAnswer(2, 5);
+    std::memcpy(buffer.data() + 1, &answer, sizeof answer);
+
+    EXPECT_EQ(plugin.answerReadVar(buffer.data() + 1), 1);
+    std::fill(buffer.begin(), buffer.end(), '\xFF');
+
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+}
+
+TEST_F(Answers, OfAnyCommandWordAreTaken)
+{
+    CMD_DATA answer = ReadAnswer(2, 5);
+    answer.command = 0;
+
+    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+
+    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+}
+
+TEST_F(Answers, ForStepsThatNobodyAskedForAreDropped)
+{
+    CMD_DATA answer{};
+    answer.length = 14;
+    std::memset(answer.payload, 0xFF, sizeof answer.payload); // first and last step -1
+
+    EXPECT_EQ(plugin.answerProgramState(reinterpret_cast<unsigned char*>(&answer)), 1);
+    AwaitThreeTicks();
+
+    EXPECT_EQ(OnGui([] { return GridOn(programPage).GetCellValue(0, 0); }), "?");
+}
