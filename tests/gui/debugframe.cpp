@@ -24,17 +24,16 @@ template <typename Window> Window* FindBelow(const wxWindow& parent)
 
 } // namespace
 
-DebugFrame::DebugFrame() : host(dir.File("prog"))
+void DebugFrame::SetUp()
 {
     WriteNumberedTexts(dir.Path());
     dir.Write("prog_plcdbgi.dat", DebugFile({{"OB 1", 0, ExecutableLines(3)}}));
 }
 
-DebugFrame::~DebugFrame()
+void DebugFrame::TearDown()
 {
-    if (frame) {
-        delete frame.get();
-    }
+    host.reaction = nullptr; // what it refers to went with the body of the test
+    delete frame.get();
 }
 
 void DebugFrame::Configure(const std::string& lastFile) const
@@ -87,6 +86,7 @@ void DebugFrame::Answer(std::uint16_t key, std::int32_t value)
 std::vector<std::string> DebugFrame::Column(int column) const
 {
     std::vector<std::string> cells;
+    cells.reserve(static_cast<std::size_t>(grid->GetNumberRows()));
     for (int row = 0; row < grid->GetNumberRows(); ++row) {
         cells.push_back(grid->GetCellValue(row, column).ToStdString());
     }

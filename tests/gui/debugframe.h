@@ -20,12 +20,8 @@
 class DebugFrame : public testing::Test
 {
 protected:
-    DebugFrame();
-    ~DebugFrame() override;
-    DebugFrame(const DebugFrame&) = delete;
-    DebugFrame(DebugFrame&&) = delete;
-    DebugFrame& operator=(const DebugFrame&) = delete;
-    DebugFrame& operator=(DebugFrame&&) = delete;
+    void SetUp() override;
+    void TearDown() override;
 
     /// Writes the configuration with the language and, if there is one, the last list file.
     void Configure(const std::string& lastFile = "") const;
@@ -51,7 +47,7 @@ protected:
     void Destroy();
 
     TempDir dir;
-    RecordingHost host;
+    RecordingHost host{dir.File("prog")};
     ExpectedDialogs dialogs;
     wxWeakRef<PlcDebugFrame> frame;
     PlcVarPanel* panel = nullptr;

@@ -17,11 +17,10 @@ constexpr int frameHeight = 480;
 
 } // namespace
 
-WatchPage::WatchPage()
-    : frame(new wxFrame(
-          nullptr, wxID_ANY, "watch page", wxDefaultPosition, {frameWidth, frameHeight})),
-      panel(nullptr)
+void WatchPage::SetUp()
 {
+    frame = new wxFrame(
+        nullptr, wxID_ANY, "watch page", wxDefaultPosition, wxSize(frameWidth, frameHeight));
     frame->CreateStatusBar(1);
     panel = new PlcVarPanel(frame, host.init, frame);
     auto* sizer = new wxBoxSizer(wxVERTICAL);
@@ -36,18 +35,15 @@ WatchPage::WatchPage()
     define = dynamic_cast<wxButton*>(panel->FindWindow(idDefine));
     modify = dynamic_cast<wxButton*>(panel->FindWindow(idModify));
     remove = dynamic_cast<wxButton*>(panel->FindWindow(idDelete));
-}
-
-WatchPage::~WatchPage()
-{
-    delete frame;
-}
-
-void WatchPage::SetUp()
-{
     ASSERT_TRUE(grid != nullptr && define != nullptr && modify != nullptr && remove != nullptr);
     ASSERT_TRUE(ShowActive(*frame));
     RunPending();
+}
+
+void WatchPage::TearDown()
+{
+    host.reaction = nullptr; // what it refers to went with the body of the test
+    delete frame;
 }
 
 void WatchPage::Load(const std::vector<std::string>& lines)
@@ -108,6 +104,7 @@ std::string WatchPage::Cell(int row, int column) const
 std::vector<std::string> WatchPage::Column(int column) const
 {
     std::vector<std::string> cells;
+    cells.reserve(static_cast<std::size_t>(grid->GetNumberRows()));
     for (int row = 0; row < grid->GetNumberRows(); ++row) {
         cells.push_back(Cell(row, column));
     }

@@ -23,14 +23,8 @@ class WatchPage : public testing::Test
 protected:
     using Rows = std::vector<std::pair<int, int>>;
 
-    WatchPage();
-    ~WatchPage() override;
-    WatchPage(const WatchPage&) = delete;
-    WatchPage(WatchPage&&) = delete;
-    WatchPage& operator=(const WatchPage&) = delete;
-    WatchPage& operator=(WatchPage&&) = delete;
-
     void SetUp() override;
+    void TearDown() override;
 
     /// Loads a list and forgets the requests that this makes; the ids go on from the last one.
     void Load(const std::vector<std::string>& lines);
@@ -69,8 +63,8 @@ protected:
     TempDir dir;
     RecordingHost host;
     ExpectedDialogs dialogs;
-    wxFrame* frame;
-    PlcVarPanel* panel;
+    wxFrame* frame = nullptr;
+    PlcVarPanel* panel = nullptr;
     PlcVarGrid* grid = nullptr;
     wxButton* define = nullptr;
     wxButton* modify = nullptr;
