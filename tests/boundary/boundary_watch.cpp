@@ -195,9 +195,10 @@ TEST_F(WatchPage, ModifyAndDeleteWithNothingSelectedAreRefused)
 TEST_F(WatchPage, TheTwentyFirstVariableIsRefused)
 {
     for (int number = 0; number < 20; ++number) {
-        DefineMore(std::to_string(number) + ".0");
         const std::string id = std::to_string(number);
-        ASSERT_TRUE(Requests({"read " + id + " A" + id + ".0", "start " + id}));
+        const std::string address = id + ".0";
+        DefineMore(address);
+        ASSERT_TRUE(Requests({"read " + id + " A" + address, "start " + id}));
     }
 
     DefineMore("20.0");

@@ -202,7 +202,7 @@ void DebuggerTest::Configure(const std::string& key, const std::string& value)
     m_settings[key] = value;
     std::string text = "[Settings]\n";
     for (const auto& [name, setting] : m_settings) {
-        text += name + "=" + setting + "\n";
+        text.append(name).append("=").append(setting).append("\n");
     }
     files.Write("plcdebug.ini", text);
 }
@@ -213,7 +213,7 @@ std::string DebuggerTest::UseList(const Words& lines)
     for (const std::string& line : lines) {
         text += line + "\n";
     }
-    const std::string path = files.Write("list.plc", text);
+    std::string path = files.Write("list.plc", text);
     Configure("PLCLastFile", path);
     return path;
 }
@@ -266,7 +266,7 @@ testing::AssertionResult DebuggerTest::AwaitStill()
     return still;
 }
 
-int DebuggerTest::Answer(std::uint16_t key, std::int32_t value)
+int DebuggerTest::Answer(std::uint16_t key, std::int32_t value) const
 {
     CMD_DATA answer = ReadAnswer(key, value);
     return plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer));

@@ -22,7 +22,6 @@ class DebuggerTest : public testing::Test
 {
 protected:
     DebuggerTest();
-    ~DebuggerTest() override = default;
     void TearDown() override;
 
     // The machine's files
@@ -55,7 +54,7 @@ protected:
     testing::AssertionResult AwaitStill();
 
     /// Answers from the test's own thread. @return what the export says.
-    int Answer(std::uint16_t key, std::int32_t value);
+    int Answer(std::uint16_t key, std::int32_t value) const;
 
     /// @return all requests since the last look, in words, oldest first.
     Words TakeRequests();

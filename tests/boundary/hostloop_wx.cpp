@@ -25,6 +25,8 @@ void QuitLoop()
     wxTheApp->ExitMainLoop();
 }
 
+} // namespace
+
 class HostApp : public wxApp
 {
 public:
@@ -62,8 +64,6 @@ public:
         return wxApp::OnExit();
     }
 };
-
-} // namespace
 
 wxIMPLEMENT_APP_NO_MAIN(HostApp);
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 // The names of the X library, whose header defines macros that nobody can live with.
-using XDisplay = struct _XDisplay;
+using XDisplay = struct _XDisplay; // NOLINT(bugprone-reserved-identifier): the library's own name
 using XWindow = unsigned long;
 using XKey = unsigned long;
 
