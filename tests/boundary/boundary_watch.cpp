@@ -195,10 +195,9 @@ TEST_F(WatchPage, ModifyAndDeleteWithNothingSelectedAreRefused)
 TEST_F(WatchPage, TheTwentyFirstVariableIsRefused)
 {
     for (int number = 0; number < 20; ++number) {
-        const std::string id = std::to_string(number);
-        const std::string address = id + ".0";
-        DefineMore(address);
-        ASSERT_TRUE(Requests({"read " + id + " A" + address, "start " + id}));
+        DefineMore(std::to_string(number) + ".0");
+        ASSERT_TRUE(Await("requests", [this] { return host.requests.size() == 2; }));
+        TakeRequests();
     }
 
     DefineMore("20.0");
