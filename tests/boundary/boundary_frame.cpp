@@ -40,6 +40,12 @@ protected:
             {{51, "N"}, {54, "O"}, {57, "W"}, {60, "S"}, {63, "A"}, {103, "Q"}, {66, "I"}});
     }
 
+    void PressCtrl(XKey letter)
+    {
+        ASSERT_TRUE(FrameGetsKeyboard());
+        hands.Press(letter, XK_Control_L);
+    }
+
     void Define(const std::string& address)
     {
         Click(defineButton);
@@ -125,8 +131,8 @@ TEST_F(FrameTest, AMissingEmptyOrDottedLetterGivesNoAccelerator)
 
     EXPECT_EQ(
         OnGui([] { return MenuItems(0); }), (Words{"T50", "T53", "T56", "T59", "T62", "T102"}));
-    hands.Press(XK_o, XK_Control_L);
-    hands.Press(XK_w, XK_Control_L);
+    PressCtrl(XK_o);
+    PressCtrl(XK_w);
     AwaitThreeTicks();
     EXPECT_EQ(OnGui([this] { return watch.InnermostInWords(); }), "");
 }
@@ -136,8 +142,8 @@ TEST_F(FrameTest, AnItemWithoutALabelGetsNoLabelAndNoAcceleratorOfTheToolkit)
     WriteNumberedTexts(files.Path().string(), {{53, ""}, {59, ""}, {68, ""}, {69, ""}});
     ASSERT_TRUE(Open());
 
-    hands.Press(XK_o, XK_Control_L);
-    hands.Press(XK_s, XK_Control_L);
+    PressCtrl(XK_o);
+    PressCtrl(XK_s);
     AwaitThreeTicks();
 
     EXPECT_EQ(OnGui([this] { return watch.InnermostInWords(); }), "");
@@ -152,14 +158,14 @@ TEST_F(FrameTest, AcceleratorsRunTheCommands)
     ASSERT_TRUE(Open());
     TakeRequests();
 
-    hands.Press(XK_i, XK_Control_L);
+    PressCtrl(XK_i);
     EXPECT_TRUE(AnswerDialog("dialog [T67]", wxID_OK));
-    hands.Press(XK_n, XK_Control_L);
+    PressCtrl(XK_n);
     EXPECT_TRUE(Requests({"release 0"}));
     EXPECT_TRUE(Shows({}));
-    hands.Press(XK_o, XK_Control_L);
+    PressCtrl(XK_o);
     EXPECT_TRUE(AnswerDialog("file dialog [T76]", wxID_CANCEL));
-    hands.Press(XK_q, XK_Control_L);
+    PressCtrl(XK_q);
     EXPECT_TRUE(Await("the frame hidden", [] { return !Frame()->IsShown(); }));
 }
 

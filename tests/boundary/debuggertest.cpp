@@ -26,11 +26,6 @@ plchost::Plugin LoadPlugin()
     return std::get<plchost::Plugin>(loaded);
 }
 
-GtkWidget* TopLevelOf(const wxWindow& window)
-{
-    return gtk_widget_get_toplevel(window.GetHandle());
-}
-
 bool IsOnScreen(GtkWidget* widget)
 {
     return widget != nullptr && gtk_widget_get_mapped(widget) != FALSE;
@@ -253,7 +248,12 @@ testing::AssertionResult DebuggerTest::WindowOpens()
     if (shown) {
         shown = AwaitStill();
     }
-    return shown ? hands.Activate(OnGui([] { return TopLevelOf(*Frame()); })) : shown;
+    return shown ? FrameGetsKeyboard() : shown;
+}
+
+testing::AssertionResult DebuggerTest::FrameGetsKeyboard()
+{
+    return hands.Activate(OnGui([] { return Frame()->GetHandle(); }));
 }
 
 testing::AssertionResult DebuggerTest::AwaitStill()
@@ -412,6 +412,7 @@ void DebuggerTest::CloseFrame()
 
 void DebuggerTest::EnterValue(int row, const std::string& value)
 {
+    ASSERT_TRUE(FrameGetsKeyboard());
     ClickCell(row, 1);
     ASSERT_TRUE(Await("the cell chosen", [row] {
         const wxGrid& grid = GridOn(watchPage);

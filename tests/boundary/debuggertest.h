@@ -83,6 +83,9 @@ protected:
     /// Waits until the frame has gone.
     testing::AssertionResult FrameGoes();
 
+    /// Waits until keys go to the frame, which a dialog may have had in front of it.
+    testing::AssertionResult FrameGetsKeyboard();
+
     // The operator at the window
 
     void Click(ControlId button);

@@ -2,6 +2,7 @@
 #include "hostloop_inside.h"
 #include "wxhost.h"
 
+#include <gtk/gtk.h>
 #include <wx/app.h>
 #include <wx/menu.h>
 
@@ -23,6 +24,13 @@ void QuitLoop()
 {
     testsAreOver = true;
     wxTheApp->ExitMainLoop();
+}
+
+/// A message in front of a host window that is still being opened makes the toolkit complain.
+int RunTestsInOpenHost()
+{
+    const bool open = HoldsOnGui([] { return gtk_widget_get_mapped(hostFrame->GetHandle()) != 0; });
+    return open ? testsToRun() : EXIT_FAILURE;
 }
 
 } // namespace
@@ -54,7 +62,7 @@ public:
                 wxApp::OnRun();
             }
         };
-        testResult = RunTestsBeside(testsToRun, loop, QuitLoop);
+        testResult = RunTestsBeside(RunTestsInOpenHost, loop, QuitLoop);
         return testResult;
     }
 

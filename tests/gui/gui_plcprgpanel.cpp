@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <wx/stattext.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -28,10 +29,14 @@ std::optional<std::string> ThrownByPage(wxWindow& parent, const PLC_DBG_INIT& in
     return std::nullopt;
 }
 
-std::ptrdiff_t OpenFiles()
+/// @return how often this process has a file of a folder open.
+std::ptrdiff_t OpenFilesIn(const std::filesystem::path& folder)
 {
     const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
+    return std::count_if(begin(files), end(files), [&](const auto& file) {
+        std::error_code closedMeanwhile;
+        return read_symlink(file.path(), closedMeanwhile).parent_path() == folder;
+    });
 }
 
 DebugFileBlock Block(const std::string& name, std::uint16_t firstStep, int lineCount)
@@ -111,14 +116,13 @@ TEST_F(PlcPrgPage, OfAFileWithoutBlocksEndsInAnErrorAndLeavesNothingBehind)
 {
     WriteFile({});
     wxFrame frame(nullptr, wxID_ANY, "frame");
-    const std::ptrdiff_t filesBefore = OpenFiles();
 
     EXPECT_EQ(
         ThrownByPage(frame, m_host.init),
         "vector::_M_range_check: __n (which is 0) >= this->size() (which is 0)");
 
     EXPECT_THAT(frame.GetChildren(), testing::SizeIs(0));
-    EXPECT_EQ(OpenFiles(), filesBefore);
+    EXPECT_EQ(OpenFilesIn(m_dir.Path()), 0);
     EXPECT_THAT(TakeRequests(), IsEmpty());
 }
 
@@ -134,12 +138,11 @@ TEST_F(PlcPrgPage, OfAFileTooShortForAnIndexEndsInTheSameError)
 TEST_F(PlcPrgPage, WithoutABlockOfTheChosenNumberThrowsAndStaysUsable)
 {
     OpenOnPage({Block("OB1", 0, 3), Block("FB7", 3, 2)});
-    const std::ptrdiff_t filesBefore = OpenFiles();
 
     EXPECT_THROW(m_panel->LoadBS(2), std::out_of_range);
     EXPECT_THROW(m_panel->LoadBS(-1), std::out_of_range);
 
-    EXPECT_EQ(OpenFiles(), filesBefore);
+    EXPECT_EQ(OpenFilesIn(m_dir.Path()), 0);
     ASSERT_EQ(m_grid->GetNumberRows(), 3);
     EXPECT_EQ(m_grid->GetCellValue(2, 2), "OB1 2");
     m_grid->DoPrgStateRequest();
