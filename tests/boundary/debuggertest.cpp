@@ -520,6 +520,7 @@ void DebuggerTest::TypeAddress(const std::string& address)
     const auto control = [this] {
         return static_cast<wxTextCtrl*>(wxWindow::FindWindowById(addressField, watch.Innermost()));
     };
+    ASSERT_TRUE(hands.Activate(OnGui([this] { return watch.Innermost()->GetHandle(); })));
     hands.Click(OnGui([&] { return MiddleOf(control()->GetHandle()); }));
     ASSERT_TRUE(Await("the field focused", [&] { return control()->HasFocus(); }));
     hands.Press(XK_a, XK_Control_L);
