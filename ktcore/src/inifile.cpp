@@ -33,18 +33,24 @@ IniFile::IniFile(wxInputStream& text) : m_loaded(true), m_content(text)
     m_content.SetExpandEnvVars(false);
 }
 
-bool IniFile::Save()
+bool IniFile::SaveWith(const wxString& name, const wxString& value)
 {
     if (!m_loaded && wxFileName::FileExists(m_path)) {
         return false;
     }
     wxMemoryOutputStream stream;
-    if (!m_content.Save(stream, wxConvUTF8)) {
+    if (!m_content.Write(name, value) || !m_content.Save(stream, wxConvUTF8)) {
         return false;
     }
     std::string text(stream.GetSize(), '\0');
     stream.CopyTo(text.data(), text.size());
-    return KtReplaceFile(m_path, text);
+
+    // The toolkit reports success also for a key that the file marks as fixed ("!Key="), and
+    // joins lines of a file with zero bytes in them.
+    wxMemoryInputStream again(text.data(), text.size());
+    wxString taken;
+    return IniFile(again).Content().Read(name, &taken) && taken == value &&
+           KtReplaceFile(m_path, text);
 }
 
 wxString AbsolutePath(const wxString& path)

@@ -34,15 +34,16 @@ public:
     /// Reads a file. @param path absolute.
     explicit IniFile(const wxString& path);
 
-    /// Reads text that is no file; Save() is not for it.
+    /// Reads text that is no file; SaveWith() is not for it.
     explicit IniFile(wxInputStream& text);
 
     wxFileConfig& Content() { return m_content; }
 
-    /// Replaces the file atomically by the content; its mode stays, and so does a symbolic link to
-    /// it. A file that exists but was not read, or that is write-protected, is never replaced.
+    /// Gives a key a value and replaces the file atomically; its mode stays, and so does a symbolic
+    /// link to it. A file that exists but was not read, or that is write-protected, is never
+    /// replaced, nor by a text in which the key would have another value.
     /// @return false when the file is as it was.
-    bool Save();
+    bool SaveWith(const wxString& name, const wxString& value);
 
 private:
     ToolkitSilence m_silence; // first, so that it outlives the content

@@ -19,10 +19,5 @@ bool KtConfiguration::Get(const wxString& key, wxString& value) const
 
 bool KtConfiguration::Set(const wxString& key, const wxString& value)
 {
-    const wxString name = m_group + '/' + key;
-    IniFile file(m_file);
-    wxString taken;
-    // The toolkit reports success also for a key that the file marks as fixed ("!Key=").
-    return file.Content().Write(name, value) && file.Content().Read(name, &taken) &&
-           taken == value && file.Save();
+    return IniFile(m_file).SaveWith(m_group + '/' + key, value);
 }

@@ -340,6 +340,16 @@ TEST_F(KtConfigurationTest, AFileWithoutTheSectionHasNoKeysAndTakesOne)
     }
 }
 
+TEST_F(KtConfigurationTest, AKeyThatZeroBytesWouldSwallowIsNotWritten)
+{
+    const std::string file("[Other]\nA=1\0\0\n", 15);
+    WriteFile(File(), file);
+
+    EXPECT_FALSE(Settings().Set("Language", "en"));
+
+    EXPECT_EQ(ReadFile(File()), file);
+}
+
 TEST_F(KtConfigurationTest, AKeyThatTheFileMarksAsFixedIsNotChanged)
 {
     WriteFile(File(), "[Settings]\n!Language=de\n");
