@@ -1,5 +1,6 @@
 #include "plcprgpanel_state.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -70,6 +71,11 @@ void StepIndex::Build(const std::vector<DB_BAUSTEIN>& lines)
     }
 }
 
+std::int64_t StepIndex::Last() const
+{
+    return m_firstStep + static_cast<std::int64_t>(m_lineOfStep.size()) - 1;
+}
+
 std::optional<std::size_t> StepIndex::LineOf(std::int64_t step) const
 {
     const std::int64_t position = step - m_firstStep;
@@ -82,13 +88,14 @@ std::optional<std::size_t> StepIndex::LineOf(std::int64_t step) const
 void ApplyAnswer(
     const PrgStateAnswer& answer, const StepIndex& index, std::vector<DB_BAUSTEIN>& lines)
 {
-    for (std::int64_t step = answer.First(); step <= answer.Last(); ++step) {
-        if (const auto position = index.LineOf(step)) {
-            DB_BAUSTEIN& line = lines[*position];
-            const std::int64_t i = step - answer.First();
-            const auto value = answer.Value(i);
-            line.state = answer.State(i) ? L"1" : L"0";
-            line.value = value ? std::to_wstring(*value) : L"-";
-        }
+    // Only the block's own steps: an answer may claim to carry all 32 bits of them.
+    const std::int64_t first = std::max<std::int64_t>(answer.First(), index.First());
+    const std::int64_t last = std::min<std::int64_t>(answer.Last(), index.Last());
+    for (std::int64_t step = first; step <= last; ++step) {
+        DB_BAUSTEIN& line = lines[*index.LineOf(step)];
+        const std::int64_t i = step - answer.First();
+        const auto value = answer.Value(i);
+        line.state = answer.State(i) ? L"1" : L"0";
+        line.value = value ? std::to_wstring(*value) : L"-";
     }
 }

@@ -50,6 +50,11 @@ public:
     /// @param lines one block's, whose steps follow each other in line order.
     void Build(const std::vector<DB_BAUSTEIN>& lines);
 
+    /// The block's first and last step; without any the last is the smaller one.
+    std::int64_t First() const { return m_firstStep; }
+
+    std::int64_t Last() const;
+
     /// @return the position of the line with this step; nothing when the block has none.
     std::optional<std::size_t> LineOf(std::int64_t step) const;
 
