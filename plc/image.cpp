@@ -143,8 +143,7 @@ void Image::AdvanceTimers(std::chrono::milliseconds elapsed)
 
 void Image::ClearOutputs()
 {
-    const auto first = m_bytes.begin() + TheLayout().outputs;
-    std::fill(first, first + AreaSize(Area::Output), std::uint8_t{0});
+    std::fill_n(&m_bytes[TheLayout().outputs], AreaSize(Area::Output), std::uint8_t{0});
 }
 
 } // namespace plc
