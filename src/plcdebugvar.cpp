@@ -190,15 +190,21 @@ AddressVerdict JudgeAddress(const PlcDebugVar& var, const wxString& address)
     return {true, std::nullopt, bound};
 }
 
+wxString RefusalText(const AddressVerdict& verdict)
+{
+    if (!verdict.message) {
+        return "";
+    }
+    return *verdict.message == TextId::AddressRange
+               ? LanguageText(*verdict.message, static_cast<int>(verdict.bound))
+               : LanguageText(*verdict.message);
+}
+
 bool PlcDebugVar::CheckVarAddress(const wxString& text, bool showErrors) const
 {
     const AddressVerdict verdict = JudgeAddress(*this, text);
     if (showErrors && verdict.message) {
-        ShowMessage(
-            TextId::AddressCaption,
-            *verdict.message == TextId::AddressRange
-                ? LanguageText(*verdict.message, static_cast<int>(verdict.bound))
-                : LanguageText(*verdict.message));
+        ShowMessage(TextId::AddressCaption, RefusalText(verdict));
     }
     return verdict.valid;
 }

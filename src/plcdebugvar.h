@@ -115,3 +115,6 @@ struct AddressVerdict
 
 /// Judges an address text against the area, size and block of @p var.
 AddressVerdict JudgeAddress(const PlcDebugVar& var, const wxString& address);
+
+/// @return what the operator is told about a refused address; empty when there is nothing to tell.
+wxString RefusalText(const AddressVerdict& verdict);
