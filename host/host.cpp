@@ -1,6 +1,8 @@
 #include "host.h"
 
 #include "exit_status.h"
+#include "live_machine.h"
+#include "replay_machine.h"
 
 #include <glibmm/main.h>
 #include <gtkmm/main.h>
@@ -15,7 +17,6 @@ namespace {
 
 constexpr unsigned refreshMs = 40;
 constexpr unsigned pollMs = 200;
-constexpr unsigned startButtonMs = 500;
 constexpr unsigned insistMs = 500;
 constexpr unsigned quitMs = 20;
 
@@ -50,71 +51,64 @@ bool ShowsOtherWindow(const Gtk::Window& own)
 
 Host::Host(const Options& options, Ground ground)
     : m_options(options), m_ground(std::move(ground)), m_trace(std::cout),
-      m_answers(m_ground.plugin), m_tracedAnswers(m_answers, m_trace),
-      m_misbehave(
-          options.trace ? static_cast<AnswerSink&>(m_tracedAnswers) : m_answers, options.fault),
-      m_bridge(m_misbehave, Tell), m_tracedRequests(m_bridge, m_trace),
-      m_threads(std::this_thread::get_id()),
-      m_port(
-          options.trace ? static_cast<RequestHandler&>(m_tracedRequests) : m_bridge,
-          m_threads,
-          IsTallScreen()),
-      m_plant(MakePlant()),
-      m_window(
-          *m_plant,
+      m_answers(m_ground.plugin), m_tracedAnswers(m_answers, m_trace), m_recorder(MakeRecorder()),
+      m_recordedAnswers(
+          options.trace ? static_cast<AnswerSink&>(m_tracedAnswers) : m_answers, m_recorder.get()),
+      m_misbehave(m_recordedAnswers, options.fault), m_machine(MakeMachine()),
+      m_tracedRequests(m_machine->Requests(), m_trace),
+      m_recordedRequests(
+          options.trace ? m_tracedRequests : m_machine->Requests(), m_recorder.get()),
+      m_threads(std::this_thread::get_id()), m_port(m_recordedRequests, m_threads, IsTallScreen()),
+      m_window(m_machine->MakeWindow(
           m_ground.language,
           {[this] { OpenOrClose(); },
-           [this](const std::string& language) { m_ground.language = language; }}),
+           [this](const std::string& language) { m_ground.language = language; }})),
       m_session(
           m_ground.plugin,
           m_answers,
-          [this] { return ShowsOtherWindow(m_window); },
+          [this] { return ShowsOtherWindow(*m_window); },
           [this] {
-              m_window.ShowDebugger(m_session.IsOpen());
-              if (!m_session.IsOpen())
-                  m_bridge.Forget();
+              m_window->ShowDebugger(m_session.IsOpen());
+              m_machine->OnDebugger(m_session.IsOpen());
           })
 {
 }
 
-std::unique_ptr<Plant> Host::MakePlant()
+std::unique_ptr<Recorder> Host::MakeRecorder() const
 {
-    const auto afterCycle =
-        [this](plc::Image& image, plc::CyclicProgram& program, std::uint64_t n) {
-            m_bridge.AfterCycle(image, program, n, Bridge::Clock::now());
-            m_misbehave.Tick();
-        };
-    if (m_options.program.empty())
-        return Plant::Bottling(std::move(m_ground.program), afterCycle, m_options.cycle);
-    return Plant::Bare(std::move(m_ground.program), afterCycle, m_options.cycle);
+    if (m_options.record.empty())
+        return nullptr;
+    return std::make_unique<Recorder>(m_options.record, ReadFile(m_ground.files.debugFile));
+}
+
+std::unique_ptr<Machine> Host::MakeMachine()
+{
+    const auto tick = [this] { m_misbehave.Tick(); };
+    if (m_ground.recording)
+        return std::make_unique<ReplayMachine>(
+            std::move(*m_ground.recording), m_options.speed, m_misbehave, tick, Tell);
+    return std::make_unique<LiveMachine>(
+        m_options, std::move(m_ground.program), m_misbehave, tick, Tell);
 }
 
 int Host::Run()
 {
-    m_window.signal_delete_event().connect([this](GdkEventAny*) {
+    m_window->signal_delete_event().connect([this](GdkEventAny*) {
         Quit();
         return true;
     });
-    m_window.show();
-    m_plant->Start();
-    if (m_options.program.empty())
-        PressStart();
+    m_window->show();
+    m_machine->Start();
 
-    Glib::signal_timeout().connect([this] { return m_window.Refresh(), true; }, refreshMs);
+    Glib::signal_timeout().connect([this] { return m_window->Refresh(), true; }, refreshMs);
     Glib::signal_timeout().connect(
-        [this] { return CheckThreads(), m_session.Poll(), true; }, pollMs);
+        [this] { return CheckThreads(), CheckRecorder(), m_session.Poll(), true; }, pollMs);
     Glib::signal_idle().connect_once([this] { Begin(); });
     Gtk::Main::run();
 
     CheckThreads();
+    CheckRecorder();
     return m_status;
-}
-
-/// Starts the line as the operator would, so that it needs nobody.
-void Host::PressStart()
-{
-    m_plant->SetSwitch(0, true);
-    Glib::signal_timeout().connect_once([this] { m_plant->SetSwitch(0, false); }, startButtonMs);
 }
 
 void Host::OpenOrClose()
@@ -136,7 +130,7 @@ bool Host::OpenDebugger()
     if (problem.empty())
         return true;
     Tell(problem);
-    m_window.ShowProblem(problem);
+    m_window->ShowProblem(problem);
     return false;
 }
 
@@ -160,13 +154,22 @@ void Host::CheckThreads()
     if (violation.empty() || std::exchange(m_violationTold, true))
         return;
     Tell(violation);
-    m_window.ShowProblem(violation);
+    m_window->ShowProblem(violation);
     m_status = exitThreadRule;
+}
+
+void Host::CheckRecorder()
+{
+    const std::string problem = m_recorder ? m_recorder->Problem() : "";
+    if (problem.empty() || std::exchange(m_recorderProblemTold, true))
+        return;
+    Tell(problem);
+    m_window->ShowProblem(problem);
 }
 
 void Host::EndRun()
 {
-    if (!m_options.screenshot.empty() && !m_window.SavePicture(m_options.screenshot)) {
+    if (!m_options.screenshot.empty() && !m_window->SavePicture(m_options.screenshot)) {
         Tell("cannot write the picture \"" + m_options.screenshot + "\" (is the folder there?)");
         m_status = exitFailed;
     }

@@ -1,16 +1,18 @@
 #pragma once
 
-#include "bridge.h"
+#include "assembler.h"
+#include "machine.h"
 #include "misbehave.h"
 #include "options.h"
-#include "plant.h"
 #include "port.h"
+#include "recorder.h"
 #include "session.h"
 #include "settings.h"
 #include "trace.h"
 #include "window.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 // Everything of the host, put together. GUI thread.
@@ -24,7 +26,8 @@ struct Ground
     ConfigFiles files;
     std::string dataFolder;
     std::string language;
-    plc::Program program;
+    plc::Program program;               ///< Empty when a recording is played.
+    std::optional<Recording> recording; ///< To be played instead of a machine.
 };
 
 class Host
@@ -37,13 +40,13 @@ public:
     int Run();
 
 private:
-    void AfterCycle(plc::Image& image, plc::CyclicProgram& program, std::uint64_t cycle);
-    std::unique_ptr<Plant> MakePlant();
-    void PressStart();
+    std::unique_ptr<Recorder> MakeRecorder() const;
+    std::unique_ptr<Machine> MakeMachine();
     void OpenOrClose();
     bool OpenDebugger();
     void Begin();
     void CheckThreads();
+    void CheckRecorder();
     void EndRun();
     void Quit();
 
@@ -51,17 +54,20 @@ private:
     Ground m_ground;
     int m_status = 0;
     bool m_violationTold = false;
+    bool m_recorderProblemTold = false;
 
     Trace m_trace;
     PluginAnswers m_answers;
     TracedAnswers m_tracedAnswers;
+    const std::unique_ptr<Recorder> m_recorder; ///< Null: nothing is recorded.
+    RecordedAnswers m_recordedAnswers;
     Misbehave m_misbehave;
-    Bridge m_bridge;
+    const std::unique_ptr<Machine> m_machine; ///< Its thread uses what stands above.
     TracedRequests m_tracedRequests;
+    RecordedRequests m_recordedRequests;
     ThreadRule m_threads;
     RequestPort m_port;
-    std::unique_ptr<Plant> m_plant; ///< Its thread uses what stands above.
-    HostWindow m_window;
+    const std::unique_ptr<HostWindow> m_window;
     DebuggerSession m_session;
 };
 

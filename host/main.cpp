@@ -7,15 +7,20 @@
 #include <glibmm/miscutils.h>
 #include <gtkmm/main.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
+#include <vector>
 
 namespace plchost {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+/// The debugger watches no more, and says so in front of every longer list.
+constexpr std::size_t longestWatchList = 20;
 
 /// A step that failed ends the start with its message.
 struct StartError : std::runtime_error
@@ -48,12 +53,15 @@ plc::Program ReadProgram(const std::string& file)
     return std::move(*assembly.program);
 }
 
-ConfigFiles PrepareFiles(const Options& options, const std::string& machine)
+ConfigFiles PrepareFiles(const Options& options, const std::string& source)
 {
-    const std::string folder = options.configFolder.empty()
-                                   ? Glib::build_filename(Glib::get_user_config_dir(), "plchost")
-                                   : options.configFolder;
-    ConfigFiles files = FilesIn(folder, machine);
+    std::string folder = options.configFolder;
+    if (folder.empty())
+        folder = Glib::build_filename(Glib::get_user_config_dir(), "plchost");
+    // A recording brings its own variables and settings of its own, so it gets a folder of its own.
+    if (options.configFolder.empty() && !options.replay.empty())
+        folder = Glib::build_filename(folder, "replay");
+    ConfigFiles files = FilesIn(folder, fs::path(source).stem());
     if (files.prefix.size() >= PLC_PATH_SIZE)
         throw StartError{
             "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
@@ -76,6 +84,33 @@ std::string LanguageOf(const Options& options, const ConfigFiles& files)
     return last == "de" || last == "en" ? last : EnvironmentLanguage();
 }
 
+void PrepareMachine(const Options& options, Ground& ground)
+{
+    const std::string bottling = ground.dataFolder + "/samples/bottling/bottling";
+    const std::string source = options.program.empty() ? bottling + ".il" : options.program;
+    ground.program = ReadProgram(source);
+    ground.files = PrepareFiles(options, source);
+    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix))
+        throw StartError{*problem};
+    if (options.program.empty())
+        Demand(SeedWatchList(ground.files, bottling + ".plc"));
+}
+
+void PrepareReplay(const Options& options, Ground& ground)
+{
+    ground.recording = Demand(ReadRecording(options.replay));
+    if (!ground.recording->remark.empty())
+        std::cerr << "plchost: " << ground.recording->remark << std::endl;
+    ground.files = PrepareFiles(options, options.replay);
+    Demand(ReplaceFile(ground.files.debugFile, ground.recording->listing));
+    std::vector<std::string> operands = WatchedOperands(*ground.recording);
+    operands.resize(std::min(operands.size(), longestWatchList));
+    std::string list;
+    for (const std::string& operand : operands)
+        list += operand + "/D\n";
+    Demand(UseWatchList(ground.files, list));
+}
+
 Ground Prepare(const Options& options)
 {
     const std::string programFolder = fs::read_symlink("/proc/self/exe").parent_path();
@@ -84,14 +119,10 @@ Ground Prepare(const Options& options)
         LoadPlugin(options.plugin.empty() ? Demand(FindPlugin(programFolder)) : options.plugin));
     ground.dataFolder = options.dataFolder.empty() ? Demand(FindDataFolder(programFolder))
                                                    : fs::absolute(options.dataFolder).string();
-    const std::string bottling = ground.dataFolder + "/samples/bottling/bottling";
-    const std::string source = options.program.empty() ? bottling + ".il" : options.program;
-    ground.program = ReadProgram(source);
-    ground.files = PrepareFiles(options, fs::path(source).stem());
-    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix))
-        throw StartError{*problem};
-    if (options.program.empty())
-        Demand(SeedWatchList(ground.files, bottling + ".plc"));
+    if (options.replay.empty())
+        PrepareMachine(options, ground);
+    else
+        PrepareReplay(options, ground);
     ground.language = LanguageOf(options, ground.files);
     return ground;
 }

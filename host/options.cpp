@@ -28,6 +28,8 @@ Exit status:
 constexpr int shortestCycle = 1;
 constexpr int longestCycle = 1000;
 constexpr double longestRun = 1e6;
+constexpr double slowestReplay = 0.01;
+constexpr double fastestReplay = 1000;
 
 /// A check that adds nothing to the help: the description says it.
 CLI::Validator Silent(CLI::Validator check)
@@ -64,15 +66,17 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     app.footer(exitStatuses);
     app.add_option("--plugin", options.plugin, "the debugger library; else the one beside plchost")
         ->type_name("PATH");
-    app.add_option("--program", options.program, "run this statement list instead (*.il)")
-        ->type_name("FILE")
-        ->check(Silent(CLI::ExistingFile));
+    auto* const program =
+        app.add_option("--program", options.program, "run this statement list instead (*.il)")
+            ->type_name("FILE")
+            ->check(Silent(CLI::ExistingFile));
     app.add_option("--language", options.language, "de or en; else as last time")
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember({"de", "en"})));
-    app.add_option("--cycle", cycle, "cycle time of the PLC, 1 to 1000, else 10")
-        ->type_name("MS")
-        ->check(Silent(CLI::Range(shortestCycle, longestCycle)));
+    auto* const cycleOption =
+        app.add_option("--cycle", cycle, "cycle time of the PLC, 1 to 1000, else 10")
+            ->type_name("MS")
+            ->check(Silent(CLI::Range(shortestCycle, longestCycle)));
     const auto* const runOption =
         app.add_option("--run", run, "end by itself after so many seconds; unsaved lists are lost")
             ->type_name("SECONDS")
@@ -88,6 +92,22 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("DIR")
         ->check(Silent(CLI::ExistingDirectory));
     app.add_flag("--trace", options.trace, "print every request and every answer");
+    auto* const record =
+        app.add_option("--record", options.record, "write every request and every answer to a file")
+            ->type_name("FILE");
+    app.add_option(
+           "--replay",
+           options.replay,
+           "play such a file instead of a machine, with its variables; opens the debugger")
+        ->type_name("FILE")
+        ->check(Silent(CLI::ExistingFile))
+        ->excludes(program)
+        ->excludes(cycleOption)
+        ->excludes(record);
+    app.add_option("--speed", options.speed, "with --replay: so many times as fast, 0.01 to 1000")
+        ->type_name("N")
+        ->check(Silent(CLI::Range(slowestReplay, fastestReplay)))
+        ->needs("--replay");
     app.add_option("--fault", fault, FaultHelp())
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember(Faults())));
@@ -101,6 +121,8 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     if (runOption->count() > 0)
         options.run = std::chrono::milliseconds(std::llround(run * std::milli::den));
     options.fault = FaultByName(fault);
+    if (!options.replay.empty())
+        options.debugger = true;
     return options;
 }
 

@@ -71,6 +71,7 @@ void Player::Forget()
 {
     m_variables.clear();
     m_steps.reset();
+    m_advanced.reset();
 }
 
 std::chrono::microseconds Player::Length() const

@@ -32,7 +32,7 @@ public:
 
     void Request(const CMD_DATA& request) override;
 
-    /// Ends all subscriptions: the debugger is gone.
+    /// Ends all subscriptions: the debugger is gone. The time stands until the next Advance().
     void Forget();
 
     /// Gives the answers that are due. The first call starts the time.

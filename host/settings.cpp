@@ -94,12 +94,6 @@ std::string Escaped(std::string_view value)
     return Trimmed(value) == value && value.substr(0, 1) != "\"" ? escaped : '"' + escaped + '"';
 }
 
-std::string ReadWhole(const std::string& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string CannotWrite(const std::string& file)
 {
     return "cannot write \"" + file + "\" (is the folder writable? --config-dir names another)";
@@ -177,22 +171,20 @@ std::string WithSetting(std::string_view text, std::string_view key, std::string
 
 std::string WriteSettings(const std::string& file, const DebuggerSettings& settings)
 {
-    const std::string old = ReadWhole(file);
+    const std::string old = ReadFile(file);
     std::string text = WithSetting(old, languagePathKey, settings.languagePath);
     text = WithSetting(text, languageKey, settings.language);
-    if (text == old || ReplaceWhole(file, text))
-        return "";
-    return CannotWrite(file);
+    return text == old ? "" : ReplaceFile(file, text);
 }
 
 std::string ReadLanguage(const std::string& file)
 {
-    return SettingIn(ReadWhole(file), languageKey).value_or("");
+    return SettingIn(ReadFile(file), languageKey).value_or("");
 }
 
 std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
 {
-    const std::string settings = ReadWhole(files.settings);
+    const std::string settings = ReadFile(files.settings);
     if (!SettingIn(settings, lastFileKey).value_or("").empty())
         return "";
     const std::string list = files.prefix + ".plc";
@@ -202,9 +194,27 @@ std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
     if (error)
         return "cannot copy the sample list \"" + sample + "\" to \"" + list +
                "\": " + error.message();
-    if (!ReplaceWhole(files.settings, WithSetting(settings, lastFileKey, list)))
-        return CannotWrite(files.settings);
-    return "";
+    return ReplaceFile(files.settings, WithSetting(settings, lastFileKey, list));
+}
+
+std::string UseWatchList(const ConfigFiles& files, const std::string& lines)
+{
+    const std::string list = files.prefix + ".plc";
+    const std::string problem = ReplaceFile(list, lines);
+    if (!problem.empty())
+        return problem;
+    return ReplaceFile(files.settings, WithSetting(ReadFile(files.settings), lastFileKey, list));
+}
+
+std::string ReadFile(const std::string& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string ReplaceFile(const std::string& file, const std::string& content)
+{
+    return ReplaceWhole(file, content) ? "" : CannotWrite(file);
 }
 
 std::string DebugFileProblem(const std::string& file)

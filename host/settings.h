@@ -46,6 +46,18 @@ std::string ReadLanguage(const std::string& file);
 /// @return empty, or what went wrong.
 std::string SeedWatchList(const ConfigFiles& files, const std::string& sample);
 
+/// Replaces the list of this machine and makes it the last one.
+/// @param lines of a variable list.
+/// @return empty, or what went wrong.
+std::string UseWatchList(const ConfigFiles& files, const std::string& lines);
+
+/// The bytes of a file; none when it cannot be read.
+std::string ReadFile(const std::string& file);
+
+/// Replaces a file as a whole, or leaves it as it was.
+/// @return empty, or what went wrong.
+std::string ReplaceFile(const std::string& file, const std::string& content);
+
 /// Whether the debugger can open on this program debug file: without any block it would end the
 /// host.
 /// @return empty, or what is wrong with the file.

@@ -26,6 +26,8 @@ constexpr HostTexts german{
     "Motor",
     "Abgefüllt",
     "Dieses Programm hat kein Bild seiner Anlage.",
+    "Aufzeichnung",
+    "Von vorn",
 };
 
 constexpr HostTexts english{
@@ -48,6 +50,8 @@ constexpr HostTexts english{
     "Motor",
     "Delivered",
     "This program has no picture of its machine.",
+    "Recording",
+    "From the start",
 };
 
 } // namespace

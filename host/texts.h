@@ -27,6 +27,8 @@ struct HostTexts
     const char* motor;
     const char* delivered;
     const char* noProcess;
+    const char* recording; ///< Title of a recording's window.
+    const char* fromStart; ///< Button.
 };
 
 /// English for a language that the host does not speak.

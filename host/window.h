@@ -1,8 +1,6 @@
 #pragma once
 
-#include "line_view.h"
-#include "panel.h"
-#include "plant.h"
+#include "texts.h"
 
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>
@@ -14,7 +12,7 @@
 #include <functional>
 #include <string>
 
-// The window of the machine. GUI thread.
+// What every window of the host has: the debugger's button, the language, problems. GUI thread.
 
 namespace plchost {
 
@@ -28,11 +26,8 @@ struct WindowActions
 class HostWindow : public Gtk::Window
 {
 public:
-    /// @param plant outlives the window.
-    HostWindow(Plant& plant, const std::string& language, WindowActions actions);
-
-    /// Shows the plant as it is now. To be called some times each second.
-    void Refresh();
+    /// To be called some times each second.
+    virtual void Refresh() = 0;
     void ShowDebugger(bool open);
     /// Shows a message until the operator closes it.
     void ShowProblem(const std::string& message);
@@ -40,31 +35,38 @@ public:
     /// @return false when the file cannot be written.
     bool SavePicture(const std::string& file);
 
+protected:
+    explicit HostWindow(WindowActions actions);
+
+    /// The last step of a derived window's constructor.
+    void ShowAll(const std::string& language);
+
+    /// The row above the problems, for controls at its left.
+    Gtk::Box& Head() { return m_head; }
+
+    /// The room below the problems.
+    Gtk::Box& Body() { return m_body; }
+
+    /// Writes a derived window's own words.
+    virtual void SetTexts(const HostTexts& texts, const std::string& language) = 0;
+
 private:
     void BuildHead();
     void BuildProblem();
     void SetLanguage(const std::string& language);
-    void RefreshState();
 
-    Plant& m_plant;
     const WindowActions m_actions;
-    const HostTexts* m_texts; ///< Lives as long as the program.
+    const HostTexts* m_texts = nullptr; ///< Lives as long as the program.
     bool m_debuggerOpen = false;
 
     Gtk::Box m_all;
     Gtk::InfoBar m_problem;
     Gtk::Label m_problemText;
     Gtk::Box m_head;
-    Gtk::Label m_state;
-    Gtk::Button m_start;
-    Gtk::Button m_stop;
-    Gtk::Label m_cycle;
     Gtk::Label m_languageName;
     Gtk::ComboBoxText m_languages;
     Gtk::Button m_debugger;
     Gtk::Box m_body;
-    LineView m_picture;
-    OperatorPanel m_panel;
 };
 
 } // namespace plchost

@@ -48,10 +48,11 @@ TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
 TEST(ParseOptions, TakesEverything)
 {
     const std::string folder = std::filesystem::temp_directory_path();
-    const Parsed parsed = Parse(
-        {"--plugin",     "p.so",  "--program",  __FILE__,       "--language", "de",      "--cycle",
-         "20",           "--run", "1.5",        "--screenshot", "a.png",      "--fault", "flood",
-         "--config-dir", "c",     "--data-dir", folder.c_str(), "--debugger", "--trace"});
+    const Parsed parsed =
+        Parse({"--plugin",   "p.so",    "--program",    __FILE__, "--language",   "de",
+               "--cycle",    "20",      "--run",        "1.5",    "--screenshot", "a.png",
+               "--fault",    "flood",   "--config-dir", "c",      "--data-dir",   folder.c_str(),
+               "--debugger", "--trace", "--record",     "a.rec"});
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
@@ -66,6 +67,7 @@ TEST(ParseOptions, TakesEverything)
     EXPECT_EQ(options.dataFolder, folder);
     EXPECT_TRUE(options.debugger);
     EXPECT_TRUE(options.trace);
+    EXPECT_EQ(options.record, "a.rec");
 }
 
 TEST(ParseOptions, RefusesWhatItDoesNotKnowByName)
@@ -76,6 +78,27 @@ TEST(ParseOptions, RefusesWhatItDoesNotKnowByName)
     EXPECT_THAT(Refusal({"--program", "/nowhere/x.il"}), HasSubstr("/nowhere/x.il"));
     EXPECT_THAT(Refusal({"--cycle", "0"}), HasSubstr("--cycle"));
     EXPECT_THAT(Refusal({"--run", "-1"}), HasSubstr("--run"));
+}
+
+TEST(ParseOptions, ARecordingOpensTheDebuggerAndTakesASpeed)
+{
+    const Parsed parsed = Parse({"--replay", __FILE__, "--speed", "2.5"});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    EXPECT_EQ(options.replay, __FILE__);
+    EXPECT_EQ(options.speed, 2.5);
+    EXPECT_TRUE(options.debugger);
+}
+
+TEST(ParseOptions, ARecordingComesWithoutAMachineAndIsNotRecorded)
+{
+    EXPECT_THAT(Refusal({"--replay", __FILE__, "--program", __FILE__}), HasSubstr("--program"));
+    EXPECT_THAT(Refusal({"--replay", __FILE__, "--cycle", "5"}), HasSubstr("--cycle"));
+    EXPECT_THAT(Refusal({"--replay", __FILE__, "--record", "a.rec"}), HasSubstr("--record"));
+    EXPECT_THAT(Refusal({"--replay", "/nowhere/a.rec"}), HasSubstr("/nowhere/a.rec"));
+    EXPECT_THAT(Refusal({"--replay", __FILE__, "--speed", "0"}), HasSubstr("--speed"));
+    EXPECT_THAT(Refusal({"--speed", "2"}), HasSubstr("--replay"));
 }
 
 TEST(ParseOptions, TakesAPictureOnlyOfARunThatEnds)

@@ -178,6 +178,19 @@ TEST_F(PlayerTest, ADebuggerThatIsGoneIsAnsweredNoLonger)
     EXPECT_THAT(Values(), IsEmpty());
 }
 
+TEST_F(PlayerTest, TheTimeStandsWhileNoDebuggerIsOpen)
+{
+    RecordTwoValues();
+    Play().Advance(start + 1s);
+
+    player->Forget();
+    player->Advance(start + 1h);
+
+    EXPECT_EQ(player->Position(), 1s);
+    player->Advance(start + 1h + 500ms);
+    EXPECT_EQ(player->Position(), 1500ms);
+}
+
 TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
 {
     Records(0s, ReadRequest(7, "MW20"));

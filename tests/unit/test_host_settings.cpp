@@ -158,6 +158,25 @@ TEST_F(SeedWatchListTest, DoesNotOverwriteAListOfThatName)
     EXPECT_EQ(dir.Read("bottling.plc"), "MB1/D\n");
 }
 
+TEST_F(SeedWatchListTest, AListToBeUsedReplacesTheLastOne)
+{
+    dir.Write("bottling.plc", "MB1/D\n");
+    dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/mine.plc\n");
+
+    EXPECT_EQ(UseWatchList(files, "MW20/D\n"), "");
+
+    EXPECT_EQ(dir.Read("bottling.plc"), "MW20/D\n");
+    EXPECT_EQ(
+        dir.Read("plcdebug.ini"), "[Settings]\nPLCLastFile=" + dir.File("bottling.plc") + "\n");
+}
+
+TEST(UseWatchList, TellsWhichFileCannotBeWritten)
+{
+    EXPECT_THAT(
+        UseWatchList(FilesIn("/nowhere", "bottling"), "MW20/D\n"),
+        HasSubstr("cannot write \"/nowhere/bottling.plc\""));
+}
+
 TEST_F(SeedWatchListTest, TellsWhenThereIsNoSample)
 {
     EXPECT_THAT(SeedWatchList(files, dir.File("none")), HasSubstr("cannot copy the sample list"));

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "port.h"
+#include "window.h"
+
+#include <memory>
+#include <string>
+
+// What stands behind the debugger, as the host sees it. GUI thread.
+
+namespace plchost {
+
+/// A machine that runs, or a recording of one: serves the debugger and has a window.
+class Machine
+{
+public:
+    Machine() = default;
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+    virtual ~Machine() = default;
+
+    virtual RequestHandler& Requests() = 0;
+
+    /// The debugger has been opened, or is gone and its subscriptions end.
+    virtual void OnDebugger(bool open) = 0;
+
+    /// To be called once, when everything stands.
+    virtual void Start() = 0;
+
+    /// @return a window that the machine outlives.
+    virtual std::unique_ptr<HostWindow>
+    MakeWindow(const std::string& language, WindowActions actions) = 0;
+};
+
+} // namespace plchost

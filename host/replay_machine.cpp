@@ -1,0 +1,57 @@
+#include "replay_machine.h"
+
+#include "replay_window.h"
+
+#include <glibmm/main.h>
+
+#include <utility>
+
+namespace plchost {
+
+namespace {
+
+constexpr unsigned tickMs = 10;
+
+} // namespace
+
+ReplayMachine::ReplayMachine(
+    Recording recording,
+    double speed,
+    AnswerSink& answers,
+    std::function<void()> tick,
+    Player::Log log)
+    : m_player(answers, std::move(recording), speed, std::move(log)), m_tick(std::move(tick))
+{
+}
+
+ReplayMachine::~ReplayMachine()
+{
+    m_timer.disconnect();
+}
+
+void ReplayMachine::OnDebugger(bool open)
+{
+    m_isPlaying = open;
+    if (!open)
+        m_player.Forget();
+}
+
+void ReplayMachine::Start()
+{
+    m_timer = Glib::signal_timeout().connect(
+        [this] {
+            if (m_isPlaying)
+                m_player.Advance(Player::Clock::now());
+            m_tick();
+            return true;
+        },
+        tickMs);
+}
+
+std::unique_ptr<HostWindow>
+ReplayMachine::MakeWindow(const std::string& language, WindowActions actions)
+{
+    return std::make_unique<ReplayWindow>(m_player, language, std::move(actions));
+}
+
+} // namespace plchost
