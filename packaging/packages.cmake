@@ -1,0 +1,44 @@
+# The Debian packages, one for each component.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
+set(CPACK_PACKAGE_CONTACT "plcdebug authors <authors@plcdebug.example>")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+# add_package(COMPONENT NAME SECTION DEPENDS SUMMARY TEXT)
+function(add_package component name section depends summary text)
+    string(TOUPPER CPACK_DEBIAN_${component} prefix)
+    set(${prefix}_PACKAGE_NAME ${name} PARENT_SCOPE)
+    set(${prefix}_PACKAGE_SECTION ${section} PARENT_SCOPE)
+    set(${prefix}_PACKAGE_DEPENDS "${depends}" PARENT_SCOPE)
+    # The first line of a description is its summary.
+    set(${prefix}_DESCRIPTION "${summary}\n${text}" PARENT_SCOPE)
+    install(
+        FILES copyright
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name}
+        COMPONENT ${component})
+    set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
+endfunction()
+
+set(this_library "libplcdebug (= ${PROJECT_VERSION})")
+add_package(
+    library libplcdebug libs ""
+    "PLC debugger plug-in for machine-control programs"
+    "A shared library that a machine-control program loads. It opens one window in which the operator watches and changes operands of the running PLC.")
+add_package(
+    development libplcdebug-dev libdevel "${this_library}, libgtk-3-dev"
+    "PLC debugger plug-in, files for integrators"
+    "The header of the host boundary, its CMake package and pkg-config file, the page for integrators and the smallest host.")
+add_package(
+    host plchost utils "${this_library}"
+    "reference host of the PLC debugger"
+    "A small bottling line with its soft PLC, to try the debugger on, more sample programs, and plcasm, which checks statement lists.")
+
+include(CPack)

@@ -1,0 +1,7 @@
+cmake_minimum_required(VERSION 3.25)
+project(host LANGUAGES C)
+find_package(plcdebug 1.14 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(GTK3 REQUIRED IMPORTED_TARGET gtk+-3.0)
+add_executable(host host.c)
+target_link_libraries(host plcdebug::plcdebug PkgConfig::GTK3)
