@@ -28,8 +28,7 @@ PlcVarValueDlg::PlcVarValueDlg(wxWindow* parent)
           LanguageText(TextId::VarColumnValue),
           wxDefaultPosition,
           wxDefaultSize,
-          wxDEFAULT_DIALOG_STYLE),
-      m_pTCValue(nullptr)
+          wxDEFAULT_DIALOG_STYLE)
 {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(

@@ -15,7 +15,7 @@ public:
 private:
     void OnEnter(wxCommandEvent& event);
 
-    wxTextCtrl* m_pTCValue;
+    wxTextCtrl* m_pTCValue = nullptr;
 
     wxDECLARE_EVENT_TABLE();
 };

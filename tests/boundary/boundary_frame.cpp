@@ -18,7 +18,7 @@
 namespace {
 
 /// @return the first line of a file that begins so; empty when there is none.
-std::string LineOf(const std::string& path, const std::string& beginning)
+std::string LineOf(const std::filesystem::path& path, const std::string& beginning)
 {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
@@ -171,8 +171,8 @@ TEST_F(FrameTest, AcceleratorsRunTheCommands)
 
 TEST_F(FrameTest, TheShippedLanguagesAreUsedByName)
 {
-    const std::string folder = std::string(PROJECT_DIR) + "/languages";
-    Configure("LanguagePath", folder);
+    const std::filesystem::path folder = PROJECT_DIR "/languages";
+    Configure("LanguagePath", folder.string());
     for (const std::string language : {"en", "de"}) {
         SCOPED_TRACE(language);
         Configure("Language", language);
@@ -181,7 +181,7 @@ TEST_F(FrameTest, TheShippedLanguagesAreUsedByName)
 
         EXPECT_EQ(
             "49=" + OnGui([] { return Frame()->GetTitle().utf8_string(); }),
-            LineOf(folder + "/" + language + ".lng", "49="));
+            LineOf(folder / (language + ".lng"), "49="));
         Destroy();
     }
 }
