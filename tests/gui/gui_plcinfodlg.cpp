@@ -53,6 +53,15 @@ TEST_F(InfoDialog, ShowsThreeLinesAndTheVersion)
     EXPECT_EQ(dialog.FindWindow(wxID_OK)->GetLabel(), "T40");
 }
 
+TEST_F(InfoDialog, ShowsTheVersionThatTheLibraryIsBuiltAs)
+{
+    const wxString version = wxString::Format("%02d.%02d", VERSION_MAJOR, VERSION_MINOR);
+
+    PlcInfoDlg dialog(nullptr);
+
+    EXPECT_EQ(WordsOf(dialog).at(1), "T46   " + version.ToStdString());
+}
+
 TEST_F(InfoDialog, WithoutItsVersionLabelKeepsTheBlanksBeforeTheVersion)
 {
     texts.Change({}, {46});
