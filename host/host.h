@@ -1,7 +1,7 @@
 #pragma once
 
+#include "answer_source.h"
 #include "assembler.h"
-#include "machine.h"
 #include "misbehave.h"
 #include "options.h"
 #include "port.h"
@@ -41,7 +41,7 @@ public:
 
 private:
     std::unique_ptr<Recorder> MakeRecorder() const;
-    std::unique_ptr<Machine> MakeMachine();
+    std::unique_ptr<AnswerSource> MakeSource();
     void OpenOrClose();
     bool OpenDebugger();
     void Begin();
@@ -62,7 +62,7 @@ private:
     const std::unique_ptr<Recorder> m_recorder; ///< Null: nothing is recorded.
     RecordedAnswers m_recordedAnswers;
     Misbehave m_misbehave;
-    const std::unique_ptr<Machine> m_machine; ///< Its thread uses what stands above.
+    const std::unique_ptr<AnswerSource> m_source; ///< Its thread uses what stands above.
     TracedRequests m_tracedRequests;
     RecordedRequests m_recordedRequests;
     ThreadRule m_threads;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machine.h"
+#include "answer_source.h"
 #include "player.h"
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace plchost {
 
-class ReplayMachine : public Machine
+class ReplayMachine : public AnswerSource
 {
 public:
     /// @param answers outlives the machine.

@@ -6,18 +6,18 @@
 #include <memory>
 #include <string>
 
-// What stands behind the debugger, as the host sees it. GUI thread.
+// Who answers the debugger, as the host sees it. GUI thread.
 
 namespace plchost {
 
 /// A machine that runs, or a recording of one: serves the debugger and has a window.
-class Machine
+class AnswerSource
 {
 public:
-    Machine() = default;
-    Machine(const Machine&) = delete;
-    Machine& operator=(const Machine&) = delete;
-    virtual ~Machine() = default;
+    AnswerSource() = default;
+    AnswerSource(const AnswerSource&) = delete;
+    AnswerSource& operator=(const AnswerSource&) = delete;
+    virtual ~AnswerSource() = default;
 
     virtual RequestHandler& Requests() = 0;
 
@@ -27,7 +27,7 @@ public:
     /// To be called once, when everything stands.
     virtual void Start() = 0;
 
-    /// @return a window that the machine outlives.
+    /// @return a window that this outlives.
     virtual std::unique_ptr<HostWindow>
     MakeWindow(const std::string& language, WindowActions actions) = 0;
 };

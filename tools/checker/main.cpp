@@ -1,0 +1,146 @@
+#include "trial.h"
+
+#include <CLI/CLI.hpp>
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <iostream>
+#include <unistd.h>
+
+// plcdebug-check LIBRARY: puts a build of the debugger library through what a host does.
+
+namespace plccheck {
+
+namespace {
+
+constexpr int exitGood = 0;
+constexpr int exitFindings = 1;
+constexpr int exitUsage = 2; ///< Also: no display.
+constexpr int usualLimit = 120;
+constexpr int longestLimit = 3600;
+
+constexpr const char* description =
+    "Loads a build of the debugger library as a host does, each check in a process of its own, "
+    "and\n"
+    "reports one line for each: what holds, or what is wrong. Needs a display; windows open and\n"
+    "close by themselves.";
+
+constexpr const char* exitStatuses = R"(
+Exit status:
+  0  nothing is wrong
+  1  something is wrong; the report says what
+  2  the command line is wrong, or there is no display)";
+
+struct Options
+{
+    std::string library;
+    std::string only;       ///< Empty: all.
+    int limit = usualLimit; ///< Seconds for one check.
+    bool list = false;
+    std::string here; ///< The check that this process is to run itself; empty: none.
+    int reportTo = STDERR_FILENO;
+};
+
+std::vector<Check> AllChecks()
+{
+    std::vector<Check> checks = LifeCycleChecks();
+    checks.insert(checks.end(), AnswerChecks().begin(), AnswerChecks().end());
+    return checks;
+}
+
+std::vector<std::string> Names()
+{
+    std::vector<std::string> names;
+    for (const Check& check : AllChecks())
+        names.emplace_back(check.name);
+    return names;
+}
+
+void ListChecks()
+{
+    for (const Check& check : AllChecks())
+        std::cout << check.name << ": " << check.sentence << '\n';
+}
+
+/// @return whether nothing is wrong.
+bool RunAll(const Options& options)
+{
+    int wrong = 0;
+    int count = 0;
+    for (const Check& check : AllChecks()) {
+        if (!options.only.empty() && options.only != check.name)
+            continue;
+        const auto findings =
+            RunTrial(check.name, options.library, std::chrono::seconds(options.limit));
+        ++count;
+        wrong += findings.empty() ? 0 : 1;
+        std::cout << (findings.empty() ? "ok     " : "WRONG  ") << check.name << ": "
+                  << check.sentence << '\n';
+        for (const std::string& finding : findings)
+            std::cout << "         " << finding << '\n';
+        std::cout.flush();
+    }
+    std::cout << count << " checks, " << wrong << " wrong" << std::endl;
+    return wrong == 0;
+}
+
+int Run(const Options& options)
+{
+    if (options.list) {
+        ListChecks();
+        return exitGood;
+    }
+    const auto checks = AllChecks();
+    const auto here = std::find_if(checks.begin(), checks.end(), [&](const Check& check) {
+        return options.here == check.name;
+    });
+    if (here != checks.end())
+        return RunCheckHere(*here, options.library, options.reportTo);
+    if (gtk_init_check(nullptr, nullptr) == FALSE) {
+        std::cerr << "plcdebug-check: no display (set DISPLAY, or run it under a virtual X server)"
+                  << std::endl;
+        return exitUsage;
+    }
+    return RunAll(options) ? exitGood : exitFindings;
+}
+
+int Main(int argc, char** argv)
+{
+    Options options;
+    CLI::App app{description, "plcdebug-check"};
+    app.footer(exitStatuses);
+    auto* const list = app.add_flag("--list", options.list, "print the checks");
+    app.add_option("LIBRARY", options.library, "libplcdebug.so, of this program's architecture")
+        ->check(CLI::ExistingFile.description(""));
+    app.add_option("--only", options.only, "run this check alone")
+        ->type_name("CHECK")
+        ->check(CLI::IsMember(Names()).description(""));
+    app.add_option("--limit", options.limit, "end a check after so many seconds, else 120")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, longestLimit).description(""));
+    // For the processes that this program starts.
+    app.add_option("--here", options.here)->group("");
+    app.add_option("--report-to", options.reportTo)->group("");
+    try {
+        app.parse(argc, argv);
+        if (options.library.empty() && list->count() == 0)
+            throw CLI::RequiredError("LIBRARY");
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? exitGood : exitUsage;
+    }
+    return Run(options);
+}
+
+} // namespace
+
+} // namespace plccheck
+
+int main(int argc, char** argv)
+{
+    try {
+        return plccheck::Main(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "plcdebug-check: " << error.what() << std::endl;
+        return plccheck::exitUsage;
+    }
+}

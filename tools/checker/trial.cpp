@@ -1,0 +1,147 @@
+#include "trial.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace plccheck {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// What has been read of a report.
+struct Reading
+{
+    std::string rest; ///< Not yet a whole line.
+    std::string step = "starts";
+    std::vector<std::string> findings;
+    bool done = false;
+
+    void Take(const std::string& line)
+    {
+        const std::string text = line.substr(1);
+        if (line[0] == Report::stepMark)
+            step = text;
+        else if (line[0] == Report::doneMark)
+            done = true;
+        else if (std::find(findings.begin(), findings.end(), text) == findings.end())
+            findings.push_back(text); // what is wrong a thousand times is said once
+    }
+
+    void Add(std::string_view bytes)
+    {
+        rest += bytes;
+        for (auto end = rest.find('\n'); end != std::string::npos; end = rest.find('\n')) {
+            Take(rest.substr(0, end));
+            rest.erase(0, end + 1);
+        }
+    }
+};
+
+/// Reads until the other side has ended.
+/// @return false when the time was up before.
+bool ReadAll(int file, Clock::time_point end, Reading& reading)
+{
+    constexpr std::size_t bufferSize = 4096;
+    std::array<char, bufferSize> buffer{};
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        pollfd waiting{file, POLLIN, 0};
+        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0)
+            return false;
+        const ssize_t count = read(file, buffer.data(), buffer.size());
+        if (count == 0)
+            return true;
+        if (count > 0)
+            reading.Add({buffer.data(), static_cast<std::size_t>(count)});
+        else if (errno != EINTR)
+            throw std::runtime_error(std::string("cannot read the report: ") + strerror(errno));
+    }
+}
+
+/// Becomes the program that runs the check. Only between fork() and exec().
+[[noreturn]] void Become(const std::string& check, const std::string& library, int reportFile)
+{
+    const std::string file = std::to_string(reportFile);
+    execl(
+        "/proc/self/exe",
+        "plcdebug-check",
+        "--here",
+        check.c_str(),
+        "--report-to",
+        file.c_str(),
+        library.c_str(),
+        nullptr);
+    _exit(1);
+}
+
+std::string EndOf(int status)
+{
+    if (WIFSIGNALED(status))
+        return std::string("crashes (") + strsignal(WTERMSIG(status)) + ")";
+    return "ends the program with status " + std::to_string(WEXITSTATUS(status));
+}
+
+} // namespace
+
+std::vector<std::string>
+RunTrial(const std::string& check, const std::string& library, std::chrono::seconds limit)
+{
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0)
+        throw std::runtime_error(std::string("cannot make a pipe: ") + strerror(errno));
+    const pid_t child = fork();
+    if (child < 0)
+        throw std::runtime_error(std::string("cannot start a process: ") + strerror(errno));
+    if (child == 0) {
+        close(ends[0]);
+        Become(check, library, ends[1]);
+    }
+    close(ends[1]);
+    Reading reading;
+    const bool ended = ReadAll(ends[0], Clock::now() + limit, reading);
+    close(ends[0]);
+    if (!ended)
+        kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    const std::string where = " while the host " + reading.step;
+    if (!ended)
+        reading.findings.push_back(
+            "does not return within " + std::to_string(limit.count()) + " s" + where);
+    else if (!reading.done && (WIFSIGNALED(status) || reading.findings.empty()))
+        reading.findings.push_back(EndOf(status) + where);
+    else if (WIFSIGNALED(status))
+        reading.findings.push_back(EndOf(status) + " when the host ends");
+    return reading.findings;
+}
+
+int RunCheckHere(const Check& check, const std::string& library, int reportFile)
+{
+    fcntl(reportFile, F_SETFD, FD_CLOEXEC);
+    const Report report(reportFile);
+    gtk_init(nullptr, nullptr);
+    report.Step("loads the library");
+    const auto loaded = plchost::LoadPlugin(library);
+    if (const auto* const error = std::get_if<plchost::LoadError>(&loaded)) {
+        report.Wrong(error->message);
+    } else {
+        TrialHost host(std::get<plchost::Plugin>(loaded), report);
+        check.run(host);
+    }
+    report.Done();
+    return 0;
+}
+
+} // namespace plccheck

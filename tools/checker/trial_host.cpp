@@ -1,0 +1,231 @@
+#include "trial_host.h"
+
+#include "assembler.h"
+#include "debug_file.h"
+#include "record.h"
+#include "request_rule.h"
+#include "window.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+#include <unistd.h>
+
+namespace plccheck {
+
+namespace {
+
+/// Far beyond what a slow machine needs; only what is wrong is waited for so long.
+constexpr std::chrono::seconds waitLimit{20};
+constexpr guint lookAgainMs = 5;
+
+/// The toolkits' own. The locale warning comes once in every GTK program that has called
+/// gtk_init(); the others at the first layout of a notebook inside a frame.
+constexpr std::array<const char*, 4> knownComplaints = {
+    "gtk_disable_setlocale",
+    "gtk_distribute_natural_allocation",
+    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
+    "Negative content"};
+
+const char* FieldOf(const GLogField* fields, gsize count, const char* key)
+{
+    const auto* const end = fields + count;
+    const auto* const field = std::find_if(fields, end, [key](const GLogField& candidate) {
+        return std::strcmp(candidate.key, key) == 0;
+    });
+    return field != end ? static_cast<const char*>(field->value) : "";
+}
+
+GLogWriterOutput
+NoteComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer report)
+{
+    const char* const message = FieldOf(fields, count, "MESSAGE");
+    const bool known =
+        std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
+            return std::strstr(message, words) != nullptr;
+        });
+    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0 && !known)
+        static_cast<const Report*>(report)->Wrong(
+            std::string("the toolkit complains: ") + FieldOf(fields, count, "GLIB_DOMAIN") + ": " +
+            message);
+    return G_LOG_WRITER_HANDLED;
+}
+
+std::string NewFolder()
+{
+    std::string pattern =
+        (std::filesystem::temp_directory_path() / "plcdebug-check-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("cannot make a folder like " + pattern);
+    return pattern;
+}
+
+/// Writes the files that a debugger finds. @return empty, or what went wrong.
+std::string WriteFiles(const plchost::ConfigFiles& files)
+{
+    const auto assembly = plc::Assemble("OB1: TITLE Check\n U E0.0\n = A0.0\n BE\n", "check");
+    if (!assembly.program)
+        throw std::logic_error("the program of the checks has errors");
+    if (const auto problem = plc::WriteDebugFile(*assembly.program, files.prefix))
+        return *problem;
+    std::string list;
+    for (const std::string& operand : TrialHost::Operands())
+        list += operand + "/D\n";
+    return plchost::UseWatchList(files, list);
+}
+
+} // namespace
+
+void Report::Step(const std::string& step) const
+{
+    Line(stepMark, step);
+}
+
+void Report::Wrong(const std::string& finding) const
+{
+    Line(wrongMark, finding);
+}
+
+void Report::Done() const
+{
+    Line(doneMark, "");
+}
+
+void Report::Line(char mark, const std::string& text) const
+{
+    std::string line = mark + text;
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    line += '\n';
+    if (write(m_file, line.data(), line.size()) < 0)
+        _exit(1); // nobody reads the report any more
+}
+
+TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
+    : init{}, m_plugin(plugin), m_report(report), m_files(plchost::FilesIn(NewFolder(), "machine")),
+      m_threads(std::this_thread::get_id()), m_port(*this, m_threads, false)
+{
+    if (const std::string problem = WriteFiles(m_files); !problem.empty())
+        throw std::runtime_error(problem);
+    init = m_port.InitRecord(m_files.prefix);
+    g_log_set_writer_func(NoteComplaint, const_cast<Report*>(&report), nullptr);
+    const auto look = [](gpointer host) -> gboolean {
+        static_cast<TrialHost*>(host)->LookForDialogs();
+        return G_SOURCE_CONTINUE;
+    };
+    m_timer = g_timeout_add(lookAgainMs, look, this);
+}
+
+TrialHost::~TrialHost()
+{
+    g_source_remove(m_timer);
+    if (const std::string violation = m_threads.Violation(); !violation.empty())
+        m_report.Wrong(violation);
+    std::error_code ignored;
+    std::filesystem::remove_all(m_files.folder, ignored);
+}
+
+const std::vector<std::string>& TrialHost::Operands()
+{
+    static const std::vector<std::string> operands{"MW20", "EB3", "MD4", "DB10.DBW4"};
+    return operands;
+}
+
+int TrialHost::Create()
+{
+    m_report.Step("creates the debugger");
+    const int created = m_plugin.create(&init);
+    m_report.Step("runs the debugger");
+    return created;
+}
+
+void TrialHost::Destroy()
+{
+    m_report.Step("destroys the debugger");
+    m_plugin.destroy();
+    m_report.Step("goes on after the debugger was destroyed");
+}
+
+bool TrialHost::Open()
+{
+    const std::size_t expected = init.pfnReadVarRequest == nullptr ? 0 : Operands().size();
+    return Require(Create() == 1, "create does not return 1") &&
+           Await("a window of the debugger", [] { return DebuggerWindow() != nullptr; }) &&
+           Await("read and start requests for the whole list", [&] {
+               return m_served.size() == expected;
+           });
+}
+
+bool TrialHost::IsGone()
+{
+    const CMD_DATA answer = plchost::MakeReadAnswer(0, 1);
+    const bool closed = Await("the window to go", [] { return DebuggerWindow() == nullptr; });
+    const bool deaf = Await("answers to be refused once no debugger is open", [&] {
+        return Answer(plchost::AnswerKind::ReadVar, &answer) == 0;
+    });
+    for (const auto& [key, operand] : m_served)
+        m_report.Wrong("the variable " + operand + " is never released");
+    return closed && deaf && m_served.empty();
+}
+
+int TrialHost::Answer(plchost::AnswerKind kind, const CMD_DATA* answer) const
+{
+    // The export takes a pointer that it could write through, and never does.
+    auto* const bytes = reinterpret_cast<unsigned char*>(const_cast<CMD_DATA*>(answer));
+    return kind == plchost::AnswerKind::ReadVar ? m_plugin.answerReadVar(bytes)
+                                                : m_plugin.answerProgramState(bytes);
+}
+
+bool TrialHost::Await(const std::string& what, const std::function<bool()>& condition)
+{
+    const auto end = std::chrono::steady_clock::now() + waitLimit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return Require(false, "waited in vain for " + what);
+        // The timer that looks for dialogs ends each wait.
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    return true;
+}
+
+bool TrialHost::Require(bool holds, const std::string& finding)
+{
+    if (!holds)
+        m_report.Wrong(finding);
+    return holds;
+}
+
+void TrialHost::Request(const CMD_DATA& request)
+{
+    if (const std::string problem = RequestProblem(request); !problem.empty())
+        m_report.Wrong(problem);
+    if (request.command == PLC_CMD_READ_VAR)
+        m_read[request.key] = plchost::ReadOperand(request);
+    if (request.command == PLC_CMD_DELETE_VAR) {
+        if (plchost::DeleteArgument(request) == PLC_DELETE_ARG_START)
+            m_served.insert(m_read.extract(request.key));
+        else
+            Require(
+                m_served.erase(request.key) + m_read.erase(request.key) == 1,
+                "key " + std::to_string(request.key) + " is released and was not in use");
+    }
+    if (reaction)
+        reaction(request);
+}
+
+void TrialHost::LookForDialogs()
+{
+    GtkWindow* const dialog = OpenDialog();
+    if (dialog == nullptr)
+        return;
+    if (!expectsDialogs) {
+        m_report.Wrong("a dialog appears: " + DescribeDialog(dialog));
+        _exit(1); // nobody is there to answer it
+    }
+    Confirm(dialog);
+}
+
+} // namespace plccheck
