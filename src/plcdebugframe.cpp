@@ -248,11 +248,8 @@ void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
 
 void PlcDebugFrame::DeliverReadAnswers()
 {
-    std::vector<CMD_DATA> answers;
-    for (CMD_DATA answer; m_readVarAnswers.Pop(answer);) {
-        answers.push_back(answer);
-    }
-    for (const CMD_DATA& answer : NewestPerKey(answers)) {
+    const NewestAnswers newest = Drain(m_readVarAnswers);
+    for (const CMD_DATA& answer : newest.InOrder()) {
         m_pVarPanel->AnswerReadVarRequest(answer);
     }
 }

@@ -4,19 +4,29 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
+#include <iterator>
 
-std::vector<CMD_DATA> NewestPerKey(const std::vector<CMD_DATA>& answers)
+void NewestAnswers::Add(const CMD_DATA& answer)
 {
-    std::vector<CMD_DATA> newest;
-    std::vector<bool> seen(answers.empty() ? 0 : std::numeric_limits<std::uint16_t>::max() + 1U);
-    for (auto answer = answers.rbegin(); answer != answers.rend(); ++answer) {
-        if (!seen[answer->key]) {
-            seen[answer->key] = true;
-            newest.push_back(*answer);
+    const auto known = m_ofKey.find(answer.key);
+    if (known == m_ofKey.end()) {
+        m_answers.push_back(answer);
+        m_ofKey.emplace(answer.key, std::prev(m_answers.end()));
+    } else {
+        *known->second = answer;
+        m_answers.splice(m_answers.end(), m_answers, known->second);
+    }
+}
+
+NewestAnswers Drain(KtValueQueue<CMD_DATA>& queue)
+{
+    NewestAnswers newest;
+    // What arrives meanwhile belongs to the same tick: it is over when the queue is found empty.
+    for (auto taken = queue.TakeAll(); !taken.IsEmpty(); taken = queue.TakeAll()) {
+        for (std::size_t i = 0; i < taken.GetCount(); ++i) {
+            newest.Add(taken[i]);
         }
     }
-    std::reverse(newest.begin(), newest.end());
     return newest;
 }
 

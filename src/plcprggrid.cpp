@@ -2,6 +2,7 @@
 
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
+#include "plcvargrid_measure.h"
 #include "plcvargrid_rows.h"
 
 #include <utility>
@@ -24,8 +25,8 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
       m_pPanel(panel), m_pTable(new PlcPrgTable(lines))
 {
     AssignTable(m_pTable, wxGridSelectCells);
-    SetColAttr(PrgColumnState, m_pTable->NewMeasuringAttr(PrgColumnState));
-    SetColAttr(PrgColumnValue, m_pTable->NewMeasuringAttr(PrgColumnValue));
+    SetColAttr(PrgColumnState, NewMeasuringAttr(m_pTable->Shown(PrgColumnState)));
+    SetColAttr(PrgColumnValue, NewMeasuringAttr(m_pTable->Shown(PrgColumnValue)));
     EnableEditing(false);
     SetWindowStyle(wxSUNKEN_BORDER);
     SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plcprggrid_shown.h"
 #include "plcprgpanel_file.h"
+#include "plcvargrid_shown.h"
 
 #include <wx/grid.h>
 
@@ -47,12 +47,10 @@ public:
     /// The toolkit asks the renderer for a column's width instead of measuring cell by cell.
     bool CanMeasureColUsingSameAttr(int col) const override;
 
-    /// @return a new attribute for the whole column of states or values, by which the toolkit finds
-    ///         the column's width. The table outlives it.
-    wxGridCellAttr* NewMeasuringAttr(PrgColumn column);
+    /// @return what the column of states or values shows.
+    ShownColumn& Shown(PrgColumn column);
 
 private:
-    ShownColumn& Shown(PrgColumn column);
     void Notify(int id, std::size_t argument1, std::size_t argument2);
 
     const std::vector<DB_BAUSTEIN>& m_lines; // not owned

@@ -1,10 +1,14 @@
 #include "plcvargrid.h"
 
+#include "plcvargrid_measure.h"
 #include "plcvarpanel.h"
 
+#include <wx/dcclient.h>
 #include <wx/settings.h>
 
 #include <algorithm>
+#include <optional>
+#include <tuple>
 
 namespace {
 
@@ -26,8 +30,11 @@ wxEND_EVENT_TABLE()
 
 PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
     : wxGrid(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS), m_pPanel(panel),
-      m_vars(vars), m_slowClickTimer(this)
+      m_vars(vars), m_pTable(new PlcVarTable), m_slowClickTimer(this)
 {
+    AssignTable(m_pTable, wxGridSelectCells);
+    SetColAttr(varColumnOperand, NewMeasuringAttr(m_pTable->Shown(varColumnOperand)));
+    SetColAttr(varColumnValue, NewMeasuringAttr(m_pTable->Shown(varColumnValue)));
     EnableEditing(true);
     SetWindowStyle(wxSUNKEN_BORDER);
     SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
@@ -69,14 +76,17 @@ void PlcVarGrid::UpdateShowVars(const PlcDebugVar& var)
 void PlcVarGrid::ShowRow(std::size_t row)
 {
     const PlcDebugVar& var = m_vars[row];
-    const wxString name = var.GetVarName(true);
-    if (name.empty()) {
-        return;
-    }
     const int gridRow = static_cast<int>(row);
-    ShowCell(gridRow, varColumnOperand, name);
-    ShowCell(gridRow, varColumnValue, var.GetVarValueShow());
+    if (!m_pTable->Shows(row, var)) {
+        const wxString name = var.GetVarName(true);
+        if (name.empty()) {
+            return;
+        }
+        ShowCell(gridRow, varColumnOperand, name);
+        ShowCell(gridRow, varColumnValue, var.GetVarValueShow());
+    }
     ShowCell(gridRow, varColumnFormat, var.GetVarFormatShow());
+    m_pTable->NoteShown(row, var);
 }
 
 void PlcVarGrid::ShowCell(int row, int column, const wxString& text)
@@ -116,6 +126,57 @@ void PlcVarGrid::FitColumns()
     }
     EndBatch();
     AdjustScrollbars();
+    m_fit = CurrentFit();
+    m_fit.virtualWidth = virtualWidth;
+}
+
+void PlcVarGrid::FitColumnsToAnswer()
+{
+    // Fitting again would change nothing when all that it depends on is as it was left.
+    if (IsCellEditControlShown() || !(m_fit == CurrentFit())) {
+        FitColumns();
+    }
+}
+
+ColumnsFit PlcVarGrid::CurrentFit()
+{
+    ColumnsFit fit;
+    fit.virtualWidth = GetVirtualSize().GetWidth();
+    fit.cellFont = GetDefaultCellFont();
+    fit.labelFont = GetLabelFont();
+    for (int column = 0; column < varColumnCount; ++column) {
+        const auto position = static_cast<std::size_t>(column);
+        fit.labels[position] = GetColLabelValue(column);
+        fit.columnWidths[position] = GetColSize(column);
+    }
+    fit.widestTexts = {WidestText(varColumnOperand), WidestText(varColumnValue)};
+    return fit;
+}
+
+int PlcVarGrid::WidestText(int column)
+{
+    std::optional<wxClientDC> dc; // only for a text that is new
+    return m_pTable->Shown(column).MaxWidth([&](const std::wstring& text) {
+        if (!dc) {
+            dc.emplace(GetGridWindow());
+            dc->SetFont(GetDefaultCellFont());
+        }
+        return dc->GetMultiLineTextExtent(text).x;
+    });
+}
+
+bool ColumnsFit::operator==(const ColumnsFit& other) const
+{
+    const auto all = [](const ColumnsFit& fit) {
+        return std::tie(
+            fit.virtualWidth,
+            fit.widestTexts,
+            fit.columnWidths,
+            fit.cellFont,
+            fit.labelFont,
+            fit.labels);
+    };
+    return all(*this) == all(other);
 }
 
 void PlcVarGrid::FitColumnsLater()

@@ -2,22 +2,28 @@
 
 #include "plcdebugvar.h"
 #include "plcvargrid_rows.h"
+#include "plcvargrid_table.h"
 
 #include <wx/grid.h>
 #include <wx/timer.h>
 
+#include <array>
 #include <cstddef>
 #include <vector>
 
 class PlcVarPanel;
 
-/// Columns of the watch list.
-enum : int
+/// All that the widths of the columns depend on, and the widths themselves. In pixels.
+struct ColumnsFit
 {
-    varColumnOperand = 0,
-    varColumnValue = 1,
-    varColumnFormat = 2,
-    varColumnCount = 3
+    int virtualWidth = 0; ///< Of the grid, before the columns were fitted.
+    wxFont cellFont;
+    wxFont labelFont;
+    std::array<wxString, varColumnCount> labels;
+    std::array<int, 2> widestTexts{}; ///< Of operands and values.
+    std::array<int, varColumnCount> columnWidths{};
+
+    bool operator==(const ColumnsFit& other) const;
 };
 
 /// The watch list's table: operand, value, format; one row per variable. It reads the page's list
@@ -44,6 +50,9 @@ public:
     /// send the half-typed value to the machine.
     void FitColumns();
 
+    /// The same, where only an answer may have changed what the columns have to hold.
+    void FitColumnsToAnswer();
+
     /// Throws away what the operator is typing.
     void DiscardEdit();
 
@@ -60,6 +69,8 @@ private:
     bool IsEditedRow(std::size_t row) const;
     void EnterPressed();
     void FitColumnsLater();
+    ColumnsFit CurrentFit();
+    int WidestText(int column);
 
     void OnSize(wxSizeEvent& event);
     void OnChangeValue(wxGridEvent& event);
@@ -72,6 +83,8 @@ private:
 
     PlcVarPanel* m_pPanel;            // not owned, the parent
     std::vector<PlcDebugVar>& m_vars; // not owned, the page's
+    PlcVarTable* m_pTable;            // owned by the grid's base
+    ColumnsFit m_fit;                 ///< As FitColumns() has left it.
     wxTimer m_slowClickTimer;         ///< Runs until a click can no longer become a double click.
     bool m_deletingRows = false;
     bool m_fitPending = false;

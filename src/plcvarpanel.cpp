@@ -50,7 +50,6 @@ PlcVarPanel::PlcVarPanel(wxWindow* parent, const PLC_DBG_INIT& init, wxFrame* fr
 void PlcVarPanel::CreateGrid()
 {
     m_pGrid = new PlcVarGrid(this, m_vars);
-    m_pGrid->CreateGrid(0, varColumnCount, wxGrid::wxGridSelectCells);
     m_pGrid->SetColLabelValue(varColumnOperand, LanguageText(TextId::VarColumnOperand));
     m_pGrid->SetColLabelValue(varColumnValue, LanguageText(TextId::VarColumnValue));
     m_pGrid->SetColLabelValue(varColumnFormat, LanguageText(TextId::VarColumnFormat));
@@ -146,7 +145,7 @@ void PlcVarPanel::AnswerReadVarRequest(const CMD_DATA& answer)
         var->SetVarValue(answered);
     }
     m_pGrid->UpdateShowVars(*var);
-    m_pGrid->FitColumns();
+    m_pGrid->FitColumnsToAnswer();
 }
 
 void PlcVarPanel::FinishVarRequest()

@@ -266,7 +266,6 @@ TEST_F(VarGrid, LeavesARowWithoutANameEmpty)
     vars[1].area = eAreaFlag;
     vars[1].address = "1.1";
     auto* alone = new PlcVarGrid(panel, vars);
-    alone->CreateGrid(0, varColumnCount, wxGrid::wxGridSelectCells);
 
     alone->InitShowVars();
 

@@ -3,6 +3,7 @@
 #include "watchpage.h"
 
 #include <gmock/gmock.h>
+#include <wx/region.h>
 
 #include <thread>
 
@@ -89,6 +90,42 @@ TEST_F(VarPanelAnswers, WidensItsColumnsForALongerAnswer)
     Answer(0, -1);
 
     EXPECT_GT(grid->GetColSize(1), before);
+}
+
+TEST_F(VarPanelAnswers, PaintsTheCellThatAnAnswerHasChangedAndNothingForAnEqualOne)
+{
+    Load({"MB1/D", "MB2/D"});
+    Answer(0, 5);
+    Answer(1, 6);
+    WaitThreeTicks(); // all that is due has been painted
+    wxRegion painted;
+    grid->GetGridWindow()->Bind(wxEVT_PAINT, [&](wxPaintEvent& event) {
+        painted.Union(grid->GetGridWindow()->GetUpdateRegion());
+        event.Skip();
+    });
+    const auto cell = [&](int row, int column) {
+        return wxRect(grid->CellToRect(row, column)).Deflate(2);
+    };
+
+    Answer(0, 5);
+    WaitThreeTicks();
+    EXPECT_TRUE(painted.IsEmpty());
+
+    Answer(1, 7);
+    ASSERT_TRUE(WaitFor("painted", [&] { return painted.Contains(cell(1, 1)) == wxInRegion; }));
+    EXPECT_EQ(painted.Contains(cell(0, 1)), wxOutRegion);
+}
+
+TEST_F(VarPanelAnswers, FitsAColumnThatTheOperatorHasDrawnWiderToTheNextAnswer)
+{
+    Load({"MB1/D"});
+    Answer(0, 5);
+    const int before = grid->GetColSize(1);
+    grid->SetColSize(1, before + 50);
+
+    Answer(0, 5);
+
+    EXPECT_EQ(grid->GetColSize(1), before);
 }
 
 // ---- Reset and release

@@ -129,6 +129,27 @@ TEST(KtValueQueue, APoppedElementIsDeletedAtOnce)
     EXPECT_EQ(value.use_count(), 3);
 }
 
+TEST(KtValueQueue, AllThatIsTakenAtOnceIsInOrderAndGone)
+{
+    KtValueQueue<int> queue;
+    int value = 0;
+    for (int i = 0; i < 5; ++i) {
+        queue.Push(i);
+    }
+    queue.Pop(value);
+
+    const KtValueArray<int> taken = queue.TakeAll();
+
+    ASSERT_EQ(taken.GetCount(), 4U);
+    for (std::size_t i = 0; i < taken.GetCount(); ++i) {
+        EXPECT_EQ(taken[i], static_cast<int>(i) + 1);
+    }
+    EXPECT_TRUE(queue.TakeAll().IsEmpty());
+    queue.Push(9);
+    ASSERT_TRUE(queue.Pop(value));
+    EXPECT_EQ(value, 9);
+}
+
 TEST(KtValueQueue, IsNotLockedAfterACopyThatFailed)
 {
     struct Stubborn

@@ -20,6 +20,19 @@ CMD_DATA Answer(std::uint16_t key, std::uint8_t serial)
     return answer;
 }
 
+/// What survives of the answers that one drain finds in the queue.
+std::vector<CMD_DATA> NewestOf(const std::vector<CMD_DATA>& answers)
+{
+    KtValueQueue<CMD_DATA> queue;
+    for (const CMD_DATA& answer : answers) {
+        queue.Push(answer);
+    }
+    const NewestAnswers newest = Drain(queue);
+    CMD_DATA left{};
+    EXPECT_FALSE(queue.Pop(left));
+    return {newest.InOrder().begin(), newest.InOrder().end()};
+}
+
 std::vector<int> KeysOf(const std::vector<CMD_DATA>& answers)
 {
     std::vector<int> keys;
@@ -55,48 +68,48 @@ Bytes RecordBytes(const CMD_DATA& record)
 
 } // namespace
 
-TEST(NewestPerKey, ANewerAnswerForTheSameKeyTakesTheLatestPlace)
+TEST(NewestAnswers, ANewerAnswerForTheSameKeyTakesTheLatestPlace)
 {
-    const auto newest = NewestPerKey({Answer(7, 1), Answer(9, 2), Answer(7, 3)});
+    const auto newest = NewestOf({Answer(7, 1), Answer(9, 2), Answer(7, 3)});
 
     EXPECT_THAT(KeysOf(newest), testing::ElementsAre(9, 7));
     EXPECT_THAT(SerialsOf(newest), testing::ElementsAre(2, 3));
 }
 
-TEST(NewestPerKey, OfNothingIsNothing)
+TEST(NewestAnswers, OfNothingIsNothing)
 {
-    EXPECT_TRUE(NewestPerKey({}).empty());
+    EXPECT_TRUE(NewestOf({}).empty());
 }
 
-TEST(NewestPerKey, KeepsAnswersForDifferentKeysInOrderOfArrival)
+TEST(NewestAnswers, KeepsAnswersForDifferentKeysInOrderOfArrival)
 {
-    const auto newest = NewestPerKey({Answer(3, 1), Answer(1, 2), Answer(2, 3)});
+    const auto newest = NewestOf({Answer(3, 1), Answer(1, 2), Answer(2, 3)});
 
     EXPECT_THAT(SerialsOf(newest), testing::ElementsAre(1, 2, 3));
 }
 
-TEST(NewestPerKey, OfAFloodForOneKeyIsTheLast)
+TEST(NewestAnswers, OfAFloodForOneKeyIsTheLast)
 {
     std::vector<CMD_DATA> flood(1000, Answer(5, 1));
     flood.push_back(Answer(5, 2));
 
-    EXPECT_THAT(SerialsOf(NewestPerKey(flood)), testing::ElementsAre(2));
+    EXPECT_THAT(SerialsOf(NewestOf(flood)), testing::ElementsAre(2));
 }
 
-TEST(NewestPerKey, TellsTheSmallestAndTheLargestKeyApart)
+TEST(NewestAnswers, TellsTheSmallestAndTheLargestKeyApart)
 {
-    const auto newest = NewestPerKey({Answer(0, 1), Answer(0xFFFF, 2), Answer(0, 3)});
+    const auto newest = NewestOf({Answer(0, 1), Answer(0xFFFF, 2), Answer(0, 3)});
 
     EXPECT_THAT(KeysOf(newest), testing::ElementsAre(0xFFFF, 0));
 }
 
-TEST(NewestPerKey, ComparesOnlyTheKey)
+TEST(NewestAnswers, ComparesOnlyTheKey)
 {
     CMD_DATA otherCommand = Answer(7, 2);
     otherCommand.command = 0x1234;
     otherCommand.length = 506;
 
-    EXPECT_THAT(SerialsOf(NewestPerKey({Answer(7, 1), otherCommand})), testing::ElementsAre(2));
+    EXPECT_THAT(SerialsOf(NewestOf({Answer(7, 1), otherCommand})), testing::ElementsAre(2));
 }
 
 TEST(CopyAnswer, TakesAsManyBytesAsTheLengthWordSays)

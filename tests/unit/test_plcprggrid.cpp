@@ -1,5 +1,5 @@
 #include "plcprggrid_rows.h"
-#include "plcprggrid_shown.h"
+#include "plcvargrid_shown.h"
 
 #include <gtest/gtest.h>
 
@@ -263,6 +263,22 @@ TEST(ShownColumn, BecomesNarrowerWhenTheLastRowWithTheWidestTextChanges)
     column.Replace(0, L"1");
     EXPECT_EQ(column.MaxWidth(ruler.Measure()), 2);
     column.Replace(1, L"1");
+    EXPECT_EQ(column.MaxWidth(ruler.Measure()), 1);
+}
+
+TEST(ShownColumn, ForgetsTheTextsOfRemovedRowsAndMovesTheOthersUp)
+{
+    ShownColumn column;
+    Ruler ruler;
+    for (const wchar_t* text : {L"1", L"333", L"22", L"4"}) {
+        column.Append(text);
+    }
+
+    column.Remove(1, 2);
+
+    ASSERT_EQ(column.RowCount(), 2U);
+    EXPECT_EQ(column.Text(0), L"1");
+    EXPECT_EQ(column.Text(1), L"4");
     EXPECT_EQ(column.MaxWidth(ruler.Measure()), 1);
 }
 

@@ -31,6 +31,15 @@ public:
         return true;
     }
 
+    /// Takes all values, the oldest first.
+    KtValueArray<T> TakeAll()
+    {
+        KtValueArray<T> all;
+        wxMutexLocker lock(m_mutex); // held for an exchange of pointers, however long the queue is
+        std::swap(static_cast<KtValueArray<T>&>(*this), all);
+        return all;
+    }
+
     /// Copies the oldest value and leaves it in the queue. Takes no lock: for callers that hold it.
     /// @return false when the queue is empty; @p value is then unchanged.
     bool doPeek(T& value) const
