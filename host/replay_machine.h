@@ -22,6 +22,8 @@ public:
         AnswerSink& answers,
         std::function<void()> tick,
         Player::Log log);
+    ReplayMachine(const ReplayMachine&) = delete;
+    ReplayMachine& operator=(const ReplayMachine&) = delete;
     ~ReplayMachine() override;
 
     RequestHandler& Requests() override { return m_player; }

@@ -200,7 +200,7 @@ std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
 std::string UseWatchList(const ConfigFiles& files, const std::string& lines)
 {
     const std::string list = files.prefix + ".plc";
-    const std::string problem = ReplaceFile(list, lines);
+    std::string problem = ReplaceFile(list, lines);
     if (!problem.empty())
         return problem;
     return ReplaceFile(files.settings, WithSetting(ReadFile(files.settings), lastFileKey, list));

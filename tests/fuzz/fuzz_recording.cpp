@@ -1,0 +1,55 @@
+#include "fuzz.h"
+#include "player.h"
+#include "record.h"
+#include "recording.h"
+
+// A recording from any source: what is accepted comes back when it is written again, and is played
+// to a debugger that asks for everything in it.
+
+namespace {
+
+using plchost::AnswerKind;
+
+class NoDebugger : public plchost::AnswerSink
+{
+public:
+    bool Answer(AnswerKind /*kind*/, const CMD_DATA* answer) override
+    {
+        Require(answer != nullptr, "an answer is never null");
+        return true;
+    }
+};
+
+std::string Encoded(const plchost::Recording& recording)
+{
+    std::string bytes = plchost::EncodeRecordingHead();
+    bytes += plchost::EncodeEvent({{}, plchost::EventKind::Listing, true, recording.listing});
+    for (const plchost::RecordedEvent& event : recording.events)
+        bytes += plchost::EncodeEvent(event);
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto decoded = plchost::DecodeRecording(Text(data, size));
+    const auto* const recording = std::get_if<plchost::Recording>(&decoded);
+    if (recording == nullptr)
+        return 0;
+    const auto again = plchost::DecodeRecording(Encoded(*recording));
+    const auto* const same = std::get_if<plchost::Recording>(&again);
+    Require(
+        same != nullptr && same->remark.empty() && Encoded(*same) == Encoded(*recording),
+        "a recording comes back as written");
+
+    NoDebugger debugger;
+    plchost::Player player(debugger, *recording, 1, [](const std::string&) {});
+    for (const plchost::RecordedEvent& event : recording->events)
+        if (const auto record = plchost::RecordOf(event.bytes))
+            player.Request(*record);
+    player.Advance({});
+    player.Advance(plchost::Player::Clock::time_point(plchost::longestRecording));
+    Require(player.Position() == player.Length(), "everything is played");
+    return 0;
+}
