@@ -1,0 +1,265 @@
+#include "debugfile.h"
+#include "literal_drain.h"
+#include "literal_listing.h"
+#include "measure.h"
+#include "plcdebugframe_drain.h"
+#include "recordinghost.h"
+#include "tempdir.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <thread>
+
+// The rows that need no window: answer queue, newest answer per key, loading a block.
+
+namespace {
+
+using bench::PrintRow;
+
+constexpr int backlog = 100000;
+constexpr int watchedVars = 20;
+constexpr int allKeys = 65536;
+
+CMD_DATA AnswerNumber(int number, int keys)
+{
+    return ReadAnswer(static_cast<std::uint16_t>(number % keys), number);
+}
+
+template <typename Queue> void Fill(Queue& queue, int answers, int keys)
+{
+    for (int i = 0; i < answers; ++i) {
+        queue.Push(AnswerNumber(i, keys));
+    }
+}
+
+bool Same(const CMD_DATA& one, const CMD_DATA& other)
+{
+    return std::memcmp(&one, &other, sizeof one) == 0;
+}
+
+bool SameOrder(const NewestAnswers& product, const literal::Pending& reference)
+{
+    return std::equal(
+        product.InOrder().begin(),
+        product.InOrder().end(),
+        reference.begin(),
+        reference.end(),
+        [](const CMD_DATA& one, const auto& other) { return Same(one, *other); });
+}
+
+void DrainRow()
+{
+    constexpr int pairs = 5;
+    std::vector<double> product;
+    std::vector<double> reference;
+    for (int i = 0; i < pairs; ++i) {
+        KtValueQueue<CMD_DATA> queue;
+        Fill(queue, backlog, watchedVars);
+        NewestAnswers drained;
+        product.push_back(bench::CpuOf([&] { drained = Drain(queue); }));
+
+        literal::Queue<CMD_DATA> literalQueue;
+        Fill(literalQueue, backlog, watchedVars);
+        literal::Pending pending;
+        reference.push_back(bench::CpuOf([&] { pending = literal::Drain(literalQueue); }));
+        bench::RequireSame(SameOrder(drained, pending), "drain");
+    }
+    PrintRow(
+        "drain of 100,000 queued answers",
+        "literal",
+        bench::Median(product) / bench::Median(reference),
+        0.02);
+}
+
+/// Takes from a queue and puts as much into it again, so that it keeps its length.
+class Circulation
+{
+public:
+    explicit Circulation(int length) { Fill(m_queue, length, watchedVars); }
+
+    double PopTime(int pops)
+    {
+        CMD_DATA answer{};
+        const double time = bench::CpuOf([&] {
+            for (int i = 0; i < pops; ++i) {
+                m_queue.Pop(answer);
+            }
+        });
+        Fill(m_queue, pops, watchedVars);
+        return time / pops;
+    }
+
+private:
+    KtValueQueue<CMD_DATA> m_queue;
+};
+
+void PopRow()
+{
+    constexpr int few = 10;
+    constexpr int rounds = 10001;
+    constexpr int roundsOfMany = 31;
+    constexpr int popsOfMany = 5000;
+    Circulation shortQueue(few);
+    Circulation longQueue(backlog);
+    std::vector<double> ofFew;
+    std::vector<double> ofMany;
+    for (int i = 0; i < rounds; ++i) {
+        ofFew.push_back(shortQueue.PopTime(few));
+        if (i % (rounds / roundsOfMany) == 0) {
+            ofMany.push_back(longQueue.PopTime(popsOfMany));
+        }
+    }
+    PrintRow(
+        "Pop with 100,000 queued",
+        "with 10 queued",
+        bench::Median(ofMany) / bench::Median(ofFew),
+        3);
+}
+
+/// Has threads push, 100 us apart, while this thread drains a backlog.
+/// @return how long the pushes took, in seconds.
+template <typename Queue, typename DrainIt>
+std::vector<double> PushTimes(int threadCount, DrainIt drainIt)
+{
+    constexpr int halfBacklog = backlog / 2;
+    constexpr auto gap = std::chrono::microseconds(100);
+    Queue queue;
+    Fill(queue, halfBacklog, watchedVars);
+    std::atomic<bool> stop = false;
+    std::vector<std::vector<double>> times(static_cast<std::size_t>(threadCount));
+    std::vector<std::thread> threads;
+    for (std::vector<double>& ofThread : times) {
+        threads.emplace_back([&queue, &stop, &ofThread, gap] {
+            const CMD_DATA answer = ReadAnswer(1, 1);
+            while (!stop) {
+                const double start = bench::WallNow();
+                queue.Push(answer);
+                ofThread.push_back(bench::WallNow() - start);
+                std::this_thread::sleep_for(gap);
+            }
+        });
+    }
+    drainIt(queue);
+    stop = true;
+    std::vector<double> all;
+    for (std::size_t i = 0; i < threads.size(); ++i) {
+        threads[i].join();
+        all.insert(all.end(), times[i].begin(), times[i].end());
+    }
+    return all;
+}
+
+void PushRow(int threadCount)
+{
+    constexpr int literalRuns = 3;
+    constexpr int runsPerLiteralRun = 10; // a quick drain gives few pushes a run
+    constexpr double part = 0.99;
+    std::vector<double> product;
+    std::vector<double> reference;
+    const auto append = [](std::vector<double>& all, const std::vector<double>& more) {
+        all.insert(all.end(), more.begin(), more.end());
+    };
+    for (int i = 0; i < literalRuns * runsPerLiteralRun; ++i) {
+        append(product, PushTimes<KtValueQueue<CMD_DATA>>(threadCount, [](auto& queue) {
+                   Drain(queue);
+               }));
+        if (i % runsPerLiteralRun == 0) {
+            append(reference, PushTimes<literal::Queue<CMD_DATA>>(threadCount, [](auto& queue) {
+                       literal::Drain(queue);
+                   }));
+        }
+    }
+    PrintRow(
+        "push while 50,000 drain, 99th percentile, threads: " + std::to_string(threadCount),
+        "literal",
+        bench::Percentile(product, part) / bench::Percentile(reference, part),
+        0.05);
+}
+
+void NewestRow(int keys, int answers, int pairs, double goal)
+{
+    std::vector<CMD_DATA> arrived;
+    for (int i = 0; i < answers; ++i) {
+        arrived.push_back(AnswerNumber(i, keys));
+    }
+    std::optional<NewestAnswers> newest;
+    literal::Pending pending;
+    const auto product = [&] {
+        newest.emplace();
+        for (const CMD_DATA& answer : arrived) {
+            newest->Add(answer);
+        }
+    };
+    const auto reference = [&] {
+        pending.clear();
+        for (const CMD_DATA& answer : arrived) {
+            literal::AddNewest(pending, answer);
+        }
+    };
+    const double ratio = bench::CpuRatio(pairs, {product}, {reference});
+    bench::RequireSame(SameOrder(*newest, pending), "newest per key");
+    PrintRow("newest per key, keys: " + std::to_string(keys), "literal", ratio, goal);
+}
+
+std::string BlockText(int number)
+{
+    const std::string text = std::to_string(number);
+    return number % 10 == 0 ? ":NETWORK " + text : text + " M1: U E " + text + ".3 // a remark";
+}
+
+bool SameLine(const DB_BAUSTEIN& one, const DB_BAUSTEIN& other)
+{
+    return one.state == other.state && one.value == other.value && one.text == other.text &&
+           one.step == other.step;
+}
+
+void LoadRow()
+{
+    constexpr int lineCount = 65535;
+    constexpr int pairs = 11;
+    std::vector<std::string> texts;
+    for (int i = 0; i < lineCount; ++i) {
+        texts.push_back(BlockText(i));
+    }
+    const TempDir dir;
+    const PrgFile file = OpenPrgFile(dir.Write("block", DebugFile({{"FB1", 0, texts}}, "\r\n")));
+    const DBG_BAUSTEIN_ENTRY block = ReadBlockIndex(file.get()).at(0);
+    std::vector<DB_BAUSTEIN> product;
+    std::vector<DB_BAUSTEIN> reference;
+    const double ratio =
+        bench::CpuRatio(pairs, {[&] { product = ReadBlockLines(file.get(), block); }}, {[&] {
+                            reference = literal::ReadLines(file.get(), block);
+                        }});
+    bench::RequireSame(
+        std::equal(product.begin(), product.end(), reference.begin(), reference.end(), SameLine) &&
+            product.size() == lineCount,
+        "lines of a block");
+    PrintRow("loading a block of 65,535 lines", "literal", ratio, 0.15);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return bench::RunRows(
+        {{"drain", DrainRow},
+         {"pop", PopRow},
+         {"push",
+          [] {
+              for (const int threadCount : {1, 2, 4}) {
+                  PushRow(threadCount);
+              }
+          }},
+         {"newest",
+          [] {
+              NewestRow(allKeys, backlog, 1, 0.01);
+              NewestRow(watchedVars, backlog, 11, 1);
+          }},
+         {"load", LoadRow}},
+        argc,
+        argv);
+}

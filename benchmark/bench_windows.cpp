@@ -1,0 +1,644 @@
+#include "measure.h"
+#include "pages.h"
+#include "plcdebug.h"
+#include "plcdebug_host.h"
+#include "plcprgpanel_state.h"
+#include "waitfor.h"
+
+#include <gtk/gtk.h>
+#include <wx/app.h>
+#include <wx/button.h>
+#include <wx/combobox.h>
+#include <wx/init.h>
+#include <wx/menu.h>
+#include <wx/notebook.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/timer.h>
+
+#include <algorithm>
+#include <cstring>
+#include <malloc.h>
+
+// The rows that need windows.
+
+namespace {
+
+using bench::CpuRatio;
+using bench::PrintRow;
+using bench::RequireSame;
+
+constexpr int manyLines = 65535;
+constexpr int fewLines = 100;
+constexpr int answerSteps = 98;
+constexpr int watchedVars = 20;
+constexpr unsigned tickMs = 100;
+const wxSize usualSize(600, 480);
+
+// ---- What is shown
+
+DebugFileBlock Block(int lineCount)
+{
+    DebugFileBlock block{"FB" + std::to_string(lineCount), 0};
+    for (int i = 0; i < lineCount; ++i) {
+        block.lines.push_back(
+            i % 10 == 0 ? ":NETWORK " + std::to_string(i / 10) : "M1: U E " + std::to_string(i));
+    }
+    return block;
+}
+
+std::vector<std::string> WatchList()
+{
+    static const std::vector<std::string> formats = {"MD%/D", "MW%/H", "MB%/B", "MD%/G"};
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < watchedVars; ++i) {
+        std::string line = formats[i % formats.size()];
+        lines.push_back(line.replace(line.find('%'), 1, std::to_string(4 * i)));
+    }
+    return lines;
+}
+
+void RequireSameGrids(const wxGrid& product, const wxGrid& reference, const std::string& what)
+{
+    RequireSame(PictureOf(product) == PictureOf(reference), what);
+}
+
+/// An answer for all steps of a request.
+CMD_DATA AnswerTo(const CMD_DATA& request, std::int32_t offset)
+{
+    const PrgStateAnswer range(request);
+    std::vector<StepState> states;
+    for (std::int32_t step = range.First(); step <= range.Last(); ++step) {
+        states.push_back({1, step + offset});
+    }
+    return PrgStateAnswerRecord(range.First(), range.Last(), states);
+}
+
+CMD_DATA LastRequest(const RecordingHost& host)
+{
+    RequireSame(!host.requests.empty(), "request");
+    return host.requests.back().record;
+}
+
+// ---- Running the host's loop
+
+/// Calls something again and again while a host's loop runs.
+class Ticker : public wxTimer
+{
+public:
+    Ticker(int periodMs, bench::Work tick) : m_tick(std::move(tick)) { Start(periodMs); }
+
+    void Notify() override
+    {
+        ++count;
+        m_tick();
+    }
+
+    int count = 0;
+
+private:
+    bench::Work m_tick;
+};
+
+gboolean QuitLoop(gpointer /*unused*/)
+{
+    gtk_main_quit();
+    return G_SOURCE_REMOVE;
+}
+
+/// @return processor time that the host's loop takes in so many seconds of time.
+double CpuOfLoop(unsigned seconds)
+{
+    g_timeout_add(seconds * 1000, QuitLoop, nullptr);
+    return bench::CpuOf(gtk_main);
+}
+
+void ShowOnly(wxWindow& shown, wxWindow& hidden)
+{
+    hidden.Hide();
+    shown.Show();
+    RunPending();
+}
+
+// ---- Watch page
+
+template <typename Page> void Answer20(Page& page, std::int32_t value)
+{
+    for (std::uint16_t key = 0; key < watchedVars; ++key) {
+        page.AnswerReadVarRequest(ReadAnswer(key, value + 12347 * key));
+    }
+}
+
+void WatchTickRow(const char* what, std::int32_t change, double goal)
+{
+    constexpr int pairs = 51;
+    VarPages pages;
+    pages.LoadProduct(WatchList());
+    pages.LoadReference(WatchList());
+    std::vector<double> product;
+    std::vector<double> reference;
+    std::int32_t value = 1;
+    Answer20(*pages.product, value);
+    Answer20(*pages.reference, value);
+    for (int i = 0; i < pairs; ++i) {
+        value += change;
+        product.push_back(bench::CpuOf([&] { Answer20(*pages.product, value); }));
+        reference.push_back(bench::CpuOf([&] { Answer20(*pages.reference, value); }));
+        RequireSameGrids(*pages.productGrid, *pages.referenceGrid, what);
+        RunPending();
+    }
+    PrintRow(what, "literal", bench::Median(product) / bench::Median(reference), goal);
+}
+
+void WatchCpuRow()
+{
+    constexpr int pairs = 5;
+    constexpr unsigned seconds = 5;
+    const VarPages pages;
+    pages.LoadProduct(WatchList());
+    Answer20(*pages.product, 1);
+    pages.reference->Hide();
+    RunPending();
+    const auto run = [](const bench::Work& tick) {
+        Ticker ticker(tickMs, tick);
+        CpuOfLoop(seconds);
+    };
+    const double ratio = CpuRatio(
+        pairs, {[&] { run([&] { Answer20(*pages.product, 1); }); }}, {[&] { run([] {}); }});
+    PrintRow("processor, 20 unchanged answers at 10 Hz", "idle", ratio, 3);
+}
+
+// ---- Program page, its grid alone
+
+std::size_t HeapInUse()
+{
+    return mallinfo2().uordblks;
+}
+
+template <typename Grid> std::size_t HeapOfRows(Grid& grid)
+{
+    const std::size_t before = HeapInUse();
+    grid.InitShowBS();
+    return HeapInUse() - before;
+}
+
+void FillRow()
+{
+    constexpr int pairs = 11;
+    const PrgPages pages({Block(0), Block(manyLines)});
+    const TempDir dir;
+    const PrgFile file = OpenPrgFile(dir.Write("block", DebugFile({Block(manyLines)})));
+    const std::vector<DB_BAUSTEIN> lines =
+        ReadBlockLines(file.get(), ReadBlockIndex(file.get()).at(0));
+    auto* product = new PlcPrgGrid(pages.product, lines);
+    auto* reference = new literal::PrgGrid(pages.reference, lines);
+    const auto productHeap = static_cast<double>(HeapOfRows(*product));
+    const auto referenceHeap = static_cast<double>(HeapOfRows(*reference));
+    const double time =
+        CpuRatio(pairs, {[&] { product->InitShowBS(); }}, {[&] { reference->InitShowBS(); }});
+    RequireSame(PictureOf(*product).cells == PictureOf(*reference).cells, "cells of a block");
+    PrintRow("filling the grid with 65,535 lines, time", "literal", time, 0.05);
+    PrintRow("filling the grid, heap", "literal", productHeap / referenceHeap, 0.03);
+}
+
+void SendSize(wxGrid& grid)
+{
+    wxSizeEvent size(grid.GetSize(), grid.GetId());
+    size.SetEventObject(&grid);
+    grid.ProcessWindowEvent(size);
+}
+
+void ResizeRow()
+{
+    constexpr int pairs = 5;
+    constexpr int timesOfProduct = 50;
+    constexpr int pairsOfSizes = 15;
+    const PrgPages pages({Block(manyLines)});
+    const auto many = [&] { SendSize(*pages.productGrid); };
+    const double ratio =
+        CpuRatio(pairs, {many, timesOfProduct}, {[&] { SendSize(*pages.referenceGrid); }});
+    RequireSameGrids(*pages.productGrid, *pages.referenceGrid, "resize");
+    PrintRow("resize with 65,535 rows", "literal", ratio, 0.005);
+
+    const std::vector<DB_BAUSTEIN> fewRows(fewLines, DB_BAUSTEIN{L"?", L"-", L"U E 1", 1});
+    auto* small = new PlcPrgGrid(pages.product, fewRows);
+    small->InitShowBS();
+    small->SetSize(usualSize);
+    const double growth =
+        CpuRatio(pairsOfSizes, {many, timesOfProduct}, {[&] { SendSize(*small); }, timesOfProduct});
+    PrintRow("resize with 65,535 rows", "with 100 rows", growth, 2);
+}
+
+void VisibleRow()
+{
+    constexpr int pairs = 15;
+    constexpr int times = 2000;
+    const PrgPages pages({Block(manyLines)});
+    PlcPrgGrid& product = *pages.productGrid;
+    const auto find = [&] { product.DoPrgStateRequest(); };
+    std::vector<double> top;
+    std::vector<double> end;
+    std::vector<double> reference;
+    const auto timed = [](const bench::Work& work, int repetitions) {
+        return bench::CpuOf([&] {
+                   for (int i = 0; i < repetitions; ++i) {
+                       work();
+                   }
+               }) /
+               repetitions;
+    };
+    for (int i = 0; i < pairs; ++i) {
+        ScrollToRow(product, 0);
+        find();
+        top.push_back(timed(find, times));
+        ScrollToRow(product, manyLines);
+        find();
+        end.push_back(timed(find, times));
+        const CMD_DATA ofProduct = LastRequest(pages.host);
+        ScrollToRow(*pages.referenceGrid, manyLines);
+        pages.reference->Grid()->DoPrgStateRequest();
+        RequireSame(
+            std::memcmp(&ofProduct, &pages.host.requests.back().record, sizeof ofProduct) == 0,
+            "visible range");
+        reference.push_back(timed([&] { pages.referenceGrid->DoPrgStateRequest(); }, 2));
+    }
+    PrintRow(
+        "visible range at the end of 65,535 rows",
+        "literal",
+        bench::Median(end) / bench::Median(reference),
+        0.002);
+    PrintRow(
+        "visible range at the end of 65,535 rows",
+        "at the top",
+        bench::Median(end) / bench::Median(top),
+        3);
+}
+
+/// Brings the last or the first rows of a grid on screen, 98 steps of them, and has them requested.
+template <typename Page, typename Grid>
+CMD_DATA Subscribe98(const RecordingHost& host, Page& page, Grid& grid, int row)
+{
+    constexpr int rowsOf98Steps = 120;
+    grid.SetSize(usualSize.x, rowsOf98Steps * grid.GetDefaultRowSize());
+    ScrollToRow(grid, row);
+    page.SendPrgStateRequest(noStep, noStep);
+    grid.DoPrgStateRequest();
+    CMD_DATA request = LastRequest(host);
+    RequireSame(request.key == answerSteps, "steps of a request");
+    return request;
+}
+
+void AnswerRow()
+{
+    constexpr int pairs = 15;
+    constexpr int times = 50;
+    constexpr int timesOfReference = 2;
+    const PrgPages pages({Block(manyLines)});
+    const CMD_DATA request =
+        Subscribe98(pages.host, *pages.reference, *pages.referenceGrid, manyLines);
+    std::int32_t value = 0;
+    std::vector<double> top;
+    std::vector<double> end;
+    std::vector<double> reference;
+    const auto timed = [&](auto& page, const CMD_DATA& range, int repetitions) {
+        const CMD_DATA one = AnswerTo(range, ++value);
+        const CMD_DATA other = AnswerTo(range, ++value);
+        const double time = bench::CpuOf([&] {
+            for (int i = 0; i < repetitions; i += 2) {
+                page.AnswerPrgState(one);
+                page.AnswerPrgState(other);
+            }
+        });
+        RunPending();
+        return time / repetitions;
+    };
+    for (int i = 0; i < pairs; ++i) {
+        const CMD_DATA first = Subscribe98(pages.host, *pages.product, *pages.productGrid, 0);
+        top.push_back(timed(*pages.product, first, times));
+        const CMD_DATA last =
+            Subscribe98(pages.host, *pages.product, *pages.productGrid, manyLines);
+        RequireSame(std::memcmp(&request, &last, sizeof last) == 0, "requested range");
+        end.push_back(timed(*pages.product, last, times));
+        --value;
+        --value;
+        reference.push_back(timed(*pages.reference, request, timesOfReference));
+        constexpr int lastRows = 200;
+        RequireSame(
+            PictureOf(*pages.productGrid, manyLines - lastRows, manyLines - 1).cells ==
+                PictureOf(*pages.referenceGrid, manyLines - lastRows, manyLines - 1).cells,
+            "cells after an answer");
+    }
+    PrintRow(
+        "answer of 98 steps at the end of 65,535 lines",
+        "literal",
+        bench::Median(end) / bench::Median(reference),
+        0.02);
+    PrintRow(
+        "answer of 98 steps at the end of 65,535 lines",
+        "at the top",
+        bench::Median(end) / bench::Median(top),
+        2);
+}
+
+// ---- Program page at work
+
+/// What a run of a page on the screen costs.
+struct Run
+{
+    double cpu;
+    int ticks;
+    std::vector<double> tickTimes;
+};
+
+/// Lets a page run at the end of the listing.
+/// @param scrolling moves the view by a row every 20 ms.
+/// @param offset that each answer adds to its values, more from answer to answer by @p change; no
+///        answers without one.
+template <typename Page, typename Grid>
+Run RunPage(
+    const RecordingHost& host,
+    Page& page,
+    Grid& grid,
+    bool scrolling,
+    bool answering,
+    const std::function<void()>& setPending)
+{
+    constexpr unsigned seconds = 4;
+    constexpr int scrollMs = 20;
+    constexpr int rowsUpAndDown = 50;
+    Run run{};
+    int turn = 0;
+    ScrollToRow(grid, manyLines);
+    grid.DoPrgStateRequest();
+    Ticker scroller(scrollMs, [&] {
+        if (scrolling) {
+            const int way = ++turn % (2 * rowsUpAndDown);
+            const int up = std::min(way, 2 * rowsUpAndDown - way);
+            ScrollToRow(grid, manyLines - rowsUpAndDown - up);
+            setPending();
+        }
+    });
+    if (!scrolling) {
+        scroller.Stop();
+    }
+    CMD_DATA answer = AnswerTo(LastRequest(host), 0);
+    std::size_t requests = host.requests.size();
+    Ticker ticker(tickMs, [&] {
+        if (host.requests.size() != requests) {
+            requests = host.requests.size();
+            answer = AnswerTo(LastRequest(host), 0);
+        }
+        run.tickTimes.push_back(bench::CpuOf([&] {
+            if (answering) {
+                page.AnswerPrgState(answer);
+            }
+            page.OnScrollSendRequest();
+        }));
+    });
+    run.cpu = CpuOfLoop(seconds);
+    run.ticks = ticker.count;
+    return run;
+}
+
+void AppendTimes(std::vector<double>& all, const Run& run)
+{
+    all.insert(all.end(), run.tickTimes.begin(), run.tickTimes.end());
+}
+
+void ScrollRow()
+{
+    constexpr int pairs = 3;
+    const PrgPages pages({Block(manyLines)});
+    std::vector<double> tick;
+    std::vector<double> literalTick;
+    std::vector<double> ticks;
+    std::vector<double> ticksAlone;
+    std::vector<double> cpu;
+    std::vector<double> cpuAlone;
+    const auto pending = [&] { pages.productGrid->SetScrollPending(); };
+    const auto literalPending = [&] { pages.referenceGrid->scrollPending = true; };
+    for (int i = 0; i < pairs; ++i) {
+        ShowOnly(*pages.product, *pages.reference);
+        const Run both =
+            RunPage(pages.host, *pages.product, *pages.productGrid, true, true, pending);
+        const Run alone =
+            RunPage(pages.host, *pages.product, *pages.productGrid, true, false, pending);
+        ShowOnly(*pages.reference, *pages.product);
+        const Run reference =
+            RunPage(pages.host, *pages.reference, *pages.referenceGrid, true, true, literalPending);
+        AppendTimes(tick, both);
+        AppendTimes(literalTick, reference);
+        ticks.push_back(both.ticks);
+        ticksAlone.push_back(alone.ticks);
+        cpu.push_back(both.cpu);
+        cpuAlone.push_back(alone.cpu);
+    }
+    const char* const what = "scrolling at the end of 65,535 lines, answers at 10 Hz";
+    PrintRow(
+        std::string(what) + ": tick",
+        "literal",
+        bench::Median(tick) / bench::Median(literalTick),
+        0.02);
+    // One tick more or less is where the run happens to end.
+    PrintRow(
+        std::string(what) + ": ticks missed",
+        "scrolling alone",
+        std::max(0.0, bench::Median(ticksAlone) - bench::Median(ticks)),
+        1);
+    PrintRow(
+        std::string(what) + ": processor",
+        "scrolling alone",
+        bench::Median(cpu) / bench::Median(cpuAlone),
+        1.3);
+}
+
+void StillRow()
+{
+    constexpr int pairs = 3;
+    const PrgPages pages({Block(manyLines)});
+    std::vector<double> product;
+    std::vector<double> reference;
+    for (int i = 0; i < pairs; ++i) {
+        ShowOnly(*pages.product, *pages.reference);
+        product.push_back(
+            RunPage(pages.host, *pages.product, *pages.productGrid, false, true, nullptr).cpu);
+        ShowOnly(*pages.reference, *pages.product);
+        reference.push_back(
+            RunPage(pages.host, *pages.reference, *pages.referenceGrid, false, true, nullptr).cpu);
+    }
+    constexpr int lastRows = 20;
+    RequireSame(
+        PictureOf(*pages.productGrid, manyLines - lastRows, manyLines - 1).cells ==
+            PictureOf(*pages.referenceGrid, manyLines - lastRows, manyLines - 1).cells,
+        "cells of a still page");
+    PrintRow(
+        "page still, unchanged answers at 10 Hz: processor",
+        "literal",
+        bench::Median(product) / bench::Median(reference),
+        0.12);
+}
+
+// ---- The whole frame
+
+/// The widgets of the debugger's frame without its logic.
+wxFrame* WidgetsAlone()
+{
+    auto* frame = new wxFrame(nullptr, wxID_ANY, "widgets");
+    frame->CreateStatusBar(1);
+    auto* file = new wxMenu;
+    for (const char* label : {"New", "Open", "Save", "Save as", "Exit"}) {
+        file->Append(wxID_ANY, label);
+    }
+    auto* help = new wxMenu;
+    help->Append(wxID_ANY, "Info");
+    auto* bar = new wxMenuBar;
+    bar->Append(file, "File");
+    bar->Append(help, "Help");
+    frame->SetMenuBar(bar);
+
+    auto* notebook = new wxNotebook(frame, wxID_ANY);
+    const auto grid = [](wxWindow* page) {
+        auto* created = new wxGrid(page, wxID_ANY);
+        created->CreateGrid(0, 3);
+        created->SetRowLabelSize(0);
+        return created;
+    };
+    auto* watch = new wxPanel(notebook);
+    auto* buttons = new wxBoxSizer(wxVERTICAL);
+    for (const char* label : {"Define", "Modify", "Delete"}) {
+        auto* button = new wxButton(watch, wxID_ANY, label);
+        button->SetToolTip(label);
+        buttons->Add(button);
+    }
+    auto* columns = new wxBoxSizer(wxHORIZONTAL);
+    columns->Add(grid(watch), 1, wxEXPAND);
+    columns->Add(buttons);
+    watch->SetSizerAndFit(columns);
+    notebook->AddPage(watch, "Variables", true);
+
+    auto* program = new wxPanel(notebook);
+    auto* rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(new wxStaticText(program, wxID_ANY, "Block"));
+    rows->Add(new wxComboBox(program, wxID_ANY), 0, wxEXPAND);
+    rows->Add(grid(program), 1, wxEXPAND);
+    program->SetSizerAndFit(rows);
+    notebook->AddPage(program, "Program", false);
+
+    frame->SetSize(usualSize);
+    frame->Show();
+    return frame;
+}
+
+/// A host's settings directory with a program debug file.
+struct HostFiles
+{
+    explicit HostFiles(int lineCount)
+    {
+        dir.Write("prog_plcdbgi.dat", DebugFile({Block(lineCount)}));
+    }
+
+    TempDir dir;
+    RecordingHost host{dir.File("prog")};
+};
+
+void IdleRow()
+{
+    constexpr int pairs = 5;
+    constexpr unsigned seconds = 8;
+    HostFiles files(fewLines);
+    std::vector<double> product;
+    std::vector<double> reference;
+    for (int i = 0; i < pairs; ++i) {
+        ExportCreatePlcDebugger(&files.host.init);
+        WaitThreeTicks();
+        product.push_back(CpuOfLoop(seconds));
+        ExportDestroyPlcDebugger();
+        wxFrame* widgets = WidgetsAlone();
+        WaitThreeTicks();
+        {
+            Ticker ticker(tickMs, [] {});
+            reference.push_back(CpuOfLoop(seconds));
+        }
+        delete widgets;
+        RunPending();
+    }
+    PrintRow(
+        "idle, shown: processor",
+        "widgets and empty timer",
+        bench::Median(product) / bench::Median(reference),
+        1.15);
+}
+
+void CreateRow(int lineCount)
+{
+    constexpr int pairs = 11;
+    HostFiles files(lineCount);
+    const PrgFile file = OpenPrgFile(files.dir.File("prog_plcdbgi.dat"));
+    const DBG_BAUSTEIN_ENTRY block = ReadBlockIndex(file.get()).at(0);
+    std::vector<double> product;
+    std::vector<double> reference;
+    for (int i = 0; i < pairs; ++i) {
+        const double reading = bench::CpuOf([&] { ReadBlockLines(file.get(), block); });
+        product.push_back(
+            bench::CpuOf([&] { ExportCreatePlcDebugger(&files.host.init); }) - reading);
+        RunPending();
+        ExportDestroyPlcDebugger();
+        wxFrame* widgets = nullptr;
+        reference.push_back(bench::CpuOf([&] { widgets = WidgetsAlone(); }));
+        RunPending();
+        delete widgets;
+        RunPending();
+    }
+    PrintRow(
+        "create to shown, lines in the first block: " + std::to_string(lineCount),
+        "widgets alone",
+        bench::Median(product) / bench::Median(reference),
+        1.3);
+}
+
+void EndAtAssert(
+    const wxString& file,
+    int line,
+    const wxString& /*function*/,
+    const wxString& condition,
+    const wxString& message)
+{
+    std::fprintf(
+        stderr,
+        "%s:%d: %s %s\n",
+        file.utf8_str().data(),
+        line,
+        condition.utf8_str().data(),
+        message.utf8_str().data());
+    std::abort();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    gtk_init(&argc, &argv);
+    int noArguments = 0;
+    wxSetAssertHandler(EndAtAssert);
+    if (!wxEntryStart(noArguments, static_cast<wxChar**>(nullptr)) || !wxTheApp->CallOnInit()) {
+        return EXIT_FAILURE;
+    }
+    const int status = bench::RunRows(
+        {{"watch-changed", [] { WatchTickRow("tick with 20 changed answers", 7, 0.08); }},
+         {"watch-unchanged", [] { WatchTickRow("tick with 20 unchanged answers", 0, 0.02); }},
+         {"watch-cpu", WatchCpuRow},
+         {"fill", FillRow},
+         {"resize", ResizeRow},
+         {"visible", VisibleRow},
+         {"answer", AnswerRow},
+         {"scroll", ScrollRow},
+         {"still", StillRow},
+         {"idle", IdleRow},
+         {"create-100", [] { CreateRow(fewLines); }},
+         {"create-65535", [] { CreateRow(manyLines); }}},
+        argc,
+        argv);
+    wxTheApp->OnExit();
+    wxEntryCleanup();
+    return status;
+}

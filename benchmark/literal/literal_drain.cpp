@@ -1,0 +1,26 @@
+#include "literal_drain.h"
+
+#include <cstddef>
+
+namespace literal {
+
+void AddNewest(Pending& pending, const CMD_DATA& answer)
+{
+    for (std::size_t position = pending.size(); position-- > 0;) {
+        if (pending[position]->key == answer.key) {
+            pending.erase(pending.begin() + static_cast<std::ptrdiff_t>(position));
+        }
+    }
+    pending.push_back(std::make_unique<CMD_DATA>(answer));
+}
+
+Pending Drain(Queue<CMD_DATA>& queue)
+{
+    Pending pending;
+    for (CMD_DATA answer; queue.Pop(answer);) {
+        AddNewest(pending, answer);
+    }
+    return pending;
+}
+
+} // namespace literal

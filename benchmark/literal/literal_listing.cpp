@@ -1,0 +1,110 @@
+#include "literal_listing.h"
+
+#include <wx/string.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace literal {
+
+namespace {
+
+constexpr std::size_t bufferSize = 256;
+constexpr int maxSteps = 98;
+constexpr int statesOffset = 14;
+
+template <typename T> T At(const CMD_DATA& record, int offset)
+{
+    T value{};
+    std::memcpy(&value, reinterpret_cast<const char*>(&record) + offset, sizeof value);
+    return value;
+}
+
+wxString FromBuffer(const char* buffer)
+{
+    const wxString text(buffer, wxConvLibc);
+    return text.empty() ? wxString::From8BitData(buffer) : text;
+}
+
+bool IsExecutableText(const wxString& text)
+{
+    const std::size_t colon = text.find(':');
+    const wxString part = colon == wxString::npos ? text : text.Mid(colon + 1);
+    return !part.Contains("NOP") && !part.Contains("BLD") && !part.Contains("NETWORK") &&
+           !part.Contains("TITLE");
+}
+
+const DB_BAUSTEIN& LineOf(const std::vector<DB_BAUSTEIN>& lines, int row)
+{
+    return lines.at(static_cast<std::size_t>(row));
+}
+
+} // namespace
+
+std::vector<DB_BAUSTEIN> ReadLines(std::FILE* file, const DBG_BAUSTEIN_ENTRY& block)
+{
+    std::vector<DB_BAUSTEIN> lines;
+    std::fseek(file, static_cast<long>(block.fileOffset), SEEK_SET);
+    std::array<char, bufferSize> buffer{};
+    std::int32_t step = block.firstStep;
+    for (int i = 0; i < block.lineCount; ++i) {
+        [[maybe_unused]] const char* read = std::fgets(buffer.data(), buffer.size(), file);
+        wxString text = FromBuffer(buffer.data());
+        text.Replace("\n", "");
+        text.Replace("\r", "");
+        const bool executable = IsExecutableText(text);
+        lines.push_back(
+            {executable ? L"?" : L"-", L"-", text.ToStdWstring(), executable ? step++ : noStep});
+    }
+    return lines;
+}
+
+Rows VisibleRows(const std::vector<DB_BAUSTEIN>& lines, const std::function<bool(int)>& isVisible)
+{
+    Rows rows;
+    const int count = static_cast<int>(lines.size());
+    int row = 0;
+    while (row < count && (LineOf(lines, row).step == noStep || !isVisible(row))) {
+        ++row;
+    }
+    if (row == count) {
+        return rows;
+    }
+    rows = {row, row};
+    for (; row < count; ++row) {
+        if (LineOf(lines, row).step != noStep) {
+            if (!isVisible(row)) {
+                break;
+            }
+            rows.last = row;
+        }
+    }
+    const int end = LineOf(lines, rows.first).step + maxSteps;
+    while (rows.last > rows.first &&
+           (LineOf(lines, rows.last).step == noStep || LineOf(lines, rows.last).step >= end)) {
+        --rows.last;
+    }
+    return rows;
+}
+
+void ApplyAnswer(const CMD_DATA& answer, std::vector<DB_BAUSTEIN>& lines)
+{
+    const auto first = At<std::int32_t>(answer, 6);
+    const auto last = At<std::int32_t>(answer, 10);
+    const int count = last + 1 - first;
+    for (int i = 0; i < count; ++i) {
+        const auto line = std::find_if(lines.begin(), lines.end(), [&](const DB_BAUSTEIN& record) {
+            return record.step == first + i;
+        });
+        if (line != lines.end()) {
+            line->state = At<std::uint8_t>(answer, statesOffset + i) == 1 ? L"1" : L"0";
+            const auto value = At<std::int32_t>(answer, statesOffset + count + 4 * i);
+            line->value = value == PLC_NO_VALUE || value == -1
+                              ? std::wstring(L"-")
+                              : wxString::Format("%d", value).ToStdWstring();
+        }
+    }
+}
+
+} // namespace literal

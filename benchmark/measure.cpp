@@ -1,0 +1,107 @@
+#include "measure.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+namespace bench {
+
+namespace {
+
+double Now(clockid_t clock)
+{
+    constexpr double nanosecond = 1e-9;
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * nanosecond;
+}
+
+double CpuOfOne(const Repeated& repeated)
+{
+    return CpuOf([&] {
+               for (int i = 0; i < repeated.times; ++i) {
+                   repeated.work();
+               }
+           }) /
+           repeated.times;
+}
+
+} // namespace
+
+double CpuNow()
+{
+    return Now(CLOCK_PROCESS_CPUTIME_ID);
+}
+
+double WallNow()
+{
+    return Now(CLOCK_MONOTONIC);
+}
+
+double CpuOf(const Work& work)
+{
+    const double start = CpuNow();
+    work();
+    return CpuNow() - start;
+}
+
+double Median(std::vector<double> values)
+{
+    constexpr double middle = 0.5;
+    return Percentile(std::move(values), middle);
+}
+
+double Percentile(std::vector<double> values, double part)
+{
+    const auto position = std::min(
+        values.size() - 1, static_cast<std::size_t>(part * static_cast<double>(values.size())));
+    std::nth_element(
+        values.begin(), values.begin() + static_cast<std::ptrdiff_t>(position), values.end());
+    return values[position];
+}
+
+double CpuRatio(int pairs, const Repeated& measured, const Repeated& reference)
+{
+    std::vector<double> ofMeasured;
+    std::vector<double> ofReference;
+    for (int i = 0; i < pairs; ++i) {
+        ofMeasured.push_back(CpuOfOne(measured));
+        ofReference.push_back(CpuOfOne(reference));
+    }
+    return Median(ofMeasured) / Median(ofReference);
+}
+
+void RequireSame(bool same, const std::string& what)
+{
+    if (!same) {
+        std::fprintf(stderr, "bench: %s: product and reference differ\n", what.c_str());
+        std::exit(EXIT_FAILURE);
+    }
+}
+
+void PrintRow(const std::string& what, const std::string& against, double ratio, double goal)
+{
+    std::printf("%s\t%s\t%.4f\t%g\n", what.c_str(), against.c_str(), ratio, goal);
+    std::fflush(stdout);
+}
+
+int RunRows(const std::vector<Row>& rows, int argc, char** argv)
+{
+    const std::vector<std::string> wanted(argv + 1, argv + argc);
+    for (const std::string& name : wanted) {
+        if (std::none_of(
+                rows.begin(), rows.end(), [&](const Row& row) { return row.name == name; })) {
+            std::fprintf(stderr, "bench: there is no row \"%s\"\n", name.c_str());
+            return 2;
+        }
+    }
+    for (const Row& row : rows) {
+        if (wanted.empty() || std::find(wanted.begin(), wanted.end(), row.name) != wanted.end()) {
+            row.run();
+        }
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace bench
