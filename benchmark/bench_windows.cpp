@@ -274,6 +274,16 @@ void VisibleRow()
         3);
 }
 
+/// Has a page request its rows on screen, whatever it has requested before.
+template <typename Page, typename Grid>
+CMD_DATA Resubscribe(const RecordingHost& host, Page& page, Grid& grid)
+{
+    page.SendPrgStateRequest(noStep, noStep);
+    grid.ClearIdxRequestRows();
+    grid.DoPrgStateRequest();
+    return LastRequest(host);
+}
+
 /// Brings the last or the first rows of a grid on screen, 98 steps of them, and has them requested.
 template <typename Page, typename Grid>
 CMD_DATA Subscribe98(const RecordingHost& host, Page& page, Grid& grid, int row)
@@ -281,9 +291,7 @@ CMD_DATA Subscribe98(const RecordingHost& host, Page& page, Grid& grid, int row)
     constexpr int rowsOf98Steps = 120;
     grid.SetSize(usualSize.x, rowsOf98Steps * grid.GetDefaultRowSize());
     ScrollToRow(grid, row);
-    page.SendPrgStateRequest(noStep, noStep);
-    grid.DoPrgStateRequest();
-    CMD_DATA request = LastRequest(host);
+    const CMD_DATA request = Resubscribe(host, page, grid);
     RequireSame(request.key == answerSteps, "steps of a request");
     return request;
 }
@@ -352,8 +360,8 @@ struct Run
 
 /// Lets a page run at the end of the listing.
 /// @param scrolling moves the view by a row every 20 ms.
-/// @param offset that each answer adds to its values, more from answer to answer by @p change; no
-///        answers without one.
+/// @param answering hands over an answer for the rows on screen, with every tick.
+/// @param setPending tells the page that it was scrolled.
 template <typename Page, typename Grid>
 Run RunPage(
     const RecordingHost& host,
@@ -369,7 +377,7 @@ Run RunPage(
     Run run{};
     int turn = 0;
     ScrollToRow(grid, manyLines);
-    grid.DoPrgStateRequest();
+    CMD_DATA answer = AnswerTo(Resubscribe(host, page, grid), 0);
     Ticker scroller(scrollMs, [&] {
         if (scrolling) {
             const int way = ++turn % (2 * rowsUpAndDown);
@@ -381,7 +389,6 @@ Run RunPage(
     if (!scrolling) {
         scroller.Stop();
     }
-    CMD_DATA answer = AnswerTo(LastRequest(host), 0);
     std::size_t requests = host.requests.size();
     Ticker ticker(tickMs, [&] {
         if (host.requests.size() != requests) {

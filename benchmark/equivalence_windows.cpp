@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr int stepsOfASession = 10 * stepsOfARun;
+constexpr int stepsOfASession = 5 * stepsOfARun;
 constexpr int usualBlock = 300;
 constexpr int largestBlock = 65535;
 constexpr int widest = 900;
@@ -46,8 +46,9 @@ public:
             BeginRun(step / stepsOfARun);
         }
         Step();
-        if (step % 10 == 0) {
-            RunPending();
+        if (m_laysOut) {
+            FinishLayout(Frame());
+            m_laysOut = false;
         }
         Compare(step % stepsOfARun == stepsOfARun - 1);
     }
@@ -55,10 +56,14 @@ public:
 protected:
     virtual void BeginRun(int run) = 0;
     virtual void Step() = 0;
+    virtual wxFrame& Frame() = 0;
     /// @param whole with all cells.
     virtual void Compare(bool whole) = 0;
 
     Dice& Random() { return m_dice; }
+
+    /// To be called by a step that may change the layout.
+    void LaysOut() { m_laysOut = true; }
 
     wxSize RandomSize() { return {m_dice.Below(widest) + 1, m_dice.Below(highest) + 1}; }
 
@@ -86,6 +91,7 @@ private:
     const StepOptions& m_options;
     Dice& m_dice;
     int m_step = 0;
+    bool m_laysOut = false;
 };
 
 std::vector<DebugFileBlock> RandomBlocks(Dice& dice, bool withLargest)
@@ -118,11 +124,13 @@ public:
         m_pages.product->SendPrgStateRequest(noStep, noStep);
         m_pages.reference->SendPrgStateRequest(noStep, noStep);
         m_pages.productGrid->ClearIdxRequestRows();
-        m_pages.referenceGrid->ClearRequestedRows();
+        m_pages.referenceGrid->ClearIdxRequestRows();
         m_pages.host.requests.clear();
     }
 
 protected:
+    wxFrame& Frame() override { return *m_pages.frame; }
+
     void BeginRun(int run) override
     {
         const auto count = static_cast<int>(m_blocks.size());
@@ -182,6 +190,7 @@ protected:
 private:
     void Choose(int index)
     {
+        LaysOut();
         Both(
             m_pages.host,
             [&] { m_pages.ChooseOnProduct(index); },
@@ -190,6 +199,7 @@ private:
 
     void Resize()
     {
+        LaysOut();
         const wxSize size = RandomSize();
         Both(
             m_pages.host,
@@ -223,6 +233,7 @@ private:
 
     void ShowOrHide()
     {
+        LaysOut();
         const bool shown = !m_pages.product->IsShown();
         Both(
             m_pages.host,
@@ -271,6 +282,8 @@ public:
     using Session::Session;
 
 protected:
+    wxFrame& Frame() override { return *m_pages.frame; }
+
     void BeginRun(int /*run*/) override { Load(); }
 
     void Step() override
@@ -332,6 +345,7 @@ private:
 
     void Load()
     {
+        LaysOut();
         static const std::vector<std::string> texts = {
             "MB1/D", "MW2/H", "MD4/G", "M5.3/B", "DB20.DBB7/B", "T5/D", "E1.1/B", "no operand"};
         constexpr int mostLines = 21;
@@ -347,8 +361,8 @@ private:
 
     void Resize()
     {
-        const wxSize size = RandomSize();
-        m_pages.Resize(size);
+        LaysOut();
+        m_pages.Resize(RandomSize());
     }
 
     void SelectCell()
@@ -363,6 +377,7 @@ private:
     void SizeColumn()
     {
         const int column = Random().Below(3);
+        LaysOut();
         const int width = 1 + Random().Below(widest / 2);
         m_pages.productGrid->SetColSize(column, width);
         m_pages.referenceGrid->SetColSize(column, width);
@@ -373,6 +388,7 @@ private:
         if (Rows() == 0 || !Random().OneIn(3)) {
             return;
         }
+        LaysOut();
         const int row = Random().Below(Rows());
         for (wxGrid* grid :
              std::initializer_list<wxGrid*>{m_pages.productGrid, m_pages.referenceGrid}) {
@@ -389,6 +405,7 @@ private:
 
     void Answer()
     {
+        LaysOut(); // columns may become wider
         // Ids grow with every list; unknown ones are dropped by both sides.
         const CMD_DATA answer = ReadAnswer(RandomKey(), Random().Value());
         Both(
@@ -433,7 +450,7 @@ private:
                 editor->Reset();
             }
             grid.DisableCellEditControl();
-            RunPending();
+            FinishLayout(Frame());
         };
         Both(
             m_pages.host,

@@ -3,6 +3,7 @@
 #include "plcvarpanel_file.h"
 #include "waitfor.h"
 
+#include <gtk/gtk.h>
 #include <wx/combobox.h>
 #include <wx/sizer.h>
 
@@ -71,6 +72,20 @@ wxFrame* ShownFrame(const wxString& title)
     }
     WaitThreeTicks(); // no further size comes from the window manager
     return frame;
+}
+
+void FinishLayout(wxFrame& frame)
+{
+    constexpr int pictures = 3;
+    int left = pictures;
+    const auto countDown = [](GtkWidget* /*widget*/, GdkFrameClock* /*clock*/, gpointer count) {
+        return --*static_cast<int*>(count) > 0 ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
+    };
+    gtk_widget_add_tick_callback(frame.GetHandle(), countDown, &left, nullptr);
+    if (!WaitFor("pictures", [&left] { return left == 0; })) {
+        std::abort();
+    }
+    RunPending();
 }
 
 PrgPages::PrgPages(const std::vector<DebugFileBlock>& blocks)

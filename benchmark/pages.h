@@ -42,6 +42,10 @@ void ScrollToRow(wxGrid& grid, int row);
 /// A frame on the screen with nothing in it.
 wxFrame* ShownFrame(const wxString& title);
 
+/// Lets the toolkit finish laying out a frame: scroll bars come and go a picture later than the
+/// size that makes them do so, and that may be earlier on one page than on the other.
+void FinishLayout(wxFrame& frame);
+
 /// Both program pages on one program debug file.
 struct PrgPages
 {

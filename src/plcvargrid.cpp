@@ -71,6 +71,18 @@ void PlcVarGrid::UpdateShowVars(const PlcDebugVar& var)
     if (!IsEditedRow(row)) {
         ShowRow(row);
     }
+    CountEditorIn();
+}
+
+void PlcVarGrid::CountEditorIn()
+{
+    // At the end of a batch the toolkit makes room for an editor that overhangs the columns, or
+    // takes it back. Without an editor the batch would only repaint the whole grid.
+    const bool shown = IsCellEditControlShown();
+    if (shown || m_editorCounted) {
+        const wxGridUpdateLocker batch(this);
+    }
+    m_editorCounted = shown;
 }
 
 void PlcVarGrid::ShowRow(std::size_t row)
@@ -266,6 +278,7 @@ void PlcVarGrid::OnChangeValue(wxGridEvent& event)
     // The cell returns to the value last read: what was written shows when the PLC reports it.
     if (row < m_vars.size()) {
         ShowRow(row);
+        CountEditorIn();
     }
 }
 
@@ -276,7 +289,9 @@ void PlcVarGrid::OnEditorHidden(wxGridEvent& event)
     // Answers have passed by the edited row; one that was left unchanged catches up here.
     if (row < m_vars.size() && editor->GetValue() == GetCellValue(event.GetRow(), event.GetCol())) {
         ShowRow(row);
+        CountEditorIn();
     }
+    m_editorCounted = true; // since it was opened
     FitColumnsLater();
     event.Skip();
 }

@@ -64,6 +64,7 @@ public:
 
 private:
     void ShowRow(std::size_t row);
+    void CountEditorIn();
     void ShowCell(int row, int column, const wxString& text);
     void SelectRows(const std::vector<RowBlock>& rows);
     bool IsEditedRow(std::size_t row) const;
@@ -88,7 +89,8 @@ private:
     wxTimer m_slowClickTimer;         ///< Runs until a click can no longer become a double click.
     bool m_deletingRows = false;
     bool m_fitPending = false;
-    bool m_keepStatus = false; ///< An error has just been shown; the cursor's own step keeps it.
+    bool m_editorCounted = false; ///< The virtual size has room for an editor.
+    bool m_keepStatus = false;    ///< An error has just been shown; the cursor's own step keeps it.
 
     wxDECLARE_EVENT_TABLE();
 };

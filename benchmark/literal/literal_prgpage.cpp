@@ -69,7 +69,7 @@ void PrgGrid::InitShowBS()
     }
     EndBatch();
     AdjustScrollbars();
-    ClearRequestedRows();
+    ClearIdxRequestRows();
 }
 
 void PrgGrid::UpdateShowBS()
@@ -162,7 +162,7 @@ void PrgPage::FinishPrgStateRequest()
 {
     if (m_firstStep != noStep && m_lastStep != noStep) {
         SendPrgStateRequest(noStep, noStep);
-        m_grid->ClearRequestedRows();
+        m_grid->ClearIdxRequestRows();
     }
 }
 

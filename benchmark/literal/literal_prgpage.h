@@ -26,7 +26,7 @@ public:
     void DoPrgStateRequest();
     Rows FindVisibleRows() const;
 
-    void ClearRequestedRows() { m_requested = {}; }
+    void ClearIdxRequestRows() { m_requested = {}; }
 
     /// Sizes the columns and requests what is visible, as a size event does.
     void Fit();

@@ -42,13 +42,13 @@ VarGrid::VarGrid(VarPage* page, std::vector<PlcDebugVar>& vars)
         } else {
             m_page->WriteErrorInStatus(error);
         }
-        ShowRow(event.GetRow(), m_vars[row].GetVarValueShow());
+        RedisplayRow(event.GetRow());
     });
     Bind(wxEVT_GRID_EDITOR_HIDDEN, [this](wxGridEvent& event) {
         const int row = event.GetRow();
         const wxObjectDataPtr<wxGridCellEditor> editor(GetCellEditor(row, event.GetCol()));
         if (editor->GetValue() == GetCellValue(row, event.GetCol())) {
-            ShowRow(row, m_vars[static_cast<std::size_t>(row)].GetVarValueShow());
+            RedisplayRow(row);
         }
         if (m_fitPending) {
             CallAfter([this] { Fit(); });
@@ -91,6 +91,13 @@ void VarGrid::UpdateShowVars(const PlcDebugVar& var)
             ShowRow(row, element->GetVarValueShow());
         }
     }
+    EndBatch();
+}
+
+void VarGrid::RedisplayRow(int row)
+{
+    BeginBatch();
+    ShowRow(row, m_vars[static_cast<std::size_t>(row)].GetVarValueShow());
     EndBatch();
 }
 

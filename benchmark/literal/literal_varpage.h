@@ -36,6 +36,7 @@ public:
     void DiscardEdit();
 
 private:
+    void RedisplayRow(int row);
     void ShowRow(int row, const wxString& value);
 
     VarPage* m_page;                  // not owned, the parent
