@@ -88,8 +88,10 @@ bool ReadAll(int file, Clock::time_point end, Reading& reading)
 
 std::string EndOf(int status)
 {
-    if (WIFSIGNALED(status))
-        return std::string("crashes (") + strsignal(WTERMSIG(status)) + ")";
+    if (WIFSIGNALED(status)) {
+        const char* signal = sigdescr_np(WTERMSIG(status)); // in English, as the whole report
+        return std::string("crashes (") + (signal != nullptr ? signal : "unknown signal") + ")";
+    }
     return "ends the program with status " + std::to_string(WEXITSTATUS(status));
 }
 
