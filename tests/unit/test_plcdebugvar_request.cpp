@@ -189,9 +189,7 @@ TEST(ReadRequest, OfANameThatTheLocaleCannotWriteStillEndsWithAZeroByte)
 
 TEST(ReadRequest, CountsTheCharactersOfANameWithLongerLetters)
 {
-    if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) {
-        GTEST_SKIP() << "no locale C.UTF-8";
-    }
+    ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr) << "no locale C.UTF-8";
     const PlcDebugVar var = Operand(eAreaFlag, eSizeBit, wxString::FromUTF8("5.ä7"));
 
     const CMD_DATA request = var.GetVarCMD(eReadVar, -1);
