@@ -27,6 +27,16 @@ struct RecorderTest : testing::Test
         return error == nullptr ? std::get<Recording>(result) : Recording{};
     }
 
+    /// Records an answer, which passes on in any case. @return what the recorder then complains of.
+    std::string ProblemOfAnAnswerTo(const char* unwritable)
+    {
+        Recorder recorder(unwritable, "listing");
+        RecordedAnswers recorded(sink, &recorder);
+        const CMD_DATA answer = MakeReadAnswer(0, 5);
+        EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
+        return recorder.Problem();
+    }
+
     const TempDir dir;
     const std::string file = dir.File("machine.rec");
     RecordingSink sink;
@@ -102,25 +112,16 @@ TEST_F(RecorderTest, ThreadsThatAnswerAtOnceLoseNothing)
 
 TEST_F(RecorderTest, AFileThatCannotBeMadeIsNamedAndEverythingGoesOn)
 {
-    Recorder recorder("/proc/machine.rec", "listing");
-    RecordedAnswers recorded(sink, &recorder);
-    const CMD_DATA answer = MakeReadAnswer(0, 5);
-
-    EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
     EXPECT_THAT(
-        recorder.Problem(),
+        ProblemOfAnAnswerTo("/proc/machine.rec"),
         AllOf(HasSubstr("\"/proc/machine.rec\""), HasSubstr("nothing is recorded")));
 }
 
 TEST_F(RecorderTest, AFullDiskIsNamedAndEverythingGoesOn)
 {
-    Recorder recorder("/dev/full", "listing");
-    RecordedAnswers recorded(sink, &recorder);
-    const CMD_DATA answer = MakeReadAnswer(0, 5);
-
-    EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
     EXPECT_THAT(
-        recorder.Problem(), AllOf(HasSubstr("\"/dev/full\" ends early"), HasSubstr("space")));
+        ProblemOfAnAnswerTo("/dev/full"),
+        AllOf(HasSubstr("\"/dev/full\" ends early"), HasSubstr("space")));
 }
 
 } // namespace
