@@ -1,8 +1,8 @@
 #include "fuzz.h"
 #include "plcdebugvar.h"
 
-// What the operator types: addresses and values in every area, size and format. A
-// decimal value that is taken is shown as a text that is taken again for the same value.
+// What the operator types: addresses and values in every area, size and format. A value that is
+// taken is shown as a text that is taken again, and other than in floating point for the same value.
 
 namespace {
 
