@@ -35,7 +35,7 @@ add_package(
 add_package(
     development libplcdebug-dev libdevel "${this_library}, libgtk-3-dev"
     "PLC debugger plug-in, files for integrators"
-    "The header of the host boundary, its CMake package and pkg-config file, plcdebug-check, which checks a build of the library, the page for integrators and the smallest host.")
+    "The header of the host boundary, its CMake package and pkg-config file, plcdebug-check, which checks a build of the library, the pages for integrators and the smallest host.")
 add_package(
     host plchost utils "${this_library}"
     "reference host of the PLC debugger"
