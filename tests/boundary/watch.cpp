@@ -1,24 +1,16 @@
 #include "watch.h"
 
+#include "complaints.h"
+
 #include <gtk/gtk.h>
 #include <wx/debug.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <mutex>
 
 namespace {
-
-/// The toolkits' own. The locale warning comes once in every GTK host that has called gtk_init();
-/// the others at the first layout of a notebook inside a frame.
-constexpr std::array<const char*, 4> knownComplaints = {
-    "gtk_disable_setlocale",
-    "gtk_distribute_natural_allocation",
-    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
-    "Negative content"};
 
 std::mutex complaintsMutex; // complaints may come from any thread
 
@@ -45,25 +37,12 @@ void KeepAssert(
                  .ToStdString());
 }
 
-const char* FieldOf(const GLogField* fields, gsize count, const char* key)
-{
-    const auto* end = fields + count;
-    const auto* field = std::find_if(fields, end, [key](const GLogField& candidate) {
-        return std::strcmp(candidate.key, key) == 0;
-    });
-    return field != end ? static_cast<const char*>(field->value) : "";
-}
-
 GLogWriterOutput
-KeepCritical(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*unused*/)
+KeepComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*unused*/)
 {
-    const char* message = FieldOf(fields, count, "MESSAGE");
-    const bool known =
-        std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
-            return std::strstr(message, words) != nullptr;
-        });
-    if ((level & (G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0 && !known) {
-        Complain(std::string(FieldOf(fields, count, "GLIB_DOMAIN")) + ": " + message);
+    if (const std::string complaint = plccheck::ComplaintIn(level, fields, count);
+        !complaint.empty()) {
+        Complain(complaint);
     }
     return g_log_writer_default(level, fields, count, nullptr);
 }
@@ -97,7 +76,7 @@ void CancelDialog(wxDialog& dialog)
 Watch::Watch()
 {
     static const bool once = [] {
-        g_log_set_writer_func(KeepCritical, nullptr, nullptr);
+        g_log_set_writer_func(KeepComplaint, nullptr, nullptr);
         wxSetAssertHandler(KeepAssert);
         return true;
     }();

@@ -1,15 +1,14 @@
 #include "trial_host.h"
 
 #include "assembler.h"
+#include "complaints.h"
 #include "debug_file.h"
 #include "record.h"
 #include "request_rule.h"
 #include "window.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
@@ -23,35 +22,11 @@ namespace {
 constexpr std::chrono::seconds waitLimit{20};
 constexpr guint lookAgainMs = 5;
 
-/// The toolkits' own. The locale warning comes once in every GTK program that has called
-/// gtk_init(); the others at the first layout of a notebook inside a frame.
-constexpr std::array<const char*, 4> knownComplaints = {
-    "gtk_disable_setlocale",
-    "gtk_distribute_natural_allocation",
-    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
-    "Negative content"};
-
-const char* FieldOf(const GLogField* fields, gsize count, const char* key)
-{
-    const auto* const end = fields + count;
-    const auto* const field = std::find_if(fields, end, [key](const GLogField& candidate) {
-        return std::strcmp(candidate.key, key) == 0;
-    });
-    return field != end ? static_cast<const char*>(field->value) : "";
-}
-
 GLogWriterOutput
 NoteComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer report)
 {
-    const char* const message = FieldOf(fields, count, "MESSAGE");
-    const bool known =
-        std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
-            return std::strstr(message, words) != nullptr;
-        });
-    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0 && !known)
-        static_cast<const Report*>(report)->Wrong(
-            std::string("the toolkit complains: ") + FieldOf(fields, count, "GLIB_DOMAIN") + ": " +
-            message);
+    if (const std::string complaint = ComplaintIn(level, fields, count); !complaint.empty())
+        static_cast<const Report*>(report)->Wrong("the toolkit complains: " + complaint);
     return G_LOG_WRITER_HANDLED;
 }
 

@@ -1,0 +1,42 @@
+#include "complaints.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace plccheck {
+
+namespace {
+
+/// The toolkits' own. The locale warning comes once in every GTK program that has called
+/// gtk_init(); the others at the first layout of a notebook inside a frame.
+constexpr std::array<const char*, 4> knownComplaints = {
+    "gtk_disable_setlocale",
+    "gtk_distribute_natural_allocation",
+    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
+    "Negative content"};
+
+const char* FieldOf(const GLogField* fields, gsize count, const char* key)
+{
+    const auto* const end = fields + count;
+    const auto* const field = std::find_if(fields, end, [key](const GLogField& candidate) {
+        return std::strcmp(candidate.key, key) == 0;
+    });
+    return field != end ? static_cast<const char*>(field->value) : "";
+}
+
+} // namespace
+
+std::string ComplaintIn(GLogLevelFlags level, const GLogField* fields, gsize count)
+{
+    const char* const message = FieldOf(fields, count, "MESSAGE");
+    const bool known =
+        std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
+            return std::strstr(message, words) != nullptr;
+        });
+    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) == 0 || known)
+        return "";
+    return std::string(FieldOf(fields, count, "GLIB_DOMAIN")) + ": " + message;
+}
+
+} // namespace plccheck
