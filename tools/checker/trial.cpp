@@ -132,7 +132,7 @@ RunTrial(const std::string& check, const std::string& library, std::chrono::seco
 int RunCheckHere(const Check& check, const std::string& library, int reportFile)
 {
     fcntl(reportFile, F_SETFD, FD_CLOEXEC);
-    const Report report(reportFile);
+    static const Report report(reportFile); // the toolkits may complain until the process ends
     gtk_init(nullptr, nullptr);
     report.Step("loads the library");
     const auto loaded = plchost::LoadPlugin(library);
