@@ -25,9 +25,10 @@ public:
     /// Says what comes next, so that a crash or a standstill can be placed.
     void Step(const std::string& step) const;
     void Wrong(const std::string& finding) const;
+    /// Says that the check has come to its end.
     void Done() const;
 
-    /// @param line of the above, without its line end.
+    /// What a line begins with.
     static constexpr char stepMark = '>';
     static constexpr char wrongMark = '!';
     static constexpr char doneMark = '.';
@@ -38,9 +39,9 @@ private:
     int m_file;
 };
 
-/// A machine with two watched variables, whose debugger is the library under check. A dialog that
-/// no check expects, a complaint of the toolkit, a wrong request and a callback on a foreign thread
-/// are findings. One at a time.
+/// A machine with a short list of variables, whose debugger is the library under check. A dialog
+/// that no check expects, a complaint of the toolkit, a wrong request and a callback on a foreign
+/// thread are findings. One at a time.
 class TrialHost : private plchost::RequestHandler
 {
 public:
@@ -65,6 +66,7 @@ public:
     /// Operands of the list.
     static const std::vector<std::string>& Operands();
 
+    /// Calls the export. @return its result.
     int Create();
     void Destroy();
 
@@ -75,6 +77,7 @@ public:
     /// A finding unless the window has gone and every variable is released.
     bool IsGone();
 
+    /// Calls the export. @return its result. Any thread.
     int Answer(plchost::AnswerKind kind, const CMD_DATA* answer) const;
 
     /// Runs the main loop until a condition holds.
