@@ -4,7 +4,6 @@
 #include "window.h"
 
 #include <gtkmm/button.h>
-#include <gtkmm/label.h>
 #include <gtkmm/progressbar.h>
 
 #include <string>
