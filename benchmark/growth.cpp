@@ -1,4 +1,5 @@
 #include "debugfile.h"
+#include "descendants.h"
 #include "pages.h"
 #include "plcdebugframe_drain.h"
 #include "plcprggrid.h"
@@ -63,7 +64,7 @@ class Page
 public:
     explicit Page(int lines)
         : m_host(Write(lines)), m_frame(ShownFrame("growth")),
-          m_panel(new PlcPrgPanel(m_frame, m_host.init)), m_grid(ChildOf<PlcPrgGrid>(*m_panel))
+          m_panel(new PlcPrgPanel(m_frame, m_host.init)), m_grid(FirstOf<PlcPrgGrid>(*m_panel))
     {
         m_panel->SetAutoLayout(false);
         m_grid->SetSize(size);

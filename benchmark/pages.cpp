@@ -1,5 +1,6 @@
 #include "pages.h"
 
+#include "descendants.h"
 #include "plcvarpanel_file.h"
 #include "waitfor.h"
 
@@ -91,7 +92,7 @@ void FinishLayout(wxFrame& frame)
 PrgPages::PrgPages(const std::vector<DebugFileBlock>& blocks)
     : host(WriteDebugFile(dir, blocks)), frame(ShownFrame("program pages")),
       product(new PlcPrgPanel(frame, host.init)), reference(new literal::PrgPage(frame, host.init)),
-      productGrid(ChildOf<PlcPrgGrid>(*product)), referenceGrid(reference->Grid())
+      productGrid(FirstOf<PlcPrgGrid>(*product)), referenceGrid(reference->Grid())
 {
     for (wxWindow* page : std::initializer_list<wxWindow*>{product, reference}) {
         page->SetAutoLayout(false); // the grids get the sizes that a test gives them
@@ -115,7 +116,7 @@ void PrgPages::Resize(const wxSize& size) const
 
 void PrgPages::ChooseOnProduct(int index) const
 {
-    auto* selector = ChildOf<wxComboBox>(*product);
+    auto* selector = FirstOf<wxComboBox>(*product);
     selector->SetSelection(index);
     wxCommandEvent chosen(wxEVT_COMBOBOX, selector->GetId());
     chosen.SetEventObject(selector);
@@ -126,7 +127,7 @@ VarPages::VarPages()
     : frame(ShownFrame("watch pages")), referenceStatus(new wxFrame(nullptr, wxID_ANY, "status")),
       product(new PlcVarPanel(frame, host.init, frame)),
       reference(new literal::VarPage(frame, host.init, referenceStatus)),
-      productGrid(ChildOf<PlcVarGrid>(*product)), referenceGrid(reference->Grid())
+      productGrid(FirstOf<PlcVarGrid>(*product)), referenceGrid(reference->Grid())
 {
     for (wxWindow* page : std::initializer_list<wxWindow*>{product, reference}) {
         page->SetAutoLayout(false);

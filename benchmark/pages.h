@@ -96,14 +96,3 @@ struct VarPages
     PlcVarGrid* productGrid;
     literal::VarGrid* referenceGrid;
 };
-
-/// @return the child of this class.
-template <typename Window> Window* ChildOf(const wxWindow& parent)
-{
-    for (wxWindow* child : parent.GetChildren()) {
-        if (auto* found = dynamic_cast<Window*>(child)) {
-            return found;
-        }
-    }
-    return nullptr;
-}

@@ -1,4 +1,5 @@
 #include "debuggertest.h"
+#include "descendants.h"
 
 #include <gmock/gmock.h>
 #include <wx/textctrl.h>

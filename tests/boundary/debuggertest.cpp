@@ -1,5 +1,7 @@
 #include "debuggertest.h"
 
+#include "debugfile.h"
+#include "descendants.h"
 #include "numberedtexts.h"
 
 #include <gmock/gmock.h>

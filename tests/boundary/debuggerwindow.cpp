@@ -1,5 +1,6 @@
 #include "debuggerwindow.h"
 
+#include "descendants.h"
 #include "hostloop.h"
 
 #include <wx/app.h>

@@ -53,17 +53,3 @@ std::vector<int> SelectedRows();
 
 /// @return label, tab and accelerator of each item of a menu, as set: "Open\tCtrl-O".
 Words MenuItems(std::size_t menu);
-
-/// @return the first descendant of @p window of a kind, depth first; null when there is none.
-template <typename Kind> Kind* FirstOf(wxWindow& window)
-{
-    for (wxWindow* child : window.GetChildren()) {
-        if (auto* found = dynamic_cast<Kind*>(child)) {
-            return found;
-        }
-        if (auto* below = FirstOf<Kind>(*child)) {
-            return below;
-        }
-    }
-    return nullptr;
-}

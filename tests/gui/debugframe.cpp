@@ -1,28 +1,11 @@
 #include "debugframe.h"
 
 #include "debugfile.h"
+#include "descendants.h"
 #include "useractions.h"
 #include "waitfor.h"
 
 #include <fstream>
-
-namespace {
-
-/// Looks for a window of a class below another one.
-template <typename Window> Window* FindBelow(const wxWindow& parent)
-{
-    for (wxWindow* child : parent.GetChildren()) {
-        if (auto* found = dynamic_cast<Window*>(child)) {
-            return found;
-        }
-        if (auto* found = FindBelow<Window>(*child)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
 
 void DebugFrame::SetUp()
 {
@@ -47,9 +30,9 @@ void DebugFrame::Configure(const std::string& lastFile) const
 void DebugFrame::Open()
 {
     frame = new PlcDebugFrame(nullptr, host.init);
-    panel = FindBelow<PlcVarPanel>(*frame);
-    grid = FindBelow<PlcVarGrid>(*frame);
-    notebook = FindBelow<PlcNoteBook>(*frame);
+    panel = FirstOf<PlcVarPanel>(*frame);
+    grid = FirstOf<PlcVarGrid>(*frame);
+    notebook = FirstOf<PlcNoteBook>(*frame);
     ASSERT_TRUE(panel != nullptr && grid != nullptr && notebook != nullptr);
     ASSERT_TRUE(ShowActive(*frame));
     RunPending();

@@ -1,5 +1,6 @@
 #include "gui_plcprgpage.h"
 
+#include "descendants.h"
 #include "numberedtexts.h"
 #include "plcintlang.h"
 #include "useractions.h"
@@ -52,8 +53,8 @@ void PlcPrgPage::Open()
     m_notebook->AddPage(new wxPanel(m_notebook), "first", true);
     m_panel = new PlcPrgPanel(m_notebook, m_host.init);
     m_notebook->AddPage(m_panel, "second", false);
-    m_grid = FindChild<PlcPrgGrid>(*m_panel);
-    m_combo = FindChild<wxComboBox>(*m_panel);
+    m_grid = FirstOf<PlcPrgGrid>(*m_panel);
+    m_combo = FirstOf<wxComboBox>(*m_panel);
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(m_notebook, 1, wxEXPAND);
     m_frame->SetSizer(sizer);

@@ -77,14 +77,3 @@ protected:
 private:
     CMD_DATA m_lastRequest{};
 };
-
-/// @return the child of this class; null when there is none.
-template <typename Window> Window* FindChild(const wxWindow& parent)
-{
-    for (wxWindow* child : parent.GetChildren()) {
-        if (auto* found = dynamic_cast<Window*>(child)) {
-            return found;
-        }
-    }
-    return nullptr;
-}

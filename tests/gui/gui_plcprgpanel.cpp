@@ -1,3 +1,4 @@
+#include "descendants.h"
 #include "expecteddialogs.h"
 #include "gui_plcprgpage.h"
 #include "useractions.h"
@@ -50,7 +51,7 @@ TEST_F(PlcPrgPage, ShowsTheBlocksAndTheListingOfTheFirst)
 {
     OpenOnPage({Block("OB1", 0, 3), {"FB7", 3, {"x"}}});
 
-    EXPECT_EQ(FindChild<wxStaticText>(*m_panel)->GetLabel(), "T43");
+    EXPECT_EQ(FirstOf<wxStaticText>(*m_panel)->GetLabel(), "T43");
     EXPECT_EQ(m_combo->GetId(), 10004);
     EXPECT_TRUE(m_combo->HasFlag(wxCB_READONLY));
     EXPECT_THAT(m_combo->GetStrings(), ElementsAre("OB1", "FB7"));

@@ -1,5 +1,6 @@
 #include "watchpage.h"
 
+#include "descendants.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -27,11 +28,7 @@ void WatchPage::SetUp()
     sizer->Add(panel, 1, wxEXPAND);
     frame->SetSizer(sizer);
     frame->Layout();
-    for (wxWindow* child : panel->GetChildren()) {
-        if (auto* found = dynamic_cast<PlcVarGrid*>(child)) {
-            grid = found;
-        }
-    }
+    grid = FirstOf<PlcVarGrid>(*panel);
     define = dynamic_cast<wxButton*>(panel->FindWindow(idDefine));
     modify = dynamic_cast<wxButton*>(panel->FindWindow(idModify));
     remove = dynamic_cast<wxButton*>(panel->FindWindow(idDelete));
