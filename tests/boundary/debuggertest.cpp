@@ -141,36 +141,18 @@ Spot CellSpot(int row, int column)
     return PlaceIn(grid.GetGridWindow()->GetHandle(), middle.x, middle.y);
 }
 
-void Append(std::string& bytes, std::uint32_t number, std::size_t width)
-{
-    bytes.append(reinterpret_cast<const char*>(&number), width);
-}
-
 } // namespace
 
 std::string ProgramDebugFile(const std::vector<Words>& blocks)
 {
-    constexpr std::size_t headerSize = 12;
-    constexpr std::size_t nameSize = 48;
-    std::string listing;
-    std::string index;
-    Append(index, static_cast<std::uint32_t>(blocks.size()), sizeof(std::int32_t));
-    std::uint32_t step = 0;
-    for (std::size_t block = 0; block < blocks.size(); ++block) {
-        std::string name = "OB" + std::to_string(block + 1);
-        name.resize(nameSize);
-        index += name;
-        Append(index, step, sizeof(std::uint16_t));
-        Append(index, static_cast<std::uint32_t>(blocks[block].size()), sizeof(std::uint16_t));
-        Append(index, static_cast<std::uint32_t>(headerSize + listing.size()), sizeof step);
-        for (const std::string& line : blocks[block]) {
-            listing += line + "\n";
-            ++step;
-        }
+    std::vector<DebugFileBlock> named;
+    std::size_t step = 0;
+    for (const Words& lines : blocks) {
+        named.push_back(
+            {"OB" + std::to_string(named.size() + 1), static_cast<std::uint16_t>(step), lines});
+        step += lines.size();
     }
-    std::string file(headerSize - sizeof(std::int32_t), '\0');
-    Append(file, static_cast<std::uint32_t>(headerSize + listing.size()), sizeof(std::int32_t));
-    return file + listing + index;
+    return DebugFile(named);
 }
 
 DebuggerTest::DebuggerTest() : host(files.File("machine")), plugin(LoadPlugin())

@@ -1,3 +1,4 @@
+#include "debugfile.h"
 #include "hostloop.h"
 #include "recordinghost.h"
 #include "tempdir.h"
@@ -33,23 +34,12 @@ private:
     void* m_handle;
 };
 
-/// An 8-byte head, the offset of the index, and an index with one block that has no lines.
-std::string EmptyProgram()
-{
-    constexpr std::size_t size = 72;
-    std::string file(size, '\0');
-    file[8] = 12;
-    file[12] = 1;
-    file[16] = 'P';
-    return file;
-}
-
 } // namespace
 
 TEST(Unloading, TheLibraryCanBeLoadedUsedAndUnloadedAgainAndAgain)
 {
     const TempDir files;
-    files.Write("machine_plcdbgi.dat", EmptyProgram());
+    files.Write("machine_plcdbgi.dat", DebugFile({{"OB1"}}));
     RecordingHost host(files.File("machine"));
 
     for (int round = 0; round < 5; ++round) {
