@@ -397,7 +397,7 @@ TEST_F(FrameTest, NewOffersToSaveAndYesSaves)
     EXPECT_EQ(files.Read("list.plc"), "MW20/D\nMW22/D\n");
 }
 
-TEST_F(FrameTest, NoAndTheEscapeKeyLeaveTheFileAlone)
+TEST_F(FrameTest, TheEscapeKeyMeansNoAndLeavesTheFileAlone)
 {
     UseList({"MW20/D"});
     ASSERT_TRUE(Open());

@@ -117,7 +117,7 @@ TEST_F(WatchPage, ADefinedVariableIsRegisteredShownAndUpdated)
     EXPECT_TRUE(Shows({"EB 10|42|T30"}));
 }
 
-TEST_F(WatchPage, EveryAreaIsRegisteredUnderItsName)
+TEST_F(WatchPage, DataBlocksTimersAndCountersAreRegisteredUnderTheirNames)
 {
     Click(defineButton);
     ASSERT_TRUE(DialogOpens(defineDialog));
