@@ -44,14 +44,6 @@ protected:
         EXPECT_EQ(Answer(0, 5), 1);
         EXPECT_TRUE(Shows({"EB 7|5|T30"}));
     }
-
-    void Define(const std::string& address)
-    {
-        Click(defineButton);
-        ASSERT_TRUE(DialogOpens("dialog [T9]"));
-        TypeAddress(address);
-        ClickInDialog(wxID_OK);
-    }
 };
 
 } // namespace
@@ -275,10 +267,7 @@ TEST_F(DestroyInsideADialog, Modify)
 
 TEST_F(DestroyInsideADialog, TheMessageOverTheSettings)
 {
-    Click(defineButton);
-    ASSERT_TRUE(DialogOpens("dialog [T9]"));
-    TypeAddress("x");
-    ClickInDialog(wxID_OK);
+    Define("x");
     DestroyUnder("message [T97] T101");
     EXPECT_TRUE(Requests({"release 0"}));
     ReopenAndUse();

@@ -46,12 +46,9 @@ protected:
         hands.Press(letter, XK_Control_L);
     }
 
-    void Define(const std::string& address)
+    void DefineAndAwaitRequests(const std::string& address)
     {
-        Click(defineButton);
-        ASSERT_TRUE(DialogOpens("dialog [T9]"));
-        TypeAddress(address);
-        ClickInDialog(wxID_OK);
+        Define(address);
         ASSERT_TRUE(Await("requests", [this] { return host.requests.size() >= 2; }));
     }
 
@@ -307,7 +304,7 @@ TEST_F(FrameTest, SaveWithChangesWritesTheCurrentFile)
     UseList({"MW20/D"});
     ASSERT_TRUE(Open());
     TakeRequests();
-    Define("22");
+    DefineAndAwaitRequests("22");
 
     ChooseMenu(wxID_SAVE);
 
@@ -346,7 +343,7 @@ TEST_F(FrameTest, ACancelledSaveAsChangesNothing)
 TEST_F(FrameTest, SaveWithoutAFileOpensSaveAs)
 {
     ASSERT_TRUE(Open());
-    Define("1.0");
+    DefineAndAwaitRequests("1.0");
 
     ChooseMenu(wxID_SAVE);
     ASSERT_TRUE(DialogOpens("file dialog [T80]"));
@@ -364,7 +361,7 @@ TEST_F(FrameTest, NewKeepsTheFileNameForALaterSave)
     ChooseMenu(wxID_NEW);
     ASSERT_TRUE(Requests({"release 0"}));
     ASSERT_TRUE(Shows({}));
-    Define("1.0");
+    DefineAndAwaitRequests("1.0");
 
     ChooseMenu(wxID_SAVE);
 
@@ -388,7 +385,7 @@ TEST_F(FrameTest, NewOffersToSaveAndYesSaves)
 {
     UseList({"MW20/D"});
     ASSERT_TRUE(Open());
-    Define("22");
+    DefineAndAwaitRequests("22");
 
     ChooseMenu(wxID_NEW);
     EXPECT_TRUE(AnswerDialog(saveQuestion, wxID_YES));
@@ -401,7 +398,7 @@ TEST_F(FrameTest, TheEscapeKeyMeansNoAndLeavesTheFileAlone)
 {
     UseList({"MW20/D"});
     ASSERT_TRUE(Open());
-    Define("22");
+    DefineAndAwaitRequests("22");
 
     ChooseMenu(wxID_NEW);
     ASSERT_TRUE(DialogOpens(saveQuestion));
@@ -425,7 +422,7 @@ TEST_F(FrameTest, OpenEmptiesTheListBeforeItsDialogAndACancelLeavesItEmpty)
     EXPECT_TRUE(AnswerDialog("file dialog [T76]", wxID_CANCEL));
 
     EXPECT_TRUE(SendsNothing());
-    Define("1.0");
+    DefineAndAwaitRequests("1.0");
     ChooseMenu(wxID_SAVE);
     EXPECT_TRUE(
         Await("saved to the former file", [this] { return files.Read("list.plc") == "A1.0/B\n"; }));
@@ -485,7 +482,7 @@ TEST_F(FrameTest, WithoutAFileNoLastFileIsRecorded)
 TEST_F(FrameTest, ASaveAsInTheQuestionOfTheExitIsRecordedAsTheLastFile)
 {
     ASSERT_TRUE(Open());
-    Define("1.0");
+    DefineAndAwaitRequests("1.0");
     CloseFrame();
     ASSERT_TRUE(AnswerDialog(saveQuestion, wxID_YES));
     ASSERT_TRUE(DialogOpens("file dialog [T80]"));
@@ -499,7 +496,7 @@ TEST_F(FrameTest, ASaveAsInTheQuestionOfTheExitIsRecordedAsTheLastFile)
 TEST_F(FrameTest, TheClosedWindowStaysHiddenUnderTheSaveQuestion)
 {
     ASSERT_TRUE(Open());
-    Define("1.0");
+    DefineAndAwaitRequests("1.0");
     TakeRequests();
 
     CloseFrame();
@@ -518,7 +515,7 @@ TEST_F(FrameTest, DestroyOffersToSaveToo)
     UseList({"MW20/D"});
     ASSERT_TRUE(Open());
     TakeRequests();
-    Define("22");
+    DefineAndAwaitRequests("22");
     TakeRequests();
 
     PostToGui([this] { plugin.destroy(); });
@@ -576,10 +573,7 @@ TEST_F(FrameTest, LanguageTextsWithWrongPlaceholdersAreShownSafely)
     UseList({"EB1/D"});
     ASSERT_TRUE(Open());
 
-    Click(defineButton);
-    ASSERT_TRUE(DialogOpens("dialog [T9]"));
-    TypeAddress("64");
-    ClickInDialog(wxID_OK);
+    Define("64");
     EXPECT_TRUE(AnswerDialog("message [T97] 100% sure %d 64", wxID_OK));
     EXPECT_TRUE(AnswerDialog("dialog [T9]", wxID_CANCEL));
 

@@ -215,10 +215,7 @@ TEST_F(LifeCycle, TheHostsRecordMayGoAfterCreate)
 
     OnGui([this] { host.init = {}; });
 
-    Click(defineButton);
-    ASSERT_TRUE(DialogOpens("dialog [T9]"));
-    TypeAddress("1.0");
-    ClickInDialog(wxID_OK);
+    Define("1.0");
     EXPECT_TRUE(Requests({"read 0 A1.0", "start 0"}));
 }
 

@@ -39,6 +39,12 @@ protected:
         }
     }
 
+    /// Waits until only the answer for key 2 is shown.
+    testing::AssertionResult ShowsAtKey2(const std::string& value)
+    {
+        return Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|" + value + "|T30", "MD 12|?|T30"});
+    }
+
     static Words RowsWith(int value)
     {
         const std::string shown = "|" + std::to_string(value) + "|T30";
@@ -102,10 +108,7 @@ TEST_F(Answers, GivenInsideARequestAreShown)
         };
     });
 
-    Click(defineButton);
-    ASSERT_TRUE(DialogOpens("dialog [T9]"));
-    TypeAddress("16");
-    ClickInDialog(wxID_OK);
+    Define("16");
 
     EXPECT_TRUE(Await("the answer shown", [] {
         return WatchList().size() == 5 && WatchList()[4] == "MD 16|7|T30";
@@ -117,9 +120,9 @@ TEST_F(Answers, ShorterThanAValueCountTheMissingBytesAsZero)
     CMD_DATA answer = ReadAnswer(2, 0x01020304);
     answer.length = 8;
 
-    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+    EXPECT_EQ(Answer(answer), 1);
 
-    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|772|T30", "MD 12|?|T30"}));
+    EXPECT_TRUE(ShowsAtKey2("772"));
 }
 
 TEST_F(Answers, OfAWildLengthAreClamped)
@@ -127,9 +130,9 @@ TEST_F(Answers, OfAWildLengthAreClamped)
     CMD_DATA answer = ReadAnswer(2, 5);
     answer.length = 0xFFFF;
 
-    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+    EXPECT_EQ(Answer(answer), 1);
 
-    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+    EXPECT_TRUE(ShowsAtKey2("5"));
 }
 
 TEST_F(Answers, MayStandAtAnOddAddressAndTheirBufferMayBeReusedAtOnce)
@@ -141,7 +144,7 @@ TEST_F(Answers, MayStandAtAnOddAddressAndTheirBufferMayBeReusedAtOnce)
     EXPECT_EQ(plugin.answerReadVar(buffer.data() + 1), 1);
     std::fill(buffer.begin(), buffer.end(), '\xFF');
 
-    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+    EXPECT_TRUE(ShowsAtKey2("5"));
 }
 
 TEST_F(Answers, OfAnyCommandWordAreTaken)
@@ -149,9 +152,9 @@ TEST_F(Answers, OfAnyCommandWordAreTaken)
     CMD_DATA answer = ReadAnswer(2, 5);
     answer.command = 0;
 
-    EXPECT_EQ(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), 1);
+    EXPECT_EQ(Answer(answer), 1);
 
-    EXPECT_TRUE(Shows({"MD 0|?|T30", "MD 4|?|T30", "MD 8|5|T30", "MD 12|?|T30"}));
+    EXPECT_TRUE(ShowsAtKey2("5"));
 }
 
 TEST_F(Answers, ForStepsThatNobodyAskedForAreDropped)

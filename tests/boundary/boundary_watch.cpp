@@ -43,14 +43,6 @@ enum Size
 class WatchPage : public OpenDebugger
 {
 protected:
-    void DefineMore(const std::string& address)
-    {
-        Click(defineButton);
-        ASSERT_TRUE(DialogOpens(defineDialog));
-        TypeAddress(address);
-        ClickInDialog(wxID_OK);
-    }
-
     int SelectionIn(ControlId box)
     {
         return OnGui([this, box] {
@@ -196,12 +188,12 @@ TEST_F(WatchPage, ModifyAndDeleteWithNothingSelectedAreRefused)
 TEST_F(WatchPage, TheTwentyFirstVariableIsRefused)
 {
     for (int number = 0; number < 20; ++number) {
-        DefineMore(std::to_string(number) + ".0");
+        Define(std::to_string(number) + ".0");
         ASSERT_TRUE(Await("requests", [this] { return host.requests.size() == 2; }));
         TakeRequests();
     }
 
-    DefineMore("20.0");
+    Define("20.0");
 
     EXPECT_TRUE(AnswerDialog("message [T85] T98 20", wxID_OK));
     EXPECT_TRUE(SendsNothing());
@@ -210,8 +202,8 @@ TEST_F(WatchPage, TheTwentyFirstVariableIsRefused)
 
 TEST_F(WatchPage, TheSameOperandTwiceHasTwoIdsAndTwoRows)
 {
-    DefineMore("1.0");
-    DefineMore("1.0");
+    Define("1.0");
+    Define("1.0");
     ASSERT_TRUE(Requests({"read 0 A1.0", "start 0", "read 1 A1.0", "start 1"}));
 
     Answer(1, 1);
@@ -221,20 +213,20 @@ TEST_F(WatchPage, TheSameOperandTwiceHasTwoIdsAndTwoRows)
 
 TEST_F(WatchPage, AVariableDefinedAfterNewGetsTheNextId)
 {
-    DefineMore("1.0");
+    Define("1.0");
     ASSERT_TRUE(Requests({"read 0 A1.0", "start 0"}));
     ChooseMenu(wxID_NEW);
     ASSERT_TRUE(AnswerDialog("question [T79] T78", wxID_NO));
     ASSERT_TRUE(Requests({"release 0"}));
 
-    DefineMore("2.0");
+    Define("2.0");
 
     EXPECT_TRUE(Requests({"read 1 A2.0", "start 1"}));
 }
 
 TEST_F(WatchPage, TheFirstDefinedRowIsSelected)
 {
-    DefineMore("1.0");
+    Define("1.0");
 
     EXPECT_TRUE(Selects({0}));
     Click(deleteButton);
@@ -262,7 +254,7 @@ TEST_F(WatchList4, ANewVariableShowsAQuestionMarkAlsoWhenItsTemplateHasAValue)
     Answer(0, 77);
     ASSERT_TRUE(Await("the value shown", [] { return WatchList()[0] == "MW 20|77|T30"; }));
 
-    DefineMore("30");
+    Define("30");
 
     EXPECT_TRUE(Requests({"read 4 MW30", "start 4"}));
     EXPECT_TRUE(Await(

@@ -252,7 +252,11 @@ testing::AssertionResult DebuggerTest::AwaitStill()
 
 int DebuggerTest::Answer(std::uint16_t key, std::int32_t value) const
 {
-    CMD_DATA answer = ReadAnswer(key, value);
+    return Answer(ReadAnswer(key, value));
+}
+
+int DebuggerTest::Answer(CMD_DATA answer) const
+{
     return plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer));
 }
 
@@ -392,6 +396,14 @@ void DebuggerTest::ChooseMenu(int id)
 void DebuggerTest::CloseFrame()
 {
     hands.CloseThroughManager(OnGui([] { return TopLevelWindowOf(Frame()->GetHandle()); }));
+}
+
+void DebuggerTest::Define(const std::string& address)
+{
+    Click(defineButton);
+    ASSERT_TRUE(DialogOpens("dialog [T9]"));
+    TypeAddress(address);
+    ClickInDialog(wxID_OK);
 }
 
 void DebuggerTest::EnterValue(int row, const std::string& value)

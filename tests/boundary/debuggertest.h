@@ -55,6 +55,7 @@ protected:
 
     /// Answers from the test's own thread. @return what the export says.
     int Answer(std::uint16_t key, std::int32_t value) const;
+    int Answer(CMD_DATA answer) const;
 
     /// @return all requests since the last look, in words, oldest first.
     Words TakeRequests();
@@ -97,6 +98,9 @@ protected:
     testing::AssertionResult ShowPage(Page page);
     void ChooseMenu(int id);
     void CloseFrame();
+
+    /// Defines a variable with this address, and else the settings that the dialog opens with.
+    void Define(const std::string& address);
 
     /// Types into the value cell of a row and presses Enter.
     void EnterValue(int row, const std::string& value);
