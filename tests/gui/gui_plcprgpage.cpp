@@ -1,8 +1,6 @@
 #include "gui_plcprgpage.h"
 
 #include "descendants.h"
-#include "numberedtexts.h"
-#include "plcintlang.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -27,13 +25,6 @@ std::string RangeInWords(int first, int last)
 }
 
 } // namespace
-
-PlcPrgPage::PlcPrgPage()
-{
-    WriteNumberedTexts(m_dir.Path());
-    IntlLangImp().SetFilePath(m_dir.Path().wstring().c_str());
-    IntlLangImp().SetLanguage(wxString(numberedLanguage).wc_str());
-}
 
 PlcPrgPage::~PlcPrgPage()
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "debugfile.h"
+#include "guitexts.h"
 #include "plcnotebook.h"
 #include "plcprggrid.h"
 #include "plcprggrid_table.h"
@@ -22,7 +23,6 @@ using Words = std::vector<std::string>;
 class PlcPrgPage : public testing::Test
 {
 public:
-    PlcPrgPage();
     ~PlcPrgPage() override;
 
 protected:
@@ -66,6 +66,7 @@ protected:
     /// @return the requests since the last call.
     Words TakeRequests();
 
+    NumberedTexts m_texts;
     TempDir m_dir;
     RecordingHost m_host{m_dir.File("machine")};
     wxFrame* m_frame = nullptr;
