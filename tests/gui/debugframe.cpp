@@ -60,6 +60,15 @@ void DebugFrame::ChangeList()
     host.requests.clear();
 }
 
+void DebugFrame::TypeValue(int row, const char* text)
+{
+    grid->SetFocus();
+    grid->SetGridCursor(row, varColumnValue);
+    PressKey(WXK_F2);
+    ASSERT_TRUE(WaitFor("editor", [this] { return grid->IsCellEditControlShown(); }));
+    Type(text);
+}
+
 void DebugFrame::Answer(std::uint16_t key, std::int32_t value)
 {
     const CMD_DATA answer = ReadAnswer(key, value);

@@ -38,6 +38,9 @@ protected:
     /// Changes the list, by deleting its first row.
     void ChangeList();
 
+    /// Types into the value cell of a row, without confirming.
+    void TypeValue(int row, const char* text);
+
     /// Queues a read answer.
     void Answer(std::uint16_t key, std::int32_t value);
 

@@ -187,11 +187,7 @@ TEST_F(DebugFrame, ThrowsATypedValueAwayWhenANewListIsBegunByItsAccelerator)
 {
     WriteNumberedTexts(dir.Path(), {{51, "N"}});
     OpenOn(threeVars);
-    grid->SetFocus();
-    grid->SetGridCursor(1, varColumnValue);
-    PressKey(WXK_F2);
-    ASSERT_TRUE(WaitFor("editor", [this] { return grid->IsCellEditControlShown(); }));
-    Type("77");
+    TypeValue(1, "77");
 
     PressKey('N', wxMOD_CONTROL);
 

@@ -121,11 +121,7 @@ TEST_F(DebugFrame, NotesTheFileOfASaveAsThatTheExitQuestionLedTo)
 TEST_F(DebugFrame, SendsNoTypedValueWhenItIsClosed)
 {
     OpenOn(threeVars);
-    grid->SetFocus();
-    grid->SetGridCursor(1, varColumnValue);
-    PressKey(WXK_F2);
-    ASSERT_TRUE(WaitFor("editor", [this] { return grid->IsCellEditControlShown(); }));
-    Type("77");
+    TypeValue(1, "77");
 
     frame->Close();
     EXPECT_TRUE(WaitFor("frame destroyed", [this] { return !frame; }));
