@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -36,21 +35,6 @@ template <typename Queue> void Fill(Queue& queue, int answers, int keys)
     }
 }
 
-bool Same(const CMD_DATA& one, const CMD_DATA& other)
-{
-    return std::memcmp(&one, &other, sizeof one) == 0;
-}
-
-bool SameOrder(const NewestAnswers& product, const literal::Pending& reference)
-{
-    return std::equal(
-        product.InOrder().begin(),
-        product.InOrder().end(),
-        reference.begin(),
-        reference.end(),
-        [](const CMD_DATA& one, const auto& other) { return Same(one, *other); });
-}
-
 void DrainRow()
 {
     constexpr int pairs = 5;
@@ -66,7 +50,7 @@ void DrainRow()
         Fill(literalQueue, backlog, watchedVars);
         literal::Pending pending;
         reference.push_back(bench::CpuOf([&] { pending = literal::Drain(literalQueue); }));
-        bench::RequireSame(SameOrder(drained, pending), "drain");
+        bench::RequireSame(literal::SameOrder(drained, pending), "drain");
     }
     PrintRow(
         "drain of 100,000 queued answers",
@@ -201,7 +185,7 @@ void NewestRow(int keys, int answers, int pairs, double goal)
         }
     };
     const double ratio = bench::CpuRatio(pairs, {product}, {reference});
-    bench::RequireSame(SameOrder(*newest, pending), "newest per key");
+    bench::RequireSame(literal::SameOrder(*newest, pending), "newest per key");
     PrintRow("newest per key, keys: " + std::to_string(keys), "literal", ratio, goal);
 }
 

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 // The windowless halves of both pages beside the same taken literally: queue and drain, loading,
 // rows on screen, answers, what the cells show and how wide the columns have to be.
@@ -251,15 +250,7 @@ private:
         }
         const NewestAnswers newest = Drain(m_queue);
         const literal::Pending pending = literal::Drain(m_literalQueue);
-        const bool same = std::equal(
-            newest.InOrder().begin(),
-            newest.InOrder().end(),
-            pending.begin(),
-            pending.end(),
-            [](const CMD_DATA& one, const auto& other) {
-                return std::memcmp(&one, other.get(), sizeof one) == 0;
-            });
-        Require(same, "drained answers");
+        Require(literal::SameOrder(newest, pending), "drained answers");
     }
 
     void CompareCells(std::size_t row)

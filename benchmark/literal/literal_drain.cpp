@@ -1,6 +1,8 @@
 #include "literal_drain.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 namespace literal {
 
@@ -21,6 +23,18 @@ Pending Drain(Queue<CMD_DATA>& queue)
         AddNewest(pending, answer);
     }
     return pending;
+}
+
+bool SameOrder(const NewestAnswers& product, const Pending& reference)
+{
+    return std::equal(
+        product.InOrder().begin(),
+        product.InOrder().end(),
+        reference.begin(),
+        reference.end(),
+        [](const CMD_DATA& one, const std::unique_ptr<CMD_DATA>& other) {
+            return std::memcmp(&one, other.get(), sizeof one) == 0;
+        });
 }
 
 } // namespace literal

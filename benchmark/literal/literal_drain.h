@@ -2,6 +2,7 @@
 
 #include "literal_queue.h"
 #include "plcdebug_host.h"
+#include "plcdebugframe_drain.h"
 
 #include <memory>
 #include <vector>
@@ -16,5 +17,8 @@ void AddNewest(Pending& pending, const CMD_DATA& answer);
 
 /// Empties the queue; of several answers with one key only the newest survives.
 Pending Drain(Queue<CMD_DATA>& queue);
+
+/// @return whether both deliver the same answers in the same order.
+bool SameOrder(const NewestAnswers& product, const Pending& reference);
 
 } // namespace literal

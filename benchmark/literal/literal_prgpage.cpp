@@ -1,5 +1,6 @@
 #include "literal_prgpage.h"
 
+#include "literal_columns.h"
 #include "plcintlang.h"
 #include "plcprgpanel_state.h"
 #include "plcvargrid_rows.h"
@@ -106,15 +107,7 @@ void PrgGrid::DoPrgStateRequest()
 
 void PrgGrid::Fit()
 {
-    const int virtualWidth = DoGetVirtualSize().x;
-    BeginBatch();
-    AutoSizeColumn(0, true);
-    AutoSizeColumn(1, true);
-    const int width = LastColumnWidth(virtualWidth, GetColSize(0), GetColSize(1));
-    if (width > 0) {
-        SetColSize(2, width);
-    }
-    EndBatch();
+    FitColumns(*this, DoGetVirtualSize().x);
     DoPrgStateRequest();
 }
 

@@ -1,5 +1,6 @@
 #include "literal_varpage.h"
 
+#include "literal_columns.h"
 #include "plcvargrid_rows.h"
 
 #include <wx/sizer.h>
@@ -121,15 +122,7 @@ void VarGrid::Fit()
     if (m_fitPending) {
         return;
     }
-    const int virtualWidth = GetVirtualSize().GetWidth();
-    BeginBatch();
-    AutoSizeColumn(0, true);
-    AutoSizeColumn(1, true);
-    const int width = LastColumnWidth(virtualWidth, GetColSize(0), GetColSize(1));
-    if (width > 0) {
-        SetColSize(2, width);
-    }
-    EndBatch();
+    FitColumns(*this, GetVirtualSize().GetWidth());
     AdjustScrollbars();
 }
 
