@@ -63,6 +63,15 @@ void RequireSameGrids(const wxGrid& product, const wxGrid& reference, const std:
     RequireSame(PictureOf(product) == PictureOf(reference), what);
 }
 
+/// Of both pages on a block of many lines.
+void RequireSameLastRows(const PrgPages& pages, int rows, const std::string& what)
+{
+    const auto cells = [rows](const wxGrid& grid) {
+        return PictureOf(grid, manyLines - rows, manyLines - 1).cells;
+    };
+    RequireSame(cells(*pages.productGrid) == cells(*pages.referenceGrid), what);
+}
+
 /// An answer for all steps of a request.
 CMD_DATA AnswerTo(const CMD_DATA& request, std::int32_t offset)
 {
@@ -147,7 +156,7 @@ void WatchTickRow(const char* what, std::int32_t change, double goal)
         RequireSameGrids(*pages.productGrid, *pages.referenceGrid, what);
         RunPending();
     }
-    PrintRow(what, "literal", bench::Median(product) / bench::Median(reference), goal);
+    PrintRow(what, "literal", product, reference, goal);
 }
 
 void WatchCpuRow()
@@ -201,13 +210,6 @@ void FillRow()
     PrintRow("filling the grid, heap", "literal", productHeap / referenceHeap, 0.03);
 }
 
-void SendSize(wxGrid& grid)
-{
-    wxSizeEvent size(grid.GetSize(), grid.GetId());
-    size.SetEventObject(&grid);
-    grid.ProcessWindowEvent(size);
-}
-
 void ResizeRow()
 {
     constexpr int pairs = 5;
@@ -233,45 +235,32 @@ void VisibleRow()
 {
     constexpr int pairs = 15;
     constexpr int times = 2000;
+    constexpr int timesOfReference = 2;
     const PrgPages pages({Block(manyLines)});
     PlcPrgGrid& product = *pages.productGrid;
-    const auto find = [&] { product.DoPrgStateRequest(); };
+    const bench::Repeated find{[&] { product.DoPrgStateRequest(); }, times};
+    const bench::Repeated findLiterally{
+        [&] { pages.referenceGrid->DoPrgStateRequest(); }, timesOfReference};
     std::vector<double> top;
     std::vector<double> end;
     std::vector<double> reference;
-    const auto timed = [](const bench::Work& work, int repetitions) {
-        return bench::CpuOf([&] {
-                   for (int i = 0; i < repetitions; ++i) {
-                       work();
-                   }
-               }) /
-               repetitions;
-    };
     for (int i = 0; i < pairs; ++i) {
         ScrollToRow(product, 0);
-        find();
-        top.push_back(timed(find, times));
+        find.work();
+        top.push_back(bench::CpuOf(find));
         ScrollToRow(product, manyLines);
-        find();
-        end.push_back(timed(find, times));
+        find.work();
+        end.push_back(bench::CpuOf(find));
         const CMD_DATA ofProduct = LastRequest(pages.host);
         ScrollToRow(*pages.referenceGrid, manyLines);
-        pages.reference->Grid()->DoPrgStateRequest();
+        findLiterally.work();
         RequireSame(
             std::memcmp(&ofProduct, &pages.host.requests.back().record, sizeof ofProduct) == 0,
             "visible range");
-        reference.push_back(timed([&] { pages.referenceGrid->DoPrgStateRequest(); }, 2));
+        reference.push_back(bench::CpuOf(findLiterally));
     }
-    PrintRow(
-        "visible range at the end of 65,535 rows",
-        "literal",
-        bench::Median(end) / bench::Median(reference),
-        0.002);
-    PrintRow(
-        "visible range at the end of 65,535 rows",
-        "at the top",
-        bench::Median(end) / bench::Median(top),
-        3);
+    PrintRow("visible range at the end of 65,535 rows", "literal", end, reference, 0.002);
+    PrintRow("visible range at the end of 65,535 rows", "at the top", end, top, 3);
 }
 
 /// Has a page request its rows on screen, whatever it has requested before.
@@ -331,21 +320,10 @@ void AnswerRow()
         --value;
         reference.push_back(timed(*pages.reference, request, timesOfReference));
         constexpr int lastRows = 200;
-        RequireSame(
-            PictureOf(*pages.productGrid, manyLines - lastRows, manyLines - 1).cells ==
-                PictureOf(*pages.referenceGrid, manyLines - lastRows, manyLines - 1).cells,
-            "cells after an answer");
+        RequireSameLastRows(pages, lastRows, "cells after an answer");
     }
-    PrintRow(
-        "answer of 98 steps at the end of 65,535 lines",
-        "literal",
-        bench::Median(end) / bench::Median(reference),
-        0.02);
-    PrintRow(
-        "answer of 98 steps at the end of 65,535 lines",
-        "at the top",
-        bench::Median(end) / bench::Median(top),
-        2);
+    PrintRow("answer of 98 steps at the end of 65,535 lines", "literal", end, reference, 0.02);
+    PrintRow("answer of 98 steps at the end of 65,535 lines", "at the top", end, top, 2);
 }
 
 // ---- Program page at work
@@ -441,22 +419,14 @@ void ScrollRow()
         cpuAlone.push_back(alone.cpu);
     }
     const char* const what = "scrolling at the end of 65,535 lines, answers at 10 Hz";
-    PrintRow(
-        std::string(what) + ": tick",
-        "literal",
-        bench::Median(tick) / bench::Median(literalTick),
-        0.02);
+    PrintRow(std::string(what) + ": tick", "literal", tick, literalTick, 0.02);
     // One tick more or less is where the run happens to end.
     PrintRow(
         std::string(what) + ": ticks missed",
         "scrolling alone",
         std::max(0.0, bench::Median(ticksAlone) - bench::Median(ticks)),
         1);
-    PrintRow(
-        std::string(what) + ": processor",
-        "scrolling alone",
-        bench::Median(cpu) / bench::Median(cpuAlone),
-        1.3);
+    PrintRow(std::string(what) + ": processor", "scrolling alone", cpu, cpuAlone, 1.3);
 }
 
 void StillRow()
@@ -474,15 +444,9 @@ void StillRow()
             RunPage(pages.host, *pages.reference, *pages.referenceGrid, false, true, nullptr).cpu);
     }
     constexpr int lastRows = 20;
-    RequireSame(
-        PictureOf(*pages.productGrid, manyLines - lastRows, manyLines - 1).cells ==
-            PictureOf(*pages.referenceGrid, manyLines - lastRows, manyLines - 1).cells,
-        "cells of a still page");
+    RequireSameLastRows(pages, lastRows, "cells of a still page");
     PrintRow(
-        "page still, unchanged answers at 10 Hz: processor",
-        "literal",
-        bench::Median(product) / bench::Median(reference),
-        0.12);
+        "page still, unchanged answers at 10 Hz: processor", "literal", product, reference, 0.12);
 }
 
 // ---- The whole frame
@@ -569,11 +533,7 @@ void IdleRow()
         delete widgets;
         RunPending();
     }
-    PrintRow(
-        "idle, shown: processor",
-        "widgets and empty timer",
-        bench::Median(product) / bench::Median(reference),
-        1.15);
+    PrintRow("idle, shown: processor", "widgets and empty timer", product, reference, 1.15);
 }
 
 void CreateRow(int lineCount)
@@ -599,7 +559,8 @@ void CreateRow(int lineCount)
     PrintRow(
         "create to shown, lines in the first block: " + std::to_string(lineCount),
         "widgets alone",
-        bench::Median(product) / bench::Median(reference),
+        product,
+        reference,
         1.3);
 }
 

@@ -80,11 +80,7 @@ public:
 
     void CountResize(const char* name)
     {
-        Count(name, [this] {
-            wxSizeEvent event(size, m_grid->GetId());
-            event.SetEventObject(m_grid);
-            m_grid->ProcessWindowEvent(event);
-        });
+        Count(name, [this] { SendSize(*m_grid); });
     }
 
     void CountAt(int row, const char* visible, const char* answer)

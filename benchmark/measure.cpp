@@ -17,16 +17,6 @@ double Now(clockid_t clock)
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * nanosecond;
 }
 
-double CpuOfOne(const Repeated& repeated)
-{
-    return CpuOf([&] {
-               for (int i = 0; i < repeated.times; ++i) {
-                   repeated.work();
-               }
-           }) /
-           repeated.times;
-}
-
 } // namespace
 
 double CpuNow()
@@ -44,6 +34,16 @@ double CpuOf(const Work& work)
     const double start = CpuNow();
     work();
     return CpuNow() - start;
+}
+
+double CpuOf(const Repeated& repeated)
+{
+    return CpuOf([&] {
+               for (int i = 0; i < repeated.times; ++i) {
+                   repeated.work();
+               }
+           }) /
+           repeated.times;
 }
 
 double Median(std::vector<double> values)
@@ -66,8 +66,8 @@ double CpuRatio(int pairs, const Repeated& measured, const Repeated& reference)
     std::vector<double> ofMeasured;
     std::vector<double> ofReference;
     for (int i = 0; i < pairs; ++i) {
-        ofMeasured.push_back(CpuOfOne(measured));
-        ofReference.push_back(CpuOfOne(reference));
+        ofMeasured.push_back(CpuOf(measured));
+        ofReference.push_back(CpuOf(reference));
     }
     return Median(ofMeasured) / Median(ofReference);
 }
@@ -84,6 +84,16 @@ void PrintRow(const std::string& what, const std::string& against, double ratio,
 {
     std::printf("%s\t%s\t%.4f\t%g\n", what.c_str(), against.c_str(), ratio, goal);
     std::fflush(stdout);
+}
+
+void PrintRow(
+    const std::string& what,
+    const std::string& against,
+    const std::vector<double>& measured,
+    const std::vector<double>& reference,
+    double goal)
+{
+    PrintRow(what, against, Median(measured) / Median(reference), goal);
 }
 
 int RunRows(const std::vector<Row>& rows, int argc, char** argv)

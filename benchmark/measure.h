@@ -35,6 +35,9 @@ struct Repeated
     int times = 1;
 };
 
+/// @return processor time of one time, in seconds.
+double CpuOf(const Repeated& repeated);
+
 /// Measures both in turn.
 /// @return median processor time of @p measured, over that of @p reference, each for one time.
 double CpuRatio(int pairs, const Repeated& measured, const Repeated& reference);
@@ -45,6 +48,14 @@ void RequireSame(bool same, const std::string& what);
 /// Prints a row of the table: four fields with tabs between.
 /// @param goal the ratio must not be greater.
 void PrintRow(const std::string& what, const std::string& against, double ratio, double goal);
+
+/// Prints the row of two medians: that of @p measured over that of @p reference.
+void PrintRow(
+    const std::string& what,
+    const std::string& against,
+    const std::vector<double>& measured,
+    const std::vector<double>& reference,
+    double goal);
 
 /// A row that can be run on its own.
 struct Row

@@ -62,6 +62,13 @@ void ScrollToRow(wxGrid& grid, int row)
     grid.Scroll(0, row * grid.GetDefaultRowSize() / unitHeight);
 }
 
+void SendSize(wxGrid& grid)
+{
+    wxSizeEvent size(grid.GetSize(), grid.GetId());
+    size.SetEventObject(&grid);
+    grid.ProcessWindowEvent(size);
+}
+
 wxFrame* ShownFrame(const wxString& title)
 {
     auto* frame =

@@ -39,6 +39,9 @@ GridPicture PictureOf(const wxGrid& grid);
 /// Scrolls so that a row is the upper one, as far as there are rows; sends no event.
 void ScrollToRow(wxGrid& grid, int row);
 
+/// Sends a grid a size event with the size that it has.
+void SendSize(wxGrid& grid);
+
 /// A frame on the screen with nothing in it.
 wxFrame* ShownFrame(const wxString& title);
 
