@@ -2,7 +2,7 @@
 #include "plcdebugvar.h"
 
 // What the operator types: addresses and values in every area, size and format. A value that is
-// taken is shown as a text that is taken again, and other than in floating point for the same value.
+// taken is shown as a text that is taken again; other than in floating point for the same value.
 
 namespace {
 
