@@ -54,6 +54,21 @@ gboolean ShowOpenDialogAndQuit(gpointer open)
     return G_SOURCE_REMOVE;
 }
 
+/// Cancels what a file dialog asks or reports in a dialog of its own, in a loop that the toolkit
+/// does not know: the file dialog cannot return before.
+void CancelDialogsOver(wxDialog& dialog)
+{
+    GList* windows = gtk_window_list_toplevels();
+    for (GList* node = windows; node != nullptr; node = node->next) {
+        auto* window = static_cast<GtkWindow*>(node->data);
+        if (GTK_IS_DIALOG(window) &&
+            GTK_WIDGET(gtk_window_get_transient_for(window)) == dialog.GetHandle()) {
+            gtk_dialog_response(GTK_DIALOG(window), GTK_RESPONSE_CANCEL);
+        }
+    }
+    g_list_free(windows);
+}
+
 /// Ends the innermost dialog if EndOpenDialogs() has marked it. The one around it is ended when
 /// this one has returned: the toolkit can only leave the innermost of its loops.
 void EndInnermostDialog()
@@ -68,6 +83,7 @@ void EndInnermostDialog()
             gtk_dialog_response(GTK_DIALOG(widget), GTK_RESPONSE_CANCEL);
         }
     } else if (dialog.IsModal()) {
+        CancelDialogsOver(dialog);
         dialog.EndModal(wxID_CANCEL);
     }
 }

@@ -231,6 +231,11 @@ protected:
     void DestroyUnder(const std::string& what)
     {
         ASSERT_TRUE(DialogOpens(what));
+        DestroyNow();
+    }
+
+    void DestroyNow()
+    {
         TakeRequests();
 
         PostToGui([this] { plugin.destroy(); });
@@ -294,6 +299,18 @@ TEST_F(DestroyInsideADialog, SaveFileAs)
 {
     ChooseMenu(wxID_SAVEAS);
     DestroyUnder("file dialog [T80]");
+    EXPECT_TRUE(Requests({"release 0"}));
+    EXPECT_EQ(files.Read("list.plc"), "MW20/D\n");
+    ReopenAndUse();
+}
+
+TEST_F(DestroyInsideADialog, TheOverwriteQuestionOfSaveFileAs)
+{
+    ChooseMenu(wxID_SAVEAS);
+    ASSERT_TRUE(DialogOpens("file dialog [T80]"));
+    ASSERT_TRUE(EnterFile(files.File("list.plc")));
+    ASSERT_TRUE(FileDialogAsks());
+    DestroyNow();
     EXPECT_TRUE(Requests({"release 0"}));
     EXPECT_EQ(files.Read("list.plc"), "MW20/D\n");
     ReopenAndUse();

@@ -453,9 +453,8 @@ testing::AssertionResult DebuggerTest::AnswerDialog(const std::string& what, int
     return AwaitDialogClosed(dialog);
 }
 
-testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
+testing::AssertionResult DebuggerTest::EnterFile(const std::string& path)
 {
-    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
     const auto isChosen = [&] {
         auto* chooser = GTK_FILE_CHOOSER(watch.Innermost()->GetHandle());
         const std::unique_ptr<char, decltype(&g_free)> chosen(
@@ -473,11 +472,33 @@ testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
         }
     });
     const testing::AssertionResult chosen = Await("the file chosen", isChosen);
-    if (!chosen) {
-        return chosen;
+    if (chosen) {
+        ClickInDialog(wxID_OK);
     }
-    ClickInDialog(wxID_OK);
-    return AwaitDialogClosed(dialog);
+    return chosen;
+}
+
+testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
+{
+    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
+    const testing::AssertionResult entered = EnterFile(path);
+    return entered ? AwaitDialogClosed(dialog) : entered;
+}
+
+testing::AssertionResult DebuggerTest::FileDialogAsks()
+{
+    return Await("a question of the file dialog", [this] {
+        auto* dialog = GTK_WINDOW(watch.Innermost()->GetHandle());
+        bool asks = false;
+        GList* windows = gtk_window_list_toplevels();
+        for (GList* node = windows; node != nullptr; node = node->next) {
+            auto* window = static_cast<GtkWindow*>(node->data);
+            asks = asks || (gtk_window_get_transient_for(window) == dialog &&
+                            gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE);
+        }
+        g_list_free(windows);
+        return asks;
+    });
 }
 
 void DebuggerTest::ChooseInCombo(ControlId combo, int item)

@@ -118,7 +118,13 @@ protected:
     testing::AssertionResult AnswerDialog(const std::string& what, int button);
 
     /// In an open file dialog: chooses a file and confirms.
+    testing::AssertionResult EnterFile(const std::string& path);
+
+    /// The same, and waits until the dialog is closed.
     testing::AssertionResult ChooseFile(const std::string& path);
+
+    /// Waits until the open file dialog shows a dialog of its own.
+    testing::AssertionResult FileDialogAsks();
 
     /// In an open settings dialog.
     void ChooseInCombo(ControlId combo, int item);
