@@ -1,13 +1,18 @@
 #include "plcdebug_host.h"
+#include "record.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
-// The offsets that the integrators' page states are those of the header.
+// The layouts that the integrators' page states are those of the header and of the reference host.
 
 namespace {
 
@@ -42,6 +47,49 @@ std::pair<std::size_t, std::size_t> Behind(std::size_t pointers)
     return {PLC_PATH_SIZE + 4 * pointers, PLC_PATH_SIZE + 8 * pointers};
 }
 
+/// What the page's tables say of one kind of record: the entry for each offset, as written there.
+std::map<std::string, std::string> DocumentedRecord(const std::string& kind)
+{
+    std::ifstream in(PROJECT_DIR "/docs/integration.md");
+    std::map<std::string, std::string> entries;
+    std::size_t column = 0; // 0: the table does not tell of this kind
+    for (std::string line; std::getline(in, line);) {
+        std::vector<std::string> cells;
+        std::istringstream row(line);
+        for (std::string cell; line[0] == '|' && std::getline(row, cell, '|');) {
+            const auto begin = cell.find_first_not_of(' ');
+            const auto end = cell.find_last_not_of(' ');
+            cells.push_back(begin == std::string::npos ? "" : cell.substr(begin, end - begin + 1));
+        }
+        if (const auto head = std::find(cells.begin(), cells.end(), kind); head != cells.end()) {
+            column = static_cast<std::size_t>(head - cells.begin());
+        } else if (column == 0 || cells.size() <= column) {
+            column = 0;
+        } else if (!cells[column].empty() && cells[column][0] != '-') {
+            entries[cells[1]] = cells[column];
+        }
+    }
+    return entries;
+}
+
+/// @return a record that has bytes 1, 2, 3... behind its header.
+CMD_DATA NumberedRecord()
+{
+    CMD_DATA record{};
+    for (std::size_t i = 0; i < sizeof record.payload; ++i) {
+        record.payload[i] = static_cast<unsigned char>(i + 1);
+    }
+    return record;
+}
+
+/// @param offset in the whole record.
+template <typename Number> Number At(const CMD_DATA& record, std::size_t offset)
+{
+    Number number;
+    std::memcpy(&number, reinterpret_cast<const unsigned char*>(&record) + offset, sizeof number);
+    return number;
+}
+
 TEST(IntegrationPage, StatesTheLayoutOfTheRecordOnBothArchitectures)
 {
     EXPECT_THAT(
@@ -72,6 +120,91 @@ TEST(IntegrationPage, StatesTheLayoutThatTheCompilerMakes)
     EXPECT_EQ(stated("pfnDeleteVarRequest"), offsetof(PLC_DBG_INIT, pfnDeleteVarRequest));
     EXPECT_EQ(stated("reserved"), offsetof(PLC_DBG_INIT, reserved));
     EXPECT_EQ(stated("size"), sizeof(PLC_DBG_INIT));
+}
+
+TEST(IntegrationPage, StatesTheRequestsAsTheyAreTakenApart)
+{
+    using Record = std::map<std::string, std::string>;
+    EXPECT_THAT(
+        DocumentedRecord("Read request"),
+        ContainerEq(Record{
+            {"0", "`0x600D`"},
+            {"2", "length: 7 + characters"},
+            {"4", "key"},
+            {"6", "operand, zero-terminated"}}));
+    EXPECT_THAT(
+        DocumentedRecord("Write request"),
+        ContainerEq(Record{
+            {"0", "`0x600E`"},
+            {"2", "length: 11 + characters"},
+            {"4", "0"},
+            {"6", "value, int32"},
+            {"10", "operand, zero-terminated"}}));
+    EXPECT_THAT(
+        DocumentedRecord("Delete request"),
+        ContainerEq(
+            Record{{"0", "`0x600F`"}, {"2", "length: 8"}, {"4", "key"}, {"6", "argument, int16"}}));
+    EXPECT_THAT(
+        DocumentedRecord("Program-state request"),
+        ContainerEq(Record{
+            {"0", "`0x6010`"},
+            {"2", "length: 14"},
+            {"4", "count of steps"},
+            {"6", "first step, int32"},
+            {"10", "last step, int32"}}));
+
+    const CMD_DATA record = NumberedRecord();
+    EXPECT_EQ(plchost::ReadOperand(record)[0], At<char>(record, 6));
+    EXPECT_EQ(plchost::WriteOperand(record).value, At<std::int32_t>(record, 6));
+    EXPECT_EQ(plchost::WriteOperand(record).operand[0], At<char>(record, 10));
+    EXPECT_EQ(plchost::DeleteArgument(record), At<std::int16_t>(record, 6));
+    EXPECT_EQ(plchost::RequestedSteps(record)->first, At<std::int32_t>(record, 6));
+    EXPECT_EQ(plchost::RequestedSteps(record)->last, At<std::int32_t>(record, 10));
+    EXPECT_EQ(
+        (std::vector<int>{
+            PLC_CMD_READ_VAR, PLC_CMD_WRITE_VAR, PLC_CMD_DELETE_VAR, PLC_CMD_PRG_STATE}),
+        (std::vector<int>{0x600D, 0x600E, 0x600F, 0x6010}));
+    EXPECT_EQ(sizeof(CMD_DATA), 506U);
+}
+
+TEST(IntegrationPage, StatesTheAnswersAsTheyArePutTogether)
+{
+    using Record = std::map<std::string, std::string>;
+    EXPECT_THAT(
+        DocumentedRecord("Read answer"),
+        ContainerEq(Record{
+            {"0", "not looked at"},
+            {"2", "length: 10"},
+            {"4", "key of the request"},
+            {"6", "value, int32"}}));
+    EXPECT_THAT(
+        DocumentedRecord("Program-state answer for n steps"),
+        ContainerEq(Record{
+            {"0", "not looked at"},
+            {"2", "length: 14 + 5 n, at most 504"},
+            {"4", "not looked at"},
+            {"6", "first step, as requested"},
+            {"10", "last step, as requested"},
+            {"14", "n bytes: 1 where the logic result is set"},
+            {"14 + n", "n int32: the accumulator; `0x7FFFFFFF` or -1 for none"}}));
+
+    const CMD_DATA read = plchost::MakeReadAnswer(0x1234, 0x56789ABC);
+    EXPECT_EQ(At<std::uint16_t>(read, 2), 10);
+    EXPECT_EQ(At<std::uint16_t>(read, 4), 0x1234);
+    EXPECT_EQ(At<std::int32_t>(read, 6), 0x56789ABC);
+    const CMD_DATA states =
+        plchost::MakeProgramStateAnswer({70, 72}, {{true, 11}, {false, 12}, {true, PLC_NO_VALUE}});
+    EXPECT_EQ(At<std::uint16_t>(states, 2), 14 + 5 * 3);
+    EXPECT_EQ(At<std::int32_t>(states, 6), 70);
+    EXPECT_EQ(At<std::int32_t>(states, 10), 72);
+    EXPECT_EQ(At<char>(states, 14), 1);
+    EXPECT_EQ(At<char>(states, 15), 0);
+    EXPECT_EQ(At<char>(states, 16), 1);
+    EXPECT_EQ(At<std::int32_t>(states, 14 + 3), 11);
+    EXPECT_EQ(At<std::int32_t>(states, 14 + 3 + 8), PLC_NO_VALUE);
+    EXPECT_EQ(PLC_NO_VALUE, 0x7FFFFFFF);
+    EXPECT_LE(14 + 5 * plchost::maxStepsInAnswer, 504U);
+    EXPECT_GT(14 + 5 * (plchost::maxStepsInAnswer + 1), 504U);
 }
 
 } // namespace
