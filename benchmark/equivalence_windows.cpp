@@ -44,12 +44,10 @@ public:
         m_step = step;
         if (step % stepsOfARun == 0) {
             BeginRun(step / stepsOfARun);
+            LayOut();
         }
         Step();
-        if (m_laysOut) {
-            FinishLayout(Frame());
-            m_laysOut = false;
-        }
+        LayOut();
         Compare(step % stepsOfARun == stepsOfARun - 1);
     }
 
@@ -88,6 +86,15 @@ protected:
     }
 
 private:
+    /// Neither side may begin a step while a former one still changes its layout.
+    void LayOut()
+    {
+        if (m_laysOut) {
+            FinishLayout(Frame());
+            m_laysOut = false;
+        }
+    }
+
     const StepOptions& m_options;
     Dice& m_dice;
     int m_step = 0;
