@@ -162,10 +162,7 @@ protected:
         case 5:
         case 6:
         case 7:
-            Both(
-                m_pages.host,
-                [this] { m_pages.product->OnScrollSendRequest(); },
-                [this] { m_pages.reference->OnScrollSendRequest(); });
+            Tick();
             break;
         case 8:
             if (Random().OneIn(3) && !m_onLargest) {
@@ -256,6 +253,17 @@ private:
             });
     }
 
+    /// A hidden page gets none.
+    void Tick()
+    {
+        if (m_pages.product->IsShown()) {
+            Both(
+                m_pages.host,
+                [this] { m_pages.product->OnScrollSendRequest(); },
+                [this] { m_pages.reference->OnScrollSendRequest(); });
+        }
+    }
+
     /// Mostly for the steps that are subscribed, sometimes for others.
     void Answer()
     {
@@ -274,6 +282,11 @@ private:
             m_pages.host,
             [&] { m_pages.product->AnswerPrgState(answer); },
             [&] { m_pages.reference->AnswerPrgState(answer); });
+        if (!m_pages.product->IsShown()) {
+            // Hidden, a grid loses its border, which it notices when it repaints everything.
+            const wxGridUpdateLocker product(m_pages.productGrid);
+            const wxGridUpdateLocker reference(m_pages.referenceGrid);
+        }
     }
 
     std::vector<DebugFileBlock> m_blocks;
