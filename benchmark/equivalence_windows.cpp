@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 // Both pages in real windows beside the same taken literally: every request, cell, width and
 // selection has to agree.
@@ -147,6 +148,10 @@ protected:
 
     void Step() override
     {
+        if (std::exchange(m_shownAgain, false)) {
+            Resize(); // as a page's layout does when it comes back
+            return;
+        }
         switch (Random().Below(12)) {
         case 0:
             Resize();
@@ -251,6 +256,7 @@ private:
                     m_pages.reference->FinishPrgStateRequest();
                 }
             });
+        m_shownAgain = shown;
     }
 
     /// A hidden page gets none.
@@ -292,6 +298,7 @@ private:
     std::vector<DebugFileBlock> m_blocks;
     PrgPages m_pages;
     bool m_onLargest = false;
+    bool m_shownAgain = false;
     int m_topRow = 0;
 };
 

@@ -81,10 +81,13 @@ void Report()
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) void
-gtk_module_init(gint* /*argc*/, gchar*** /*argv*/)
+extern "C" {
+
+// NOLINTNEXTLINE(readability-identifier-naming): GTK looks for this name
+__attribute__((visibility("default"))) void gtk_module_init(gint* /*argc*/, gchar*** /*argv*/)
 {
     Ticks().reserve(ticksOfAMinute * 10);
     g_timeout_add(periodMs, NoteTick, nullptr);
     std::atexit(Report);
+}
 }

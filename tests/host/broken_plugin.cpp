@@ -145,6 +145,7 @@ EXPORTED int ExportAnswerReadVar(unsigned char* answer)
 }
 
 #ifndef WITHOUT_PROGRAM_STATE
+// NOLINTNEXTLINE(readability-non-const-parameter): the boundary's signature
 EXPORTED int ExportAnswerProgState(unsigned char* answer)
 {
     return isOpen && answer != nullptr ? 1 : 0;

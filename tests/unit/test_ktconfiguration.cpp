@@ -342,7 +342,7 @@ TEST_F(KtConfigurationTest, AFileWithoutTheSectionHasNoKeysAndTakesOne)
 
 TEST_F(KtConfigurationTest, AKeyThatZeroBytesWouldSwallowIsNotWritten)
 {
-    const std::string file("[Other]\nA=1\0\0\n", 15);
+    const std::string file("[Other]\nA=1\0\0\n", 14);
     WriteFile(File(), file);
 
     EXPECT_FALSE(Settings().Set("Language", "en"));

@@ -246,13 +246,7 @@ TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWhenTheFileMustNotBeRead)
 TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWhenTheFileHasNoSection)
 {
     for (const std::string file :
-         {"",
-          "\n",
-          "49=title\n",
-          "[48\n49=title\n",
-          "\xff\xff",
-          "\x7f"
-          "ELF"}) {
+         {"", "\n", "49=title\n", "[48\n49=title\n", "\xff\xff", "\177ELF"}) {
         Load(file);
 
         EXPECT_EQ(TextOf(frameTitle), builtInTitle) << file;

@@ -35,19 +35,19 @@ std::vector<CMD_DATA> NewestOf(const std::vector<CMD_DATA>& answers)
 
 std::vector<int> KeysOf(const std::vector<CMD_DATA>& answers)
 {
-    std::vector<int> keys;
-    for (const CMD_DATA& answer : answers) {
-        keys.push_back(answer.key);
-    }
+    std::vector<int> keys(answers.size());
+    std::transform(answers.begin(), answers.end(), keys.begin(), [](const CMD_DATA& answer) {
+        return answer.key;
+    });
     return keys;
 }
 
 std::vector<int> SerialsOf(const std::vector<CMD_DATA>& answers)
 {
-    std::vector<int> serials;
-    for (const CMD_DATA& answer : answers) {
-        serials.push_back(answer.payload[0]);
-    }
+    std::vector<int> serials(answers.size());
+    std::transform(answers.begin(), answers.end(), serials.begin(), [](const CMD_DATA& answer) {
+        return answer.payload[0];
+    });
     return serials;
 }
 

@@ -355,7 +355,7 @@ TEST(DataBlocks, StandInTheOrderOfTheSettingsDialog)
         EXPECT_EQ(varDBs[row].number, firstRows[row]);
     }
     for (int block = 64; block <= 79; ++block) {
-        const auto row = static_cast<std::size_t>(block - 64 + 17);
+        const std::size_t row = firstRows.size() + static_cast<std::size_t>(block) - 64;
         EXPECT_EQ(varDBs[row].number, block);
         EXPECT_EQ(varDBs[row].index, block - 64);
         EXPECT_EQ(varDBs[row].description, TextId::DbFamily64);
