@@ -8,7 +8,6 @@ function(add_gui_tests name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} plcdebug_warnings GTest::gmock)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
-    target_compile_definitions(${name} PRIVATE PROJECT_DIR="${PROJECT_SOURCE_DIR}")
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
                                              ${PROJECT_SOURCE_DIR}/scripts/with-x)
     gtest_discover_tests(

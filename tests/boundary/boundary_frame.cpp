@@ -1,5 +1,6 @@
 #include "debuggertest.h"
 #include "numberedtexts.h"
+#include "projectfile.h"
 
 #include <gmock/gmock.h>
 #include <wx/button.h>
@@ -168,7 +169,7 @@ TEST_F(FrameTest, AcceleratorsRunTheCommands)
 
 TEST_F(FrameTest, TheShippedLanguagesAreUsedByName)
 {
-    const std::filesystem::path folder = PROJECT_DIR "/languages";
+    const std::filesystem::path folder = ProjectFile("languages");
     Configure("LanguagePath", folder.string());
     for (const std::string language : {"en", "de"}) {
         SCOPED_TRACE(language);

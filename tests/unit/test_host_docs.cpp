@@ -1,4 +1,5 @@
 #include "plcdebug_host.h"
+#include "projectfile.h"
 #include "record.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +25,7 @@ using Layout = std::map<std::string, std::pair<std::size_t, std::size_t>>;
 /// The rows of the table that stands below "`PLC_DBG_INIT`:".
 Layout DocumentedLayout()
 {
-    std::ifstream in(PROJECT_DIR "/docs/integration.md");
+    std::ifstream in(ProjectFile("docs/integration.md"));
     Layout layout;
     bool inside = false;
     for (std::string line; std::getline(in, line);) {
@@ -50,7 +51,7 @@ std::pair<std::size_t, std::size_t> Behind(std::size_t pointers)
 /// What the page's tables say of one kind of record: the entry for each offset, as written there.
 std::map<std::string, std::string> DocumentedRecord(const std::string& kind)
 {
-    std::ifstream in(PROJECT_DIR "/docs/integration.md");
+    std::ifstream in(ProjectFile("docs/integration.md"));
     std::map<std::string, std::string> entries;
     std::size_t column = 0; // 0: the table does not tell of this kind
     for (std::string line; std::getline(in, line);) {

@@ -1,4 +1,5 @@
 #include "misbehave.h"
+#include "projectfile.h"
 #include "record.h"
 #include "test_host_support.h"
 
@@ -135,7 +136,7 @@ TEST(NamedFaults, AreFoundByTheirNamesAndNoOther)
 
 TEST(NamedFaults, AreAllListedForIntegrators)
 {
-    std::ifstream file(PROJECT_DIR "/docs/integration.md");
+    std::ifstream file(ProjectFile("docs/integration.md"));
     const std::string page(std::istreambuf_iterator<char>(file), {});
 
     for (const NamedFault& named : NamedFaults())

@@ -1,5 +1,6 @@
 #include "exit_status.h"
 #include "options.h"
+#include "projectfile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +13,8 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
+
+const std::string aFile = ProjectFile("README.md");
 
 using Parsed = std::variant<Options, ExitStatus>;
 
@@ -48,16 +51,16 @@ TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
 TEST(ParseOptions, TakesEverything)
 {
     const std::string folder = std::filesystem::temp_directory_path();
-    const Parsed parsed =
-        Parse({"--plugin",   "p.so",    "--program",    __FILE__, "--language",   "de",
-               "--cycle",    "20",      "--run",        "1.5",    "--screenshot", "a.png",
-               "--fault",    "flood",   "--config-dir", "c",      "--data-dir",   folder.c_str(),
-               "--debugger", "--trace", "--record",     "a.rec"});
+    const Parsed parsed = Parse(
+        {"--plugin",   "p.so",    "--program",    aFile.c_str(), "--language",   "de",
+         "--cycle",    "20",      "--run",        "1.5",         "--screenshot", "a.png",
+         "--fault",    "flood",   "--config-dir", "c",           "--data-dir",   folder.c_str(),
+         "--debugger", "--trace", "--record",     "a.rec"});
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
     EXPECT_EQ(options.plugin, "p.so");
-    EXPECT_EQ(options.program, __FILE__);
+    EXPECT_EQ(options.program, aFile);
     EXPECT_EQ(options.language, "de");
     EXPECT_EQ(options.cycle, 20ms);
     EXPECT_EQ(options.run, 1500ms);
@@ -82,22 +85,23 @@ TEST(ParseOptions, RefusesWhatItDoesNotKnowByName)
 
 TEST(ParseOptions, ARecordingOpensTheDebuggerAndTakesASpeed)
 {
-    const Parsed parsed = Parse({"--replay", __FILE__, "--speed", "2.5"});
+    const Parsed parsed = Parse({"--replay", aFile.c_str(), "--speed", "2.5"});
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
-    EXPECT_EQ(options.replay, __FILE__);
+    EXPECT_EQ(options.replay, aFile);
     EXPECT_EQ(options.speed, 2.5);
     EXPECT_TRUE(options.debugger);
 }
 
 TEST(ParseOptions, ARecordingComesWithoutAMachineAndIsNotRecorded)
 {
-    EXPECT_THAT(Refusal({"--replay", __FILE__, "--program", __FILE__}), HasSubstr("--program"));
-    EXPECT_THAT(Refusal({"--replay", __FILE__, "--cycle", "5"}), HasSubstr("--cycle"));
-    EXPECT_THAT(Refusal({"--replay", __FILE__, "--record", "a.rec"}), HasSubstr("--record"));
+    EXPECT_THAT(
+        Refusal({"--replay", aFile.c_str(), "--program", aFile.c_str()}), HasSubstr("--program"));
+    EXPECT_THAT(Refusal({"--replay", aFile.c_str(), "--cycle", "5"}), HasSubstr("--cycle"));
+    EXPECT_THAT(Refusal({"--replay", aFile.c_str(), "--record", "a.rec"}), HasSubstr("--record"));
     EXPECT_THAT(Refusal({"--replay", "/nowhere/a.rec"}), HasSubstr("/nowhere/a.rec"));
-    EXPECT_THAT(Refusal({"--replay", __FILE__, "--speed", "0"}), HasSubstr("--speed"));
+    EXPECT_THAT(Refusal({"--replay", aFile.c_str(), "--speed", "0"}), HasSubstr("--speed"));
     EXPECT_THAT(Refusal({"--speed", "2"}), HasSubstr("--replay"));
 }
 

@@ -1,5 +1,6 @@
 #include "assembler.h"
 #include "plant.h"
+#include "projectfile.h"
 
 #include <gtest/gtest.h>
 
@@ -67,7 +68,7 @@ struct PlantTest : testing::Test
     std::unique_ptr<Plant> Bottling()
     {
         return Plant::Bottling(
-            ProgramOf(plc::AssembleFile(PROJECT_DIR "/samples/bottling/bottling.il")), Hook(), 1ms);
+            ProgramOf(plc::AssembleFile(ProjectFile("samples/bottling/bottling.il"))), Hook(), 1ms);
     }
 
     Cycles cycles;
@@ -101,7 +102,7 @@ TEST_F(PlantTest, StopTurnsTheLampsOff)
 TEST_F(PlantTest, TheBottlingLineHasAPictureAndItsSwitchesAtPowerOn)
 {
     const auto plant = Plant::Bottling(
-        plc::AssembleFile(PROJECT_DIR "/samples/bottling/bottling.il").program.value(),
+        plc::AssembleFile(ProjectFile("samples/bottling/bottling.il")).program.value(),
         Hook(),
         1ms);
 
@@ -114,7 +115,7 @@ TEST_F(PlantTest, TheBottlingLineHasAPictureAndItsSwitchesAtPowerOn)
 TEST_F(PlantTest, TheBottlingLineStartsByItsFirstSwitch)
 {
     const auto plant = Plant::Bottling(
-        plc::AssembleFile(PROJECT_DIR "/samples/bottling/bottling.il").program.value(),
+        plc::AssembleFile(ProjectFile("samples/bottling/bottling.il")).program.value(),
         Hook(),
         1ms);
     plant->Start();

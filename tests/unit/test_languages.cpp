@@ -1,4 +1,5 @@
 #include "plcintlang.h"
+#include "projectfile.h"
 
 #include <ktcore/ktintllanguagetext.h>
 
@@ -33,11 +34,6 @@ std::string ReadFile(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-fs::path Project(const std::string& path)
-{
-    return fs::path(PROJECT_DIR) / path;
-}
-
 std::string WithoutComments(const std::string& source)
 {
     return std::regex_replace(source, std::regex("//[^\n]*"), "");
@@ -46,7 +42,7 @@ std::string WithoutComments(const std::string& source)
 /// The members of the enum TextId and their numbers.
 std::map<std::string, int> TextIds()
 {
-    const std::string header = WithoutComments(ReadFile(Project("src/plcintlang.h")));
+    const std::string header = WithoutComments(ReadFile(ProjectFile("src/plcintlang.h")));
     const std::size_t start = header.find("enum class TextId");
     const std::string body = header.substr(start, header.find("};", start) - start);
     std::map<std::string, int> ids;
@@ -62,7 +58,7 @@ std::set<std::string> NamedTextIds()
 {
     std::set<std::string> names;
     const std::regex use(R"(TextId::(\w+))");
-    for (const auto& file : fs::directory_iterator(Project("src"))) {
+    for (const auto& file : fs::directory_iterator(ProjectFile("src"))) {
         const fs::path extension = file.path().extension();
         if ((extension == ".cpp" || extension == ".h") &&
             file.path().filename() != "plcintlang.h") {
@@ -94,7 +90,7 @@ struct Line
 
 std::vector<Line> LinesOf(const std::string& language)
 {
-    std::istringstream file(ReadFile(Project("languages/" + language + ".lng")));
+    std::istringstream file(ReadFile(ProjectFile("languages/" + language + ".lng")));
     std::vector<Line> lines;
     const std::regex entry(R"((\d+)=(.*))");
     std::smatch match;
@@ -114,7 +110,7 @@ class Language
 public:
     explicit Language(const std::string& name)
     {
-        m_service.SetFilePath(Project("languages").wstring().c_str());
+        m_service.SetFilePath(fs::path(ProjectFile("languages")).wstring().c_str());
         m_service.SetLanguage(wxString(name).wc_str());
     }
 

@@ -1,4 +1,5 @@
 #include "assembler.h"
+#include "projectfile.h"
 #include "test_plc_support.h"
 
 #include <gmock/gmock.h>
@@ -289,7 +290,7 @@ TEST(AssembleFile, NamesAFileThatCannotBeRead)
 
 TEST(AssembleFile, AFolderIsNoSource)
 {
-    EXPECT_FALSE(plc::AssembleFile(PROJECT_DIR).program);
+    EXPECT_FALSE(plc::AssembleFile(ProjectFile("")).program);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "bottling/bottling.h"
+#include "projectfile.h"
 #include "test_plc_support.h"
 
 #include <gtest/gtest.h>
@@ -251,7 +252,7 @@ TEST_F(Bottling, NoValueInTheRecipeStopsThePlc)
 
 TEST_F(Bottling, EveryVariableOfItsWatchListExistsAndMostOfThemMove)
 {
-    std::ifstream in(PROJECT_DIR "/samples/bottling/bottling.plc");
+    std::ifstream in(ProjectFile("samples/bottling/bottling.plc"));
     std::vector<std::string> names;
     std::set<std::string> formats;
     for (std::string line; std::getline(in, line);) {

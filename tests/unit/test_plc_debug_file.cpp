@@ -1,4 +1,5 @@
 #include "debug_file.h"
+#include "projectfile.h"
 #include "test_plc_support.h"
 
 #include <gtest/gtest.h>
@@ -156,7 +157,7 @@ TEST(DebugFile, ThePageFindsTheStepsOfTheAssembler)
 
 TEST(DebugFile, ThePageFindsTheStepsOfTheBottlingLine)
 {
-    ExpectSameListing(Assembled(plc::AssembleFile(PROJECT_DIR "/samples/bottling/bottling.il")));
+    ExpectSameListing(Assembled(plc::AssembleFile(ProjectFile("samples/bottling/bottling.il"))));
 }
 
 TEST(DebugFile, ALongNameIsCutAfterAWholeCharacter)

@@ -1,3 +1,4 @@
+#include "projectfile.h"
 #include "test_plc_support.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ namespace {
 
 std::vector<std::string> DocumentLines()
 {
-    std::ifstream in(PROJECT_DIR "/docs/statement-list.md");
+    std::ifstream in(ProjectFile("docs/statement-list.md"));
     std::vector<std::string> lines;
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);

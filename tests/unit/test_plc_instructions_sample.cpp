@@ -1,4 +1,5 @@
 #include "instructions/test_bench.h"
+#include "projectfile.h"
 #include "source_line.h"
 #include "test_plc_support.h"
 
@@ -62,7 +63,7 @@ std::uint32_t Bits(std::initializer_list<bool> bits)
 
 TEST_F(InstructionsSample, HoldsEveryInstruction)
 {
-    std::ifstream in(PROJECT_DIR "/samples/instructions/instructions.il");
+    std::ifstream in(ProjectFile("samples/instructions/instructions.il"));
     std::set<std::string> used;
     for (std::string line; std::getline(in, line);)
         used.emplace(plc::SplitLine(line).mnemonic.text);

@@ -3,6 +3,7 @@
 #include "assembler.h"
 #include "interpreter.h"
 #include "process.h"
+#include "projectfile.h"
 
 #include <gtest/gtest.h>
 
@@ -57,8 +58,8 @@ public:
 
     /// A sample with its process.
     Machine(const std::string& file, std::unique_ptr<plc::Process> process)
-        : m_program(plc::MakeInterpreter(
-              Assembled(plc::AssembleFile(std::string(PROJECT_DIR "/samples/") + file)))),
+        : m_program(
+              plc::MakeInterpreter(Assembled(plc::AssembleFile(ProjectFile("samples/" + file))))),
           m_process(std::move(process))
     {
         m_process->PowerOn(image);

@@ -3,6 +3,7 @@
 #include "operand.h"
 #include "plcdebugvar.h"
 #include "plcprgpanel_file.h"
+#include "projectfile.h"
 #include "tempdir.h"
 
 #include <gtest/gtest.h>
@@ -114,7 +115,7 @@ TEST_P(PlugInAndPlcListing, GivesEveryLineTheSameStep)
 {
     const std::string name = GetParam();
     const plc::Assembly assembly =
-        plc::AssembleFile(PROJECT_DIR "/samples/" + name + "/" + name + ".il");
+        plc::AssembleFile(ProjectFile("samples/" + name + "/" + name + ".il"));
     ASSERT_TRUE(assembly.program);
     const TempDir dir;
     ASSERT_EQ(plc::WriteDebugFile(*assembly.program, dir.File("prog")), std::nullopt);
