@@ -21,6 +21,7 @@ namespace {
 constexpr int stepsOfASession = 5 * stepsOfARun;
 constexpr int usualBlock = 300;
 constexpr int largestBlock = 65535;
+constexpr int narrowest = 10; // the layout of a grid that is narrower than its border never settles
 constexpr int widest = 900;
 constexpr int highest = 1200;
 constexpr int readColumn = 1;
@@ -64,7 +65,11 @@ protected:
     /// To be called by a step that may change the layout.
     void LaysOut() { m_laysOut = true; }
 
-    wxSize RandomSize() { return {m_dice.Below(widest) + 1, m_dice.Below(highest) + 1}; }
+    wxSize RandomSize()
+    {
+        const int width = m_dice.Below(widest - narrowest) + narrowest;
+        return {width, m_dice.Below(highest - narrowest) + narrowest};
+    }
 
     /// Does the same on both sides; the requests that this leads to have to agree.
     template <typename OnProduct, typename OnReference>

@@ -435,6 +435,13 @@ testing::AssertionResult DebuggerTest::DialogOpens(const std::string& what)
 
 void DebuggerTest::ClickInDialog(int button)
 {
+    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
+    ClickButton(button);
+    ASSERT_TRUE(AwaitDialogClosed(dialog));
+}
+
+void DebuggerTest::ClickButton(int button)
+{
     const auto isSensitive = [&] {
         return gtk_widget_is_sensitive(ButtonOf(*watch.Innermost(), button)) != FALSE;
     };
@@ -449,7 +456,7 @@ testing::AssertionResult DebuggerTest::AnswerDialog(const std::string& what, int
         return opened;
     }
     const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
-    ClickInDialog(button);
+    ClickButton(button);
     return AwaitDialogClosed(dialog);
 }
 
@@ -473,7 +480,7 @@ testing::AssertionResult DebuggerTest::EnterFile(const std::string& path)
     });
     const testing::AssertionResult chosen = Await("the file chosen", isChosen);
     if (chosen) {
-        ClickInDialog(wxID_OK);
+        ClickButton(wxID_OK);
     }
     return chosen;
 }

@@ -111,7 +111,8 @@ protected:
     /// @param what as Watch::Expect() has it.
     testing::AssertionResult DialogOpens(const std::string& what);
 
-    /// Clicks on a button of the innermost dialog: wxID_OK, wxID_CANCEL, wxID_YES, wxID_NO.
+    /// Clicks on a button of the innermost dialog: wxID_OK, wxID_CANCEL, wxID_YES, wxID_NO. Waits
+    /// until the dialog is closed or another is open above it.
     void ClickInDialog(int button);
 
     /// Waits until a dialog opens, clicks on a button and waits until it is closed.
@@ -138,6 +139,7 @@ protected:
     plchost::Plugin plugin;
 
 private:
+    void ClickButton(int button);
     testing::AssertionResult AwaitDialogClosed(const wxDialog* dialog);
 
     std::map<std::string, std::string> m_settings;
