@@ -5,6 +5,8 @@
 #include "plcvargrid_measure.h"
 #include "plcvargrid_rows.h"
 
+#include <wx/settings.h>
+
 #include <utility>
 
 wxBEGIN_EVENT_TABLE(PlcPrgGrid, wxGrid)
@@ -31,6 +33,8 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
     SetWindowStyle(wxSUNKEN_BORDER);
     SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
     SetRowLabelSize(0);
+    // Without the focus a selected row is grey, where the toolkit's white cannot be read.
+    SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
     DisableDragRowSize();
 }
 

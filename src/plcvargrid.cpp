@@ -39,6 +39,8 @@ PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
     SetWindowStyle(wxSUNKEN_BORDER);
     SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
     SetRowLabelSize(0);
+    // Without the focus a selected row is grey, where the toolkit's white cannot be read.
+    SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
 }
 
 void PlcVarGrid::InitShowVars()

@@ -1,3 +1,4 @@
+#include "contrast.h"
 #include "gui_plcprgpage.h"
 #include "pointer.h"
 #include "useractions.h"
@@ -60,6 +61,13 @@ protected:
         return m_grid->CalcUnscrolledPosition(wxPoint(0, 0)).y / m_grid->GetDefaultRowSize();
     }
 };
+
+TEST_F(PlcPrgGridTest, ShowsSelectedRowsReadablyWithAndWithoutTheKeyboard)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+
+    EXPECT_GE(SelectionContrast(*m_grid), readable);
+}
 
 TEST_F(PlcPrgGridTest, IsForReadingOnly)
 {

@@ -1,3 +1,4 @@
+#include "contrast.h"
 #include "filledwatchpage.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +11,11 @@ using testing::IsEmpty;
 } // namespace
 
 // ---- Selection by mouse
+
+TEST_F(VarGrid, ShowsSelectedRowsReadablyWithAndWithoutTheKeyboard)
+{
+    EXPECT_GE(SelectionContrast(*grid), readable);
+}
 
 TEST_F(VarGrid, SelectsTheWholeRowOfAClickedCell)
 {
