@@ -108,6 +108,7 @@ std::vector<double> PushTimes(int threadCount, DrainIt drainIt)
     std::atomic<bool> stop = false;
     std::vector<std::vector<double>> times(static_cast<std::size_t>(threadCount));
     std::vector<std::thread> threads;
+    threads.reserve(times.size());
     for (std::vector<double>& ofThread : times) {
         threads.emplace_back([&queue, &stop, &ofThread, gap] {
             const CMD_DATA answer = ReadAnswer(1, 1);
@@ -159,6 +160,7 @@ void PushRow(int threadCount)
 void NewestRow(int keys, int answers, int pairs, double goal)
 {
     std::vector<CMD_DATA> arrived;
+    arrived.reserve(static_cast<std::size_t>(answers));
     for (int i = 0; i < answers; ++i) {
         arrived.push_back(AnswerNumber(i, keys));
     }
@@ -198,6 +200,7 @@ void LoadRow()
     constexpr int lineCount = 65535;
     constexpr int pairs = 11;
     std::vector<std::string> texts;
+    texts.reserve(lineCount);
     for (int i = 0; i < lineCount; ++i) {
         texts.push_back(BlockText(i));
     }

@@ -90,7 +90,8 @@ public:
         Count(visible, [this] { m_grid->DoPrgStateRequest(); });
 
         const PrgStateAnswer range(m_host.requests.back().record);
-        const auto count = static_cast<std::size_t>(range.Last() - range.First() + 1);
+        const auto count =
+            static_cast<std::size_t>(range.Last()) - static_cast<std::size_t>(range.First()) + 1;
         int value = 0;
         Count(answer, [&] {
             m_panel->AnswerPrgState(PrgStateAnswerRecord(

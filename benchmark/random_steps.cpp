@@ -75,7 +75,7 @@ std::string RandomLine(Dice& dice)
         ": SPA M\xFC"};
     constexpr int longLine = 300;
     if (dice.OneIn(50)) {
-        const std::string line(static_cast<std::size_t>(dice.Below(longLine)), 'x');
+        std::string line(static_cast<std::size_t>(dice.Below(longLine)), 'x');
         return line;
     }
     return texts[static_cast<std::size_t>(dice.Below(static_cast<int>(texts.size())))];
