@@ -2,10 +2,9 @@
 
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
+#include "plcvargrid_look.h"
 #include "plcvargrid_measure.h"
 #include "plcvargrid_rows.h"
-
-#include <wx/settings.h>
 
 #include <utility>
 
@@ -30,11 +29,7 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
     SetColAttr(PrgColumnState, NewMeasuringAttr(m_pTable->Shown(PrgColumnState)));
     SetColAttr(PrgColumnValue, NewMeasuringAttr(m_pTable->Shown(PrgColumnValue)));
     EnableEditing(false);
-    SetWindowStyle(wxSUNKEN_BORDER);
-    SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
-    SetRowLabelSize(0);
-    // Without the focus a selected row is grey, where the toolkit's white cannot be read.
-    SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+    ApplyListLook(*this);
     DisableDragRowSize();
 }
 

@@ -1,5 +1,6 @@
 #include "plcvargrid.h"
 
+#include "plcvargrid_look.h"
 #include "plcvargrid_measure.h"
 #include "plcvarpanel.h"
 
@@ -36,11 +37,7 @@ PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
     SetColAttr(varColumnOperand, NewMeasuringAttr(m_pTable->Shown(varColumnOperand)));
     SetColAttr(varColumnValue, NewMeasuringAttr(m_pTable->Shown(varColumnValue)));
     EnableEditing(true);
-    SetWindowStyle(wxSUNKEN_BORDER);
-    SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
-    SetRowLabelSize(0);
-    // Without the focus a selected row is grey, where the toolkit's white cannot be read.
-    SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+    ApplyListLook(*this);
 }
 
 void PlcVarGrid::InitShowVars()
