@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <utility>
 
 // Both pages in real windows beside the same taken literally: every request, cell, width and
 // selection has to agree.
@@ -153,10 +152,6 @@ protected:
 
     void Step() override
     {
-        if (std::exchange(m_shownAgain, false)) {
-            Resize(); // as a page's layout does when it comes back
-            return;
-        }
         switch (Random().Below(12)) {
         case 0:
             Resize();
@@ -261,7 +256,6 @@ private:
                     m_pages.reference->FinishPrgStateRequest();
                 }
             });
-        m_shownAgain = shown;
     }
 
     /// A hidden page gets none.
@@ -293,17 +287,11 @@ private:
             m_pages.host,
             [&] { m_pages.product->AnswerPrgState(answer); },
             [&] { m_pages.reference->AnswerPrgState(answer); });
-        if (!m_pages.product->IsShown()) {
-            // Hidden, a grid loses its border, which it notices when it repaints everything.
-            const wxGridUpdateLocker product(m_pages.productGrid);
-            const wxGridUpdateLocker reference(m_pages.referenceGrid);
-        }
     }
 
     std::vector<DebugFileBlock> m_blocks;
     PrgPages m_pages;
     bool m_onLargest = false;
-    bool m_shownAgain = false;
     int m_topRow = 0;
 };
 

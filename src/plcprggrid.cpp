@@ -51,6 +51,18 @@ void PlcPrgGrid::UpdateShowBS()
             RefreshBlock(row, PrgColumnState, row, PrgColumnValue);
         }
     }
+    FillClientArea();
+}
+
+void PlcPrgGrid::FillClientArea()
+{
+    // The client area changes with the border, which comes and goes without a size event: then only
+    // the end of a batch fits the cells into it. Without need a batch would repaint the whole grid.
+    wxSize cells = GetClientSize() - wxSize(GetRowLabelSize(), GetColLabelSize());
+    cells.IncTo(wxSize(0, 0));
+    if (GetGridWindow()->GetSize() != cells) {
+        const wxGridUpdateLocker batch(this);
+    }
 }
 
 void PlcPrgGrid::DoPrgStateRequest()

@@ -45,6 +45,8 @@ public:
     bool TakeScrollPending();
 
 private:
+    void FillClientArea();
+
     void OnSize(wxSizeEvent& event);
     void OnScroll(wxScrollWinEvent& event);
     void OnSelectCell(wxGridEvent& event);
