@@ -4,6 +4,9 @@
 #include <wx/app.h>
 
 #include <X11/keysym.h>
+#include <cstdio>
+#include <cstdlib>
+#include <malloc.h>
 #include <stdexcept>
 
 using testing::IsEmpty;
@@ -16,6 +19,14 @@ protected:
     bool ToolkitRuns()
     {
         return OnGui([] { return wxTheApp != nullptr; });
+    }
+
+    /// @return bytes. What the toolkits put off until the loop is idle has been done by then.
+    std::size_t HeapInUse()
+    {
+        AwaitThreeTicks();
+        const struct mallinfo2 heap = mallinfo2();
+        return heap.uordblks + heap.hblkhd;
     }
 
     bool FrameIsShown()
@@ -152,15 +163,23 @@ TEST_F(LifeCycle, NoAnswerChangesTheListAfterTheExitItem)
     EXPECT_EQ(OnGui(WatchList), (Words{"MW 20|?|T30"}));
 }
 
-TEST_F(LifeCycle, TheDebuggerOpensAndClosesTwentyTimes)
+TEST_F(LifeCycle, TheDebuggerOpensAndClosesAgainAndAgainInTheSameMemory)
 {
+    const char* const given = std::getenv("LIFE_CYCLES");
+    const int rounds = given != nullptr ? std::atoi(given) : 40;
     UseList({"MW20/D"});
-    for (int round = 0; round < 20; ++round) {
+    std::size_t heapAtHalf = 0;
+    for (int round = 0; round < rounds; ++round) {
         SCOPED_TRACE(round);
+        if (round == rounds / 2) {
+            heapAtHalf = HeapInUse();
+        }
         ASSERT_TRUE(Open());
         ASSERT_TRUE(Requests({"read 0 MW20", "start 0"})) << "a new debugger counts from 0";
         EXPECT_EQ(Answer(0, round), 1);
         ASSERT_TRUE(Shows({"MW 20|" + std::to_string(round) + "|T30"}));
+        ASSERT_TRUE(ShowPage(programPage));
+        ASSERT_TRUE(Requests({"state 0..1 count 2"}));
 
         if (round % 3 == 0) {
             CloseFrame();
@@ -169,11 +188,20 @@ TEST_F(LifeCycle, TheDebuggerOpensAndClosesTwentyTimes)
         } else {
             Destroy();
         }
-        ASSERT_TRUE(Requests({"release 0"}));
+        ASSERT_TRUE(Requests({"release 0", "stop"}));
         Destroy();
         ASSERT_TRUE(FrameGoes());
         ASSERT_EQ(ToolkitRuns(), HostOwnsTheToolkit());
     }
+    const long grown = static_cast<long>(HeapInUse()) - static_cast<long>(heapAtHalf);
+    const long perRound = grown / (rounds - rounds / 2);
+    std::printf(
+        "heap: %zu KiB at half of %d rounds, %+ld bytes per round since\n",
+        heapAtHalf / 1024,
+        rounds,
+        perRound);
+    constexpr long allowed = 4096;
+    EXPECT_LT(perRound, allowed);
 }
 
 TEST_F(LifeCycle, AnswersDuringCreateAreDropped)
