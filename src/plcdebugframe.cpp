@@ -233,6 +233,7 @@ int PlcDebugFrame::ProcessAnswerPrgState(const unsigned char* answer)
 
 void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
 {
+    EndUnseenMenu();
     // A host callback or a message box that runs a loop lets the timer tick inside the tick, or
     // while list and grid do not agree.
     const wxRecursionGuard draining(m_draining);

@@ -164,3 +164,11 @@ void CallHost(PlcRequestCallback callback, const CMD_DATA& request)
         callback(&request);
     }
 }
+
+void EndUnseenMenu()
+{
+    GtkWidget* holder = gtk_grab_get_current();
+    if (GTK_IS_MENU(holder) && gtk_widget_get_mapped(holder) == FALSE) {
+        gtk_menu_shell_deactivate(GTK_MENU_SHELL(holder));
+    }
+}

@@ -46,3 +46,7 @@ void EndOpenDialogs();
 
 /// Hands a request to the host; does nothing when the host left the callback null.
 void CallHost(PlcRequestCallback callback, const CMD_DATA& request);
+
+/// Ends a menu that takes every key and click of the process without being on the screen: GTK opens
+/// it so when a key comes while another program holds the pointer.
+void EndUnseenMenu();

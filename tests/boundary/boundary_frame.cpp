@@ -602,3 +602,22 @@ TEST_F(FrameTest, AGermanHostKeepsTheDecimalPoint)
     EXPECT_TRUE(SendsNothing());
     OnGui([] { std::setlocale(LC_ALL, "C.UTF-8"); });
 }
+
+TEST_F(FrameTest, AMenuOpenedByKeyWhileAnotherProgramHoldsThePointerTakesNoInputAway)
+{
+    ASSERT_TRUE(Open());
+    Click(defineButton);
+    ASSERT_TRUE(DialogOpens("dialog [T9]"));
+    OnGui([this] { wxWindow::FindWindowById(areaCombo, watch.Innermost())->SetFocus(); });
+    ASSERT_TRUE(Await("the combo box focused", [this] {
+        return wxWindow::FindWindowById(areaCombo, watch.Innermost())->HasFocus();
+    }));
+
+    ASSERT_TRUE(hands.HoldPointer());
+    hands.Press(XK_Down, XK_Alt_L);
+    AwaitThreeTicks();
+    hands.ReleasePointer();
+
+    ClickInDialog(wxID_CANCEL);
+    EXPECT_TRUE(Await("the dialog closed", [this] { return watch.Innermost() == nullptr; }));
+}

@@ -82,6 +82,15 @@ void Operator::DoubleClick(const Spot& spot)
     XSync(m_display, False);
 }
 
+void Operator::PressButton(int x, int y, unsigned button, int times)
+{
+    XTestFakeMotionEvent(m_display, -1, x, y, CurrentTime);
+    for (int i = 0; i < times; ++i) {
+        Button(button);
+    }
+    XSync(m_display, False);
+}
+
 void Operator::Press(KeySym key, KeySym held)
 {
     if (held != 0) {
@@ -103,6 +112,31 @@ void Operator::Type(const std::string& ascii)
         const bool shifted = XkbKeycodeToKeysym(m_display, code, 0, 0) != key;
         Press(key, shifted ? XK_Shift_L : 0);
     }
+}
+
+testing::AssertionResult Operator::HoldPointer()
+{
+    const auto hold = [this] {
+        return XGrabPointer(
+            m_display,
+            DefaultRootWindow(m_display),
+            False,
+            ButtonPressMask,
+            GrabModeAsync,
+            GrabModeAsync,
+            None,
+            None,
+            CurrentTime);
+    };
+    return HoldsOnGui([&] { return hold() == GrabSuccess; })
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << "the pointer is held already";
+}
+
+void Operator::ReleasePointer()
+{
+    XUngrabPointer(m_display, CurrentTime);
+    XSync(m_display, False);
 }
 
 testing::AssertionResult Operator::Activate(GtkWidget* topLevel)

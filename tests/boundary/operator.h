@@ -48,9 +48,17 @@ public:
     void Click(const Spot& spot, XKey held = 0);
     void DoubleClick(const Spot& spot);
 
+    /// Presses a mouse button, or turns the wheel, at a place of the screen, whatever lies there.
+    /// @param times in quick succession.
+    void PressButton(int x, int y, unsigned button, int times);
+
     /// Presses and releases a key, into whatever window has the keyboard.
     void Press(XKey key, XKey held = 0);
     void Type(const std::string& ascii);
+
+    /// Holds the pointer, as another program does while it has a menu open; until released.
+    testing::AssertionResult HoldPointer();
+    void ReleasePointer();
 
     /// Makes a window the active one, as a click into the task list does, and waits until it is.
     testing::AssertionResult Activate(GtkWidget* topLevel);

@@ -8,13 +8,21 @@ namespace plccheck {
 
 namespace {
 
-/// The toolkits' own. The locale warning comes once in every GTK program that has called
-/// gtk_init(); the others at the first layout of a notebook inside a frame.
-constexpr std::array<const char*, 4> knownComplaints = {
+/// The toolkits' own.
+constexpr std::array<const char*, 8> knownComplaints = {
+    // Once in every GTK program that has called gtk_init().
     "gtk_disable_setlocale",
+    // At the first layout of a notebook inside a frame.
     "gtk_distribute_natural_allocation",
     "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
-    "Negative content"};
+    "Negative content",
+    // In a window too small for a scroll bar.
+    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkScrollbar",
+    // When a grid scrolls under a cell editor that is hidden.
+    "gtk_widget_set_allocation: assertion '_gtk_widget_get_visible (widget) ||",
+    // When a key opens a menu while another program holds the pointer.
+    "gdk_window_get_window_type: assertion 'GDK_IS_WINDOW (window)' failed",
+    "_gtk_widget_captured_event: assertion 'WIDGET_REALIZED_FOR_EVENT (widget, event)' failed"};
 
 const char* FieldOf(const GLogField* fields, gsize count, const char* key)
 {
