@@ -1,11 +1,11 @@
 #include "debuggertest.h"
+#include "environment.h"
 
 #include <gmock/gmock.h>
 #include <wx/app.h>
 
 #include <X11/keysym.h>
 #include <cstdio>
-#include <cstdlib>
 #include <malloc.h>
 #include <stdexcept>
 
@@ -165,8 +165,8 @@ TEST_F(LifeCycle, NoAnswerChangesTheListAfterTheExitItem)
 
 TEST_F(LifeCycle, TheDebuggerOpensAndClosesAgainAndAgainInTheSameMemory)
 {
-    const char* const given = std::getenv("LIFE_CYCLES");
-    const int rounds = given != nullptr ? std::atoi(given) : 40;
+    constexpr int defaultRounds = 40;
+    const int rounds = FromEnvironment("LIFE_CYCLES", defaultRounds);
     UseList({"MW20/D"});
     std::size_t heapAtHalf = 0;
     for (int round = 0; round < rounds; ++round) {

@@ -150,7 +150,7 @@ int Watch::Enter(wxDialog* dialog)
     const bool announced = std::any_of(
         m_seen.begin(), m_seen.end(), [dialog](const Seen& seen) { return seen.dialog == dialog; });
     if (!announced) {
-        m_seen.push_back({dialog, Describe(*dialog), false});
+        m_seen.push_back({dialog, Describe(*dialog), m_expectAll});
     }
     return wxID_NONE;
 }

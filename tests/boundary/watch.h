@@ -27,6 +27,9 @@ public:
     ///        "dialog [title]".
     bool Expect(const std::string& what);
 
+    /// From now on no dialog is unexpected.
+    void ExpectAll() { m_expectAll = true; }
+
     /// Cancels every dialog that is open, and from now on every dialog unseen.
     void CancelAll();
 
@@ -48,6 +51,7 @@ private:
     Seen* InnermostSeen();
 
     std::vector<Seen> m_seen;
+    bool m_expectAll = false;
     bool m_cancelAll = false;
 
     wxDECLARE_NO_COPY_CLASS(Watch);
