@@ -501,16 +501,7 @@ testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
 testing::AssertionResult DebuggerTest::FileDialogAsks()
 {
     return Await("a question of the file dialog", [this] {
-        auto* dialog = GTK_WINDOW(watch.Innermost()->GetHandle());
-        bool asks = false;
-        GList* windows = gtk_window_list_toplevels();
-        for (GList* node = windows; node != nullptr; node = node->next) {
-            auto* window = static_cast<GtkWindow*>(node->data);
-            asks = asks || (gtk_window_get_transient_for(window) == dialog &&
-                            gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE);
-        }
-        g_list_free(windows);
-        return asks;
+        return DialogOver(watch.Innermost()->GetHandle()) != nullptr;
     });
 }
 

@@ -157,14 +157,16 @@ private:
             return;
         }
         if (Any(0, 1) == 0) {
+            CancelDialog(*dialog);
+        } else if (GtkDialog* question = DialogOver(dialog->GetHandle())) {
+            gtk_dialog_response(question, GTK_RESPONSE_ACCEPT);
+        } else {
             auto* chooser = GTK_FILE_CHOOSER(dialog->GetHandle());
             gtk_file_chooser_set_filename(chooser, files.File("list.plc").c_str());
             if (gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SAVE) {
                 gtk_file_chooser_set_current_name(chooser, "list.plc");
             }
             gtk_dialog_response(GTK_DIALOG(dialog->GetHandle()), GTK_RESPONSE_ACCEPT);
-        } else {
-            CancelDialog(*dialog);
         }
     }
 

@@ -2,7 +2,6 @@
 
 #include "complaints.h"
 
-#include <gtk/gtk.h>
 #include <wx/debug.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
@@ -63,11 +62,28 @@ std::string Describe(wxDialog& dialog)
 
 } // namespace
 
+GtkDialog* DialogOver(GtkWidget* fileDialog)
+{
+    GtkDialog* over = nullptr;
+    GList* windows = gtk_window_list_toplevels();
+    for (GList* node = windows; node != nullptr; node = node->next) {
+        auto* window = static_cast<GtkWindow*>(node->data);
+        if (GTK_IS_DIALOG(window) &&
+            GTK_WIDGET(gtk_window_get_transient_for(window)) == fileDialog &&
+            gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE) {
+            over = GTK_DIALOG(window);
+        }
+    }
+    g_list_free(windows);
+    return over;
+}
+
 void CancelDialog(wxDialog& dialog)
 {
     GtkWidget* widget = dialog.GetHandle();
     if (GTK_IS_DIALOG(widget)) {
-        gtk_dialog_response(GTK_DIALOG(widget), GTK_RESPONSE_CANCEL);
+        GtkDialog* over = DialogOver(widget);
+        gtk_dialog_response(over != nullptr ? over : GTK_DIALOG(widget), GTK_RESPONSE_CANCEL);
     } else if (dialog.IsModal()) {
         dialog.EndModal(wxID_CANCEL);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtk/gtk.h>
 #include <wx/dialog.h>
 #include <wx/modalhook.h>
 
@@ -57,5 +58,8 @@ private:
     wxDECLARE_NO_COPY_CLASS(Watch);
 };
 
-/// Ends an open dialog as cancelled.
+/// @return the dialog that a file dialog asks its own questions in; null when there is none.
+GtkDialog* DialogOver(GtkWidget* fileDialog);
+
+/// Ends an open dialog as cancelled, or the question that a file dialog is asking.
 void CancelDialog(wxDialog& dialog);
