@@ -2,7 +2,7 @@
 
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
-#include "plcvargrid_look.h"
+#include "plcvargrid_setup.h"
 #include "plcvargrid_measure.h"
 #include "plcvargrid_rows.h"
 
@@ -29,7 +29,7 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
     SetColAttr(PrgColumnState, NewMeasuringAttr(m_pTable->Shown(PrgColumnState)));
     SetColAttr(PrgColumnValue, NewMeasuringAttr(m_pTable->Shown(PrgColumnValue)));
     EnableEditing(false);
-    ApplyListLook(*this);
+    SetUpList(*this);
     DisableDragRowSize();
 }
 

@@ -1,6 +1,6 @@
 #include "plcvargrid.h"
 
-#include "plcvargrid_look.h"
+#include "plcvargrid_setup.h"
 #include "plcvargrid_measure.h"
 #include "plcvarpanel.h"
 
@@ -37,7 +37,7 @@ PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
     SetColAttr(varColumnOperand, NewMeasuringAttr(m_pTable->Shown(varColumnOperand)));
     SetColAttr(varColumnValue, NewMeasuringAttr(m_pTable->Shown(varColumnValue)));
     EnableEditing(true);
-    ApplyListLook(*this);
+    SetUpList(*this);
 }
 
 void PlcVarGrid::InitShowVars()

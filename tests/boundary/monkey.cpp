@@ -266,7 +266,10 @@ private:
     /// @return whether there are as many subscriptions as rows; also when there is nothing to see.
     bool RowsAgree()
     {
-        if (watch.Innermost() != nullptr || Frame() == nullptr || !Frame()->IsShown()) {
+        // Not IsShown(): that becomes true again when the window manager reports late that a frame
+        // was on the screen which has been hidden since.
+        if (watch.Innermost() != nullptr || Frame() == nullptr ||
+            gtk_widget_get_visible(Frame()->GetHandle()) == FALSE) {
             return true;
         }
         const int rows = GridOn(watchPage).GetNumberRows();

@@ -147,6 +147,27 @@ TEST_F(VarGrid, OpensTheEditorByASlowClickOnTheCursorsValueCell)
     ExpectSelected({{1, 1}});
 }
 
+TEST_F(VarGrid, TakesAPressWhereTheEdgeOfAColumnHasMovedAwayFromThePointer)
+{
+    wxWindow& cells = *grid->GetGridWindow();
+    const wxRect cell = grid->CellToRect(1, varColumnOperand);
+    const wxPoint edge(cell.x + grid->GetColSize(varColumnOperand) - 1, cell.y + cell.height / 2);
+    const auto send = [&](wxEventType what) {
+        wxMouseEvent event(what);
+        event.SetPosition(edge);
+        event.SetEventObject(&cells);
+        cells.HandleWindowEvent(event);
+    };
+    send(wxEVT_MOTION);
+
+    grid->SetColSize(varColumnOperand, 2 * cell.width);
+    send(wxEVT_LEFT_DOWN);
+    send(wxEVT_LEFT_UP);
+
+    ExpectSelected({{1, 1}});
+    EXPECT_EQ(grid->GetColSize(varColumnOperand), 2 * cell.width);
+}
+
 TEST_F(VarGrid, OutlivesAClickOnAColumnLabel)
 {
     ClickAt(*grid->GetGridColLabelWindow(), {5, 5});

@@ -1,0 +1,31 @@
+#include "plcvargrid_setup.h"
+
+#include <wx/settings.h>
+
+namespace {
+
+/// Lets a press find what lies under the pointer now. The toolkit goes by the last movement of the
+/// pointer, and an assert fires when the edge of a column that lay there then has moved away.
+void FindEdgeAtPress(wxWindow& window)
+{
+    window.Bind(wxEVT_LEFT_DOWN, [&window](wxMouseEvent& press) {
+        wxMouseEvent movement(press);
+        movement.SetEventType(wxEVT_MOTION);
+        movement.SetLeftDown(false);
+        window.GetEventHandler()->ProcessEvent(movement);
+        press.Skip();
+    });
+}
+
+} // namespace
+
+void SetUpList(wxGrid& grid)
+{
+    grid.SetWindowStyle(wxSUNKEN_BORDER);
+    grid.SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
+    grid.SetRowLabelSize(0);
+    // Without the focus a selected row is grey, where the toolkit's white cannot be read.
+    grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+    FindEdgeAtPress(*grid.GetGridWindow());
+    FindEdgeAtPress(*grid.GetGridColLabelWindow());
+}
