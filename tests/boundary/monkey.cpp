@@ -218,9 +218,22 @@ private:
         } else if (Any(0, 1) == 0) {
             Log("destroy");
             PostToGui([this] { plugin.destroy(); }); // it may ask whether to save
-        } else if (OnGui([] { return Frame()->IsShown(); })) {
+        } else {
+            CloseFrameIfShown();
+        }
+    }
+
+    void CloseFrameIfShown()
+    {
+        const auto window = OnGui([]() -> std::optional<XWindow> {
+            if (Frame() == nullptr || !Frame()->IsShown()) {
+                return std::nullopt;
+            }
+            return TopLevelWindowOf(Frame()->GetHandle());
+        });
+        if (window) {
             Log("close box");
-            CloseFrame();
+            hands.CloseThroughManager(*window);
         }
     }
 

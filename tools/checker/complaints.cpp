@@ -9,7 +9,7 @@ namespace plccheck {
 namespace {
 
 /// The toolkits' own.
-constexpr std::array<const char*, 8> knownComplaints = {
+constexpr std::array<const char*, 10> knownComplaints = {
     // Once in every GTK program that has called gtk_init().
     "gtk_disable_setlocale",
     // At the first layout of a notebook inside a frame.
@@ -22,7 +22,10 @@ constexpr std::array<const char*, 8> knownComplaints = {
     "gtk_widget_set_allocation: assertion '_gtk_widget_get_visible (widget) ||",
     // When a key opens a menu while another program holds the pointer.
     "gdk_window_get_window_type: assertion 'GDK_IS_WINDOW (window)' failed",
-    "_gtk_widget_captured_event: assertion 'WIDGET_REALIZED_FOR_EVENT (widget, event)' failed"};
+    "WIDGET_REALIZED_FOR_EVENT (widget, event)",
+    // When a file dialog is closed before it has looked for the name that was typed.
+    "GTK_IS_TREE_VIEW",
+    "GTK_IS_TREE_SELECTION"};
 
 const char* FieldOf(const GLogField* fields, gsize count, const char* key)
 {
