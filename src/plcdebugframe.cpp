@@ -195,7 +195,7 @@ void PlcDebugFrame::CreateMenus()
 
 void PlcDebugFrame::CreatePages()
 {
-    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    auto sizer = std::make_unique<wxBoxSizer>(wxVERTICAL); // the program page may throw
     m_pNoteBook = new PlcNoteBook(this, this);
     m_pVarPanel = new PlcVarPanel(m_pNoteBook, m_init, this);
     ReleaseOnFailure releaseOnFailure(*m_pVarPanel);
@@ -208,7 +208,7 @@ void PlcDebugFrame::CreatePages()
     releaseOnFailure.Built();
 
     sizer->Add(m_pNoteBook, 1, wxEXPAND | wxALL, 0);
-    SetSizer(sizer);
+    SetSizer(sizer.release());
     Fit();
 }
 

@@ -212,6 +212,7 @@ TEST_F(LifeCycle, AnswersDuringCreateAreDropped)
 
     ASSERT_TRUE(Open());
 
+    OnGui([this] { host.reaction = nullptr; });
     EXPECT_EQ(taken, 0);
     AwaitThreeTicks();
     EXPECT_EQ(OnGui(WatchList), (Words{"MW 20|?|T30"}));

@@ -51,12 +51,14 @@ protected:
         PressKey(key);
         // The key that follows is handled after it.
         bool seen = false;
-        grid->GetGridWindow()->Bind(wxEVT_KEY_DOWN, [&seen](wxKeyEvent& event) {
+        const auto look = [&seen](wxKeyEvent& event) {
             seen = seen || event.GetKeyCode() == WXK_F12;
             event.Skip();
-        });
+        };
+        grid->GetGridWindow()->Bind(wxEVT_KEY_DOWN, look);
         PressKey(WXK_F12);
-        ASSERT_TRUE(WaitFor("key handled", [&seen] { return seen; }));
+        EXPECT_TRUE(WaitFor("key handled", [&seen] { return seen; }));
+        EXPECT_TRUE(grid->GetGridWindow()->Unbind(wxEVT_KEY_DOWN, look));
     }
 
     /// Expects the modify dialog and cancels it.
