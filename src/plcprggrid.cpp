@@ -2,9 +2,9 @@
 
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
-#include "plcvargrid_setup.h"
 #include "plcvargrid_measure.h"
 #include "plcvargrid_rows.h"
+#include "plcvargrid_setup.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "plcvargrid.h"
 
-#include "plcvargrid_setup.h"
 #include "plcvargrid_measure.h"
+#include "plcvargrid_setup.h"
 #include "plcvarpanel.h"
 
 #include <wx/dcclient.h>
