@@ -17,6 +17,20 @@ bool CanBeRead(const wxString& path)
     return wxFileName::FileExists(path) && wxTextFile().Open(path);
 }
 
+bool HasZeroCharacter(const wxString& path)
+{
+    wxTextFile file;
+    if (!file.Open(path)) {
+        return false;
+    }
+    for (std::size_t line = 0; line < file.GetLineCount(); ++line) {
+        if (file[line].find(L'\0') != wxString::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 IniFile::IniFile(const wxString& path)
@@ -35,7 +49,8 @@ IniFile::IniFile(wxInputStream& text) : m_loaded(true), m_content(text)
 
 bool IniFile::SaveWith(const wxString& name, const wxString& value)
 {
-    if (!m_loaded && wxFileName::FileExists(m_path)) {
+    // The toolkit joins lines with a zero character in them, and a key of the host's would be lost.
+    if (wxFileName::FileExists(m_path) && (!m_loaded || HasZeroCharacter(m_path))) {
         return false;
     }
     wxMemoryOutputStream stream;
@@ -45,8 +60,7 @@ bool IniFile::SaveWith(const wxString& name, const wxString& value)
     std::string text(stream.GetSize(), '\0');
     stream.CopyTo(text.data(), text.size());
 
-    // The toolkit reports success also for a key that the file marks as fixed ("!Key="), and
-    // joins lines of a file with zero bytes in them.
+    // The toolkit reports success also for a key that the file marks as fixed ("!Key=").
     wxMemoryInputStream again(text.data(), text.size());
     wxString taken;
     return IniFile(again).Content().Read(name, &taken) && taken == value &&

@@ -340,13 +340,14 @@ TEST_F(KtConfigurationTest, AFileWithoutTheSectionHasNoKeysAndTakesOne)
     }
 }
 
-TEST_F(KtConfigurationTest, AKeyThatZeroBytesWouldSwallowIsNotWritten)
+TEST_F(KtConfigurationTest, AFileWithZeroBytesIsReadAndNotReplaced)
 {
-    const std::string file("[Other]\nA=1\0\0\n", 14);
+    const std::string file("[Settings]\nLanguage=de\n[Other]\nA=1\0\0\n", 38);
     WriteFile(File(), file);
 
-    EXPECT_FALSE(Settings().Set("Language", "en"));
+    EXPECT_FALSE(Settings().Set("PLCLastFile", "/list.plc"));
 
+    EXPECT_EQ(Get("Language"), "de");
     EXPECT_EQ(ReadFile(File()), file);
 }
 
