@@ -162,7 +162,8 @@ bool PlcDebugVar::operator==(const PlcDebugVar& other) const
 
 AddressVerdict JudgeAddress(const PlcDebugVar& var, const wxString& address)
 {
-    if (std::wcstol(address.wc_str(), nullptr, 10) < 0) {
+    const bool isText = address.find(L'\0') == wxString::npos; // a damaged list file may say other
+    if (!isText || std::wcstol(address.wc_str(), nullptr, 10) < 0) {
         return Refused(TextId::AddressInvalid);
     }
     const std::optional<long> areaLimit = AreaLimit(var);

@@ -97,6 +97,8 @@ INSTANTIATE_TEST_SUITE_P(
         Refused("negative", inputByte, "-1", TextId::AddressInvalid),
         Refused("negativeForABitBeforeItsPointIsMissed", inputBit, "-1", TextId::AddressInvalid),
         Refused("leftOver", inputByte, "12a", TextId::AddressInvalid),
+        Refused("zeroCharacter", inputByte, wxString(L"12\0", 3), TextId::AddressInvalid),
+        Refused("zeroCharacterForABit", inputBit, wxString(L"1.0\0", 4), TextId::AddressInvalid),
         Refused("trailingBlank", inputByte, "12 ", TextId::AddressInvalid),
         Refused("negativeBehindBlanks", inputByte, "  -3", TextId::AddressInvalid),
         Refused("beyond32Bits", inputByte, "4294967296", TextId::AddressInvalid),
