@@ -25,7 +25,7 @@
 // while answers arrive and the program on disk changes. Nothing may break, and whenever the window
 // comes to rest, the host's subscriptions are what the window shows.
 //
-// MONKEY_SECONDS says for how long (default 10), MONKEY_SEED which way it goes (default 1).
+// MONKEY_SECONDS says for how long (default 5), MONKEY_SEED which way it goes (default 1).
 
 namespace {
 
@@ -356,6 +356,6 @@ private:
 TEST_F(Monkey, DoesNoHarm)
 {
     ASSERT_TRUE(Open());
-    constexpr int defaultSeconds = 10;
+    constexpr int defaultSeconds = 5;
     Play(std::chrono::seconds(FromEnvironment("MONKEY_SECONDS", defaultSeconds)));
 }

@@ -9,14 +9,15 @@ namespace plccheck {
 namespace {
 
 /// The toolkits' own.
-constexpr std::array<const char*, 10> knownComplaints = {
+constexpr std::array<const char*, 11> knownComplaints = {
     // Once in every GTK program that has called gtk_init().
     "gtk_disable_setlocale",
     // At the first layout of a notebook inside a frame.
     "gtk_distribute_natural_allocation",
     "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
     "Negative content",
-    // In a window too small for a scroll bar.
+    // In a window too small for what is in it.
+    "Drawing a gadget with negative dimensions",
     "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkScrollbar",
     // When a grid scrolls under a cell editor that is hidden.
     "gtk_widget_set_allocation: assertion '_gtk_widget_get_visible (widget) ||",
