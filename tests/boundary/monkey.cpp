@@ -64,6 +64,12 @@ protected:
         DebuggerTest::TearDown();
         EXPECT_THAT(m_registered, testing::IsEmpty()) << "variables that were never released";
         EXPECT_FALSE(m_subscribed) << "the program state was never stopped";
+        if (HasFailure()) {
+            const std::lock_guard lock(m_logMutex);
+            for (const std::string& line : m_log) {
+                std::puts(line.c_str());
+            }
+        }
     }
 
     void Play(Clock::duration time)
@@ -78,12 +84,6 @@ protected:
             }
         }
         std::printf("%d actions\n", m_actions);
-        if (HasFailure()) {
-            const std::lock_guard lock(m_logMutex);
-            for (const std::string& line : m_log) {
-                std::puts(line.c_str());
-            }
-        }
     }
 
 private:
