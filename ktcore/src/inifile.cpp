@@ -11,37 +11,33 @@
 
 namespace {
 
-bool CanBeRead(const wxString& path)
+/// @return whether the toolkit loses nothing of a file when it writes it anew: lines with a zero
+///         character in them it joins, and a key of the host's would be lost.
+bool CanBeReplaced(const wxString& path)
 {
     // Only a regular file: opening a pipe would wait for its writer.
-    return wxFileName::FileExists(path) && wxTextFile().Open(path);
-}
-
-bool HasZeroCharacter(const wxString& path)
-{
     wxTextFile file;
-    if (!file.Open(path)) {
+    if (!wxFileName::FileExists(path) || !file.Open(path)) {
         return false;
     }
-    for (std::size_t line = 0; line < file.GetLineCount(); ++line) {
-        if (file[line].find(L'\0') != wxString::npos) {
-            return true;
-        }
+    std::size_t line = 0;
+    while (line < file.GetLineCount() && file[line].find(L'\0') == wxString::npos) {
+        ++line;
     }
-    return false;
+    return line == file.GetLineCount();
 }
 
 } // namespace
 
 IniFile::IniFile(const wxString& path)
-    : m_path(path), m_loaded(CanBeRead(path)),
+    : m_path(path), m_replaceable(CanBeReplaced(path)),
       m_content(wxString(), wxString(), path, wxString(), wxCONFIG_USE_LOCAL_FILE)
 {
     m_content.DisableAutoSave();
     m_content.SetExpandEnvVars(false);
 }
 
-IniFile::IniFile(wxInputStream& text) : m_loaded(true), m_content(text)
+IniFile::IniFile(wxInputStream& text) : m_replaceable(true), m_content(text)
 {
     m_content.DisableAutoSave();
     m_content.SetExpandEnvVars(false);
@@ -49,8 +45,7 @@ IniFile::IniFile(wxInputStream& text) : m_loaded(true), m_content(text)
 
 bool IniFile::SaveWith(const wxString& name, const wxString& value)
 {
-    // The toolkit joins lines with a zero character in them, and a key of the host's would be lost.
-    if (wxFileName::FileExists(m_path) && (!m_loaded || HasZeroCharacter(m_path))) {
+    if (!m_replaceable && wxFileName::FileExists(m_path)) {
         return false;
     }
     wxMemoryOutputStream stream;

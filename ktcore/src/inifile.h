@@ -40,7 +40,7 @@ public:
     wxFileConfig& Content() { return m_content; }
 
     /// Gives a key a value and replaces the file atomically; its mode stays, and so does a symbolic
-    /// link to it. A file that exists but was not read, or that is write-protected, is never
+    /// link to it. A file that exists but was not read whole, or that is write-protected, is never
     /// replaced, nor by a text in which the key would have another value.
     /// @return false when the file is as it was.
     bool SaveWith(const wxString& name, const wxString& value);
@@ -48,7 +48,7 @@ public:
 private:
     ToolkitSilence m_silence; // first, so that it outlives the content
     wxString m_path;
-    bool m_loaded; ///< There was a regular file, and it could be read to its end.
+    bool m_replaceable; ///< There was a regular file, and all of it has been read and is kept.
     wxFileConfig m_content;
 };
 
