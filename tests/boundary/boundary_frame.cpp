@@ -33,14 +33,6 @@ std::string LineOf(const std::filesystem::path& path, const std::string& beginni
 class FrameTest : public DebuggerTest
 {
 protected:
-    /// Gives New, Open, Close, Save, Save as, Exit and Info a letter.
-    void UseLetters()
-    {
-        WriteNumberedTexts(
-            files.Path().string(),
-            {{51, "N"}, {54, "O"}, {57, "W"}, {60, "S"}, {63, "A"}, {103, "Q"}, {66, "I"}});
-    }
-
     void PressCtrl(XKey letter)
     {
         ASSERT_TRUE(FrameGetsKeyboard());
@@ -609,10 +601,7 @@ TEST_F(FrameTest, AMenuOpenedByKeyWhileAnotherProgramHoldsThePointerTakesNoInput
     ASSERT_TRUE(Open());
     Click(defineButton);
     ASSERT_TRUE(DialogOpens("dialog [T9]"));
-    OnGui([this] { wxWindow::FindWindowById(areaCombo, watch.Innermost())->SetFocus(); });
-    ASSERT_TRUE(Await("the combo box focused", [this] {
-        return wxWindow::FindWindowById(areaCombo, watch.Innermost())->HasFocus();
-    }));
+    FocusCombo(areaCombo);
 
     ASSERT_TRUE(hands.HoldPointer());
     hands.Press(XK_Down, XK_Alt_L);

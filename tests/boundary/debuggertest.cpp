@@ -186,6 +186,13 @@ void DebuggerTest::Configure(const std::string& key, const std::string& value)
     files.Write("plcdebug.ini", text);
 }
 
+void DebuggerTest::UseLetters()
+{
+    WriteNumberedTexts(
+        files.Path().string(),
+        {{51, "N"}, {54, "O"}, {57, "W"}, {60, "S"}, {63, "A"}, {103, "Q"}, {66, "I"}});
+}
+
 std::string DebuggerTest::UseList(const Words& lines)
 {
     std::string text;
@@ -505,13 +512,21 @@ testing::AssertionResult DebuggerTest::FileDialogAsks()
     });
 }
 
+void DebuggerTest::FocusCombo(ControlId combo)
+{
+    const auto control = [this, combo] {
+        return wxWindow::FindWindowById(combo, watch.Innermost());
+    };
+    OnGui([&] { control()->SetFocus(); });
+    ASSERT_TRUE(Await("the combo box focused", [&] { return control()->HasFocus(); }));
+}
+
 void DebuggerTest::ChooseInCombo(ControlId combo, int item)
 {
     const auto control = [this, combo] {
         return static_cast<wxComboBox*>(wxWindow::FindWindowById(combo, watch.Innermost()));
     };
-    OnGui([&] { control()->SetFocus(); });
-    ASSERT_TRUE(Await("the combo box focused", [&] { return control()->HasFocus(); }));
+    FocusCombo(combo);
     const int before = OnGui([&] { return control()->GetSelection(); });
     for (int at = before; at != item; at += at < item ? 1 : -1) {
         hands.Press(at < item ? XK_Down : XK_Up);

@@ -29,6 +29,9 @@ protected:
     /// Sets a key of section [Settings] in the configuration file, which lies in `files`.
     void Configure(const std::string& key, const std::string& value);
 
+    /// Gives New, Open, Close, Save, Save as, Exit and Info a letter.
+    void UseLetters();
+
     /// Writes a variable list and makes it the last one. @return its path.
     std::string UseList(const Words& lines);
 
@@ -128,6 +131,7 @@ protected:
     testing::AssertionResult FileDialogAsks();
 
     /// In an open settings dialog.
+    void FocusCombo(ControlId combo);
     void ChooseInCombo(ControlId combo, int item);
     void ChooseInBox(ControlId box, int item);
     void TypeAddress(const std::string& address);

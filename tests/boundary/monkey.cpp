@@ -1,6 +1,5 @@
 #include "debuggertest.h"
 #include "environment.h"
-#include "numberedtexts.h"
 #include "record.h"
 
 #include <gdk/gdk.h>
@@ -12,6 +11,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <deque>
 #include <limits>
@@ -31,35 +31,36 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr int answersToAnAction = 4; ///< Of each kind.
+constexpr int noneAnyMore = -1;
+
 constexpr std::array<XKey, 24> keys = {
     XK_Return, XK_Return, XK_Escape, XK_Tab,    XK_Up,    XK_Down,   XK_Left,      XK_Right,
     XK_Prior,  XK_Next,   XK_Home,   XK_End,    XK_space, XK_Delete, XK_BackSpace, XK_0,
     XK_1,      XK_7,      XK_9,      XK_period, XK_minus, XK_x,      XK_F2,        XK_KP_Enter};
 
 /// New, Open, Close, Save, Save as, Exit, Info, and what grids and texts know.
-constexpr std::array<XKey, 12> lettersWithCtrl = {
-    XK_n, XK_o, XK_w, XK_s, XK_u, XK_q, XK_i, XK_a, XK_c, XK_v, XK_x, XK_Tab};
+constexpr std::array<XKey, 11> lettersWithCtrl = {
+    XK_n, XK_o, XK_w, XK_s, XK_a, XK_q, XK_i, XK_c, XK_v, XK_x, XK_Tab};
 
 class Monkey : public DebuggerTest
 {
 protected:
     void SetUp() override
     {
-        WriteNumberedTexts(
-            files.Path().string(),
-            {{51, "N"}, {54, "O"}, {57, "W"}, {60, "S"}, {63, "U"}, {103, "Q"}, {66, "I"}});
+        UseLetters();
         UseList({"MD0/D", "EB1/B", "T5/D", "DB10.DBD0/G", "A0.3/B"});
         UseProgram(AnyBlocks());
         OnGui([this] {
             watch.ExpectAll();
             host.reaction = [this](const RecordedRequest& request) { Note(request); };
         });
-        m_answering = std::thread([this] { AnswerAllTheTime(); });
+        m_answering = std::thread([this] { AnswerAsAllowed(); });
     }
 
     void TearDown() override
     {
-        m_over = true;
+        AllowAnswers(noneAnyMore);
         m_answering.join();
         DebuggerTest::TearDown();
         EXPECT_THAT(m_registered, testing::IsEmpty()) << "variables that were never released";
@@ -77,6 +78,7 @@ protected:
         const auto end = Clock::now() + time;
         while (Clock::now() < end && !HasFailure()) {
             ++m_actions;
+            AllowAnswers(answersToAnAction);
             Act();
             constexpr int actionsBetweenRests = 60;
             if (m_actions % actionsBetweenRests == 0) {
@@ -310,14 +312,34 @@ private:
         }
     }
 
+    /// Lets the host answer so many times more: it goes at the operator's pace.
+    void AllowAnswers(int times)
+    {
+        const std::lock_guard lock(m_allowedMutex);
+        m_allowed = times == noneAnyMore ? noneAnyMore : m_allowed + times;
+        m_allowedChange.notify_one();
+    }
+
+    /// Waits until an answer is allowed. @return false when the test is over.
+    bool MayAnswer()
+    {
+        std::unique_lock lock(m_allowedMutex);
+        m_allowedChange.wait(lock, [this] { return m_allowed != 0; });
+        if (m_allowed == noneAnyMore) {
+            return false;
+        }
+        --m_allowed;
+        return true;
+    }
+
     /// A thread of its own: answers for keys in use and others, sensible and wild.
-    void AnswerAllTheTime()
+    void AnswerAsAllowed()
     {
         std::mt19937 random(m_seed);
         const auto any = [&random](int first, int last) {
             return std::uniform_int_distribution(first, last)(random);
         };
-        while (!m_over) {
+        while (MayAnswer()) {
             CMD_DATA value = ReadAnswer(
                 static_cast<std::uint16_t>(any(0, 200)),
                 any(std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
@@ -334,7 +356,6 @@ private:
                 answer.length = static_cast<std::uint16_t>(any(0, 65535));
             }
             plugin.answerProgramState(reinterpret_cast<unsigned char*>(&answer));
-            std::this_thread::sleep_for(std::chrono::milliseconds(any(0, 4))); // a host's pace
         }
     }
 
@@ -347,7 +368,9 @@ private:
     bool m_subscribed = false;            ///< GUI thread.
     std::atomic<std::int32_t> m_firstStep = 0;
     std::atomic<std::int32_t> m_lastStep = 0;
-    std::atomic<bool> m_over = false;
+    std::mutex m_allowedMutex;
+    std::condition_variable m_allowedChange;
+    int m_allowed = 0; ///< Answers still to be given, or noneAnyMore.
     std::thread m_answering;
 };
 
