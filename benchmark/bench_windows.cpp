@@ -140,7 +140,7 @@ template <typename Page> void Answer20(Page& page, std::int32_t value)
 
 void WatchTickRow(const char* what, std::int32_t change, double goal)
 {
-    constexpr int pairs = 51;
+    constexpr int pairs = 301;
     VarPages pages;
     pages.LoadProduct(WatchList());
     pages.LoadReference(WatchList());

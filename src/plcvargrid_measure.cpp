@@ -1,13 +1,20 @@
 #include "plcvargrid_measure.h"
 
+#include "plcvargrid_line.h"
+
 namespace {
 
-/// Draws as the toolkit's own renderer for texts; measures the different texts of the column
-/// instead of its cells.
-class MeasuringRenderer : public wxGridCellStringRenderer
+/// Measures the different texts of the column instead of its cells.
+class MeasuringRenderer : public LineRenderer
 {
 public:
     explicit MeasuringRenderer(ShownColumn& shown) : m_shown(shown) {}
+
+    wxSize
+    GetBestSize(wxGrid& /*grid*/, wxGridCellAttr& attr, wxDC& dc, int row, int /*column*/) override
+    {
+        return {m_shown.Width(static_cast<std::size_t>(row), Measure(attr, dc)), m_sample.y};
+    }
 
     wxSize GetMaxBestSize(wxGrid& /*grid*/, wxGridCellAttr& attr, wxDC& dc) override
     {
@@ -17,15 +24,17 @@ public:
             m_sample = sample;
             m_shown.ForgetWidths();
         }
-        const auto measure = [&](const std::wstring& text) {
-            return DoGetBestSize(attr, dc, text).x;
-        };
-        return {m_shown.MaxWidth(measure), sample.y};
+        return {m_shown.MaxWidth(Measure(attr, dc)), sample.y};
     }
 
     wxGridCellRenderer* Clone() const override { return new MeasuringRenderer(m_shown); }
 
 private:
+    ShownColumn::Measure Measure(const wxGridCellAttr& attr, wxDC& dc)
+    {
+        return [&, this](const std::wstring& text) { return DoGetBestSize(attr, dc, text).x; };
+    }
+
     ShownColumn& m_shown; // not owned
     wxSize m_sample;
 };

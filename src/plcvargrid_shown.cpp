@@ -39,14 +39,16 @@ void ShownColumn::Remove(std::size_t first, std::size_t count)
     m_rows.erase(begin, end);
 }
 
+int ShownColumn::Width(std::size_t row, const Measure& measure)
+{
+    return Width(*m_rows[row], measure);
+}
+
 int ShownColumn::MaxWidth(const Measure& measure)
 {
     int widest = 0;
-    for (auto& [text, use] : m_texts) {
-        if (use.width == notMeasured) {
-            use.width = measure(text);
-        }
-        widest = std::max(widest, use.width);
+    for (SharedText& text : m_texts) {
+        widest = std::max(widest, Width(text, measure));
     }
     return widest;
 }
@@ -56,6 +58,15 @@ void ShownColumn::ForgetWidths()
     for (auto& [text, use] : m_texts) {
         use.width = notMeasured;
     }
+}
+
+int ShownColumn::Width(SharedText& text, const Measure& measure)
+{
+    auto& [letters, use] = text;
+    if (use.width == notMeasured) {
+        use.width = measure(letters);
+    }
+    return use.width;
 }
 
 ShownColumn::SharedText* ShownColumn::Acquire(const std::wstring& text)

@@ -33,10 +33,14 @@ public:
 
     std::size_t RowCount() const { return m_rows.size(); }
 
+    /// @param row below the number of rows.
+    /// @return the width of its text. A text is measured once.
+    int Width(std::size_t row, const Measure& measure);
+
     /// @return the width of the widest text shown, 0 without rows. A text is measured once.
     int MaxWidth(const Measure& measure);
 
-    /// Lets MaxWidth() measure every text anew.
+    /// Lets every text be measured anew.
     void ForgetWidths();
 
 private:
@@ -50,6 +54,8 @@ private:
     using SharedText = Texts::value_type;
 
     static constexpr int notMeasured = -1;
+
+    static int Width(SharedText& text, const Measure& measure);
 
     SharedText* Acquire(const std::wstring& text);
     void Release(SharedText* text);

@@ -238,6 +238,22 @@ TEST(ShownColumn, MeasuresEachDifferentTextOnce)
     EXPECT_EQ(ruler.measured, (Texts{L"1", L"22"}));
 }
 
+TEST(ShownColumn, MeasuresTheTextOfARowOnce)
+{
+    ShownColumn column;
+    Ruler ruler;
+    for (const wchar_t* text : {L"1", L"22", L"1"}) {
+        column.Append(text);
+    }
+
+    EXPECT_EQ(column.Width(0, ruler.Measure()), 1);
+    EXPECT_EQ(column.Width(2, ruler.Measure()), 1);
+    EXPECT_EQ(ruler.measured, (Texts{L"1"}));
+
+    EXPECT_EQ(column.MaxWidth(ruler.Measure()), 2);
+    EXPECT_EQ(ruler.measured, (Texts{L"1", L"22"}));
+}
+
 TEST(ShownColumn, MeasuresOnlyTheNewTextOfAReplacedRow)
 {
     ShownColumn column;

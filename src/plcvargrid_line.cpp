@@ -1,0 +1,61 @@
+#include "plcvargrid_line.h"
+
+#include <wx/dc.h>
+#include <wx/graphics.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int margin = 1; ///< The toolkit's, on each side of the text.
+
+bool IsOneLineOfAscii(const wxString& text)
+{
+    return std::all_of(
+        text.begin(), text.end(), [](wxUniChar letter) { return letter >= ' ' && letter < 0x7F; });
+}
+
+} // namespace
+
+void LineRenderer::Draw(
+    wxGrid& grid,
+    wxGridCellAttr& attr,
+    wxDC& dc,
+    const wxRect& cell,
+    int row,
+    int column,
+    bool isSelected)
+{
+    const wxString text = grid.GetCellValue(row, column);
+    const wxRect inside = wxRect(cell).Deflate(margin);
+    LearnFont(dc, attr.GetFont());
+    const int atMost = static_cast<int>(text.length()) * m_widestLetter;
+    const int room = inside.width - margin;
+    if (!IsOneLineOfAscii(text) || m_lineHeight > inside.height ||
+        (atMost > room && GetBestSize(grid, attr, dc, row, column).x > room)) {
+        wxGridCellStringRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);
+        return;
+    }
+    wxGridCellRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);
+    const int left = inside.x + margin;
+    wxRect painted;
+    dc.GetClippingBox(painted);
+    if (painted.x >= left + atMost) {
+        return; // a slider that moves over the list has a strip of each cell painted
+    }
+    SetTextColoursAndFont(grid, attr, dc, isSelected);
+    // As dc.DrawText() does, which then measures the text for a bounding box.
+    const int top = inside.y + (inside.height - m_lineHeight) / 2;
+    dc.GetGraphicsContext()->DrawText(text, left, top);
+}
+
+void LineRenderer::LearnFont(wxDC& dc, const wxFont& font)
+{
+    if (font != m_font) {
+        m_font = font;
+        dc.SetFont(font);
+        const wxSize widest = dc.GetTextExtent("W");
+        m_lineHeight = widest.y;
+        m_widestLetter = widest.x;
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <wx/grid.h>
+
+/// Draws a cell as the toolkit's own renderer for texts does, left in the middle, but measures no
+/// text that is known to fit: the toolkit measures each three times, which costs more than to draw
+/// it. A text that is too long for its cell, has more than one line, or letters beyond ASCII, which
+/// may be of another font and height, is left to the toolkit. GUI thread.
+class LineRenderer : public wxGridCellStringRenderer
+{
+public:
+    void Draw(
+        wxGrid& grid,
+        wxGridCellAttr& attr,
+        wxDC& dc,
+        const wxRect& cell,
+        int row,
+        int column,
+        bool isSelected) override;
+
+    wxGridCellRenderer* Clone() const override { return new LineRenderer; }
+
+private:
+    void LearnFont(wxDC& dc, const wxFont& font);
+
+    wxFont m_font;
+    int m_lineHeight = 0;   ///< Of that font, as what follows.
+    int m_widestLetter = 0; ///< Of ASCII.
+};

@@ -1,0 +1,139 @@
+#include "plcvargrid_line.h"
+#include "plcvargrid_setup.h"
+
+#include <gtest/gtest.h>
+#include <wx/bitmap.h>
+#include <wx/dcmemory.h>
+#include <wx/frame.h>
+#include <wx/image.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+const wxSize pictureSize(220, 40);
+
+bool SamePicture(const wxImage& one, const wxImage& other)
+{
+    const int bytes = 3 * pictureSize.x * pictureSize.y;
+    return std::equal(one.GetData(), one.GetData() + bytes, other.GetData());
+}
+
+bool IsBlank(const wxImage& picture)
+{
+    const int bytes = 3 * pictureSize.x * pictureSize.y;
+    const unsigned char* data = picture.GetData();
+    return std::all_of(data, data + bytes, [data](unsigned char byte) { return byte == *data; });
+}
+
+/// A grid of one row and three columns, of which one cell is drawn by both renderers.
+class LineRendererTest : public testing::Test
+{
+protected:
+    LineRendererTest()
+    {
+        m_grid->CreateGrid(1, 3);
+        SetUpList(*m_grid);
+    }
+
+    ~LineRendererTest() override { delete m_frame; }
+
+    wxImage PictureOf(wxGridCellRenderer& renderer, int column, bool isSelected)
+    {
+        wxBitmap bitmap(pictureSize);
+        wxMemoryDC dc(bitmap);
+        dc.SetBackground(*wxWHITE_BRUSH);
+        dc.Clear();
+        if (!painted.IsEmpty()) {
+            dc.SetClippingRegion(painted);
+        }
+        const wxGridCellAttrPtr attr(new wxGridCellAttr(
+            wxColour(20, 40, 120), *wxWHITE, font, wxALIGN_LEFT, wxALIGN_CENTRE));
+        attr->SetOverflow(true);
+        renderer.Draw(*m_grid, *attr, dc, cell, 0, column, isSelected);
+        dc.SelectObject(wxNullBitmap);
+        return bitmap.ConvertToImage();
+    }
+
+    testing::AssertionResult IsDrawnAsByTheToolkit(int column, const wxString& text)
+    {
+        m_grid->SetCellValue(0, column, text);
+        const wxObjectDataPtr<wxGridCellRenderer> toolkits(new wxGridCellStringRenderer);
+        for (const bool isSelected : {false, true}) {
+            if (!SamePicture(
+                    PictureOf(*m_renderer, column, isSelected),
+                    PictureOf(*toolkits, column, isSelected))) {
+                return testing::AssertionFailure() << "another picture of \"" << text << "\"";
+            }
+        }
+        return testing::AssertionSuccess();
+    }
+
+    wxFrame* m_frame = new wxFrame(nullptr, wxID_ANY, "grid");
+    wxGrid* m_grid = new wxGrid(m_frame, wxID_ANY);
+    const wxObjectDataPtr<wxGridCellRenderer> m_renderer{new LineRenderer};
+    wxFont font{wxFontInfo(10)};
+    wxRect cell{10, 5, 150, 25};
+    wxRect painted; ///< Only this part, unless it is empty.
+};
+
+const wxString longText = "L DBW 254 and a remark that no cell of this width can hold";
+
+} // namespace
+
+TEST_F(LineRendererTest, DrawsOneLineAsTheToolkitDoes)
+{
+    const wxString all = " !\"#$%&'()*+,-./0123456789:;<=>?@[\\]^_`{|}~";
+    for (const char* text : {"", "0", "-32768", "U E 1.0", "Wide WWW", "jgq|_"}) {
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(2, text));
+    }
+    EXPECT_TRUE(IsDrawnAsByTheToolkit(2, all));
+    EXPECT_FALSE(IsBlank(PictureOf(*m_renderer, 2, false))) << "the comparison compares nothing";
+}
+
+TEST_F(LineRendererTest, DrawsLettersBeyondAsciiLinesAndTabsAsTheToolkitDoes)
+{
+    for (const wchar_t* text : {L"\u00c4rger", L"\u65e5\u672c", L"two\nlines", L"a\tb", L"\r"}) {
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(2, text));
+    }
+}
+
+TEST_F(LineRendererTest, CutsATextOffAtTheEndOfTheLastCell)
+{
+    EXPECT_TRUE(IsDrawnAsByTheToolkit(2, longText));
+}
+
+TEST_F(LineRendererTest, LetsATextReachOverAnEmptyCellOnly)
+{
+    EXPECT_TRUE(IsDrawnAsByTheToolkit(0, longText));
+
+    m_grid->SetCellValue(0, 1, "taken");
+    EXPECT_TRUE(IsDrawnAsByTheToolkit(0, longText));
+}
+
+TEST_F(LineRendererTest, DrawsInACellLowerThanTheLineAsTheToolkitDoes)
+{
+    cell.height = 9;
+
+    EXPECT_TRUE(IsDrawnAsByTheToolkit(2, "gjq"));
+}
+
+TEST_F(LineRendererTest, FollowsAnotherFont)
+{
+    ASSERT_TRUE(IsDrawnAsByTheToolkit(2, "U E 1.0"));
+
+    for (const int points : {16, 6}) {
+        font = wxFont(wxFontInfo(points).Bold());
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(2, "U E 1.0"));
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(2, longText));
+    }
+}
+
+TEST_F(LineRendererTest, DrawsWhatIsToBePaintedOfACell)
+{
+    for (int left = 0; left < pictureSize.x; left += 7) {
+        painted = wxRect(left, 0, 15, pictureSize.y);
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(2, "WWW MW 100")) << left;
+    }
+}
