@@ -48,6 +48,8 @@ public:
         hostFrame->SetMenuBar(menuBar);
         hostFrame->Bind(
             wxEVT_MENU, [](wxCommandEvent&) { ++exitCommands; }, wxID_EXIT);
+        // A click meant for the debugger, which has just closed, may meet this window's close box.
+        hostFrame->Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) { event.Veto(); });
         hostFrame->SetSize(300, 120);
         hostFrame->Show();
         return true;
