@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 namespace {
@@ -18,8 +19,18 @@ constexpr guint lookAgainMs = 5;
 
 std::thread::id guiThread;
 
+/// Held while something is given to the GUI thread, which then takes it in turn: the thread
+/// sanitizer does not see GLib's own lock.
+std::mutex handOver;
+
+void TakeWhatWasHandedOver()
+{
+    const std::lock_guard lock(handOver);
+}
+
 gboolean RunPosted(gpointer work)
 {
+    TakeWhatWasHandedOver();
     const std::unique_ptr<std::function<void()>> owned(static_cast<std::function<void()>*>(work));
     (*owned)();
     return G_SOURCE_REMOVE;
@@ -35,6 +46,7 @@ struct Look
 
 gboolean LookAgain(gpointer data)
 {
+    TakeWhatWasHandedOver();
     Look& look = *static_cast<Look*>(data);
     look.done = look.condition();
     if (look.done) {
@@ -60,6 +72,7 @@ int RunTestsBeside(int (*tests)(), const std::function<void()>& loop, void (*qui
 
 void PostToGui(std::function<void()> work)
 {
+    const std::lock_guard lock(handOver);
     g_idle_add_full(
         G_PRIORITY_DEFAULT,
         RunPosted,
@@ -89,7 +102,11 @@ bool HoldsOnGui(const std::function<bool()>& condition)
 {
     Look look{condition, {}};
     auto holds = look.holds.get_future();
-    const guint source = g_timeout_add(lookAgainMs, LookAgain, &look);
+    guint source = 0;
+    {
+        const std::lock_guard lock(handOver);
+        source = g_timeout_add(lookAgainMs, LookAgain, &look);
+    }
     holds.wait_for(waitLimit);
     return OnGui([&] {
         if (!look.done) {
