@@ -250,6 +250,23 @@ protected:
         Define("22");
         ASSERT_TRUE(Requests({"read 1 MW22", "start 1"}));
     }
+
+    /// Under the question of a menu command: the exit work asks again, about a list that nothing
+    /// has touched meanwhile.
+    void DestroyUnderTheQuestionOf(int menuItem)
+    {
+        ChangeList();
+        ChooseMenu(menuItem);
+        ASSERT_TRUE(DialogOpens("question [T79] T78"));
+        const wxDialog* cancelled = OnGui([this] { return watch.Innermost(); });
+        PostToGui([this] { plugin.destroy(); });
+        ASSERT_TRUE(Await("another question", [&] { return watch.Innermost() != cancelled; }));
+        EXPECT_TRUE(AnswerDialog("question [T79] T78", wxID_YES));
+        EXPECT_TRUE(EverythingGoes());
+        EXPECT_EQ(files.Read("list.plc"), "MW20/D\nMW22/D\n");
+        EXPECT_TRUE(Requests({"release 0", "release 1"}));
+        ReopenAndUse();
+    }
 };
 
 } // namespace
@@ -318,20 +335,12 @@ TEST_F(DestroyInsideADialog, TheOverwriteQuestionOfSaveFileAs)
 
 TEST_F(DestroyInsideADialog, TheSaveQuestionOfNew)
 {
-    ChangeList();
-    ChooseMenu(wxID_NEW);
-    ASSERT_TRUE(DialogOpens("question [T79] T78"));
-    const wxDialog* cancelled = OnGui([this] { return watch.Innermost(); });
+    DestroyUnderTheQuestionOf(wxID_NEW);
+}
 
-    PostToGui([this] { plugin.destroy(); });
-
-    // The exit work asks again, about a list that nothing has touched meanwhile.
-    ASSERT_TRUE(Await("another question", [&] { return watch.Innermost() != cancelled; }));
-    EXPECT_TRUE(AnswerDialog("question [T79] T78", wxID_YES));
-    EXPECT_TRUE(EverythingGoes());
-    EXPECT_EQ(files.Read("list.plc"), "MW20/D\nMW22/D\n");
-    EXPECT_TRUE(Requests({"release 0", "release 1"}));
-    ReopenAndUse();
+TEST_F(DestroyInsideADialog, TheSaveQuestionOfOpen)
+{
+    DestroyUnderTheQuestionOf(wxID_OPEN);
 }
 
 TEST_F(DestroyInsideADialog, TheSaveQuestionOfTheCloseBox)

@@ -9,7 +9,7 @@ namespace plccheck {
 namespace {
 
 /// The toolkits' own.
-constexpr std::array<const char*, 11> knownComplaints = {
+constexpr std::array<const char*, 12> knownComplaints = {
     // Once in every GTK program that has called gtk_init().
     "gtk_disable_setlocale",
     // At the first layout of a notebook inside a frame.
@@ -26,7 +26,8 @@ constexpr std::array<const char*, 11> knownComplaints = {
     "WIDGET_REALIZED_FOR_EVENT (widget, event)",
     // When a file dialog is closed before it has looked for the name that was typed.
     "GTK_IS_TREE_VIEW",
-    "GTK_IS_TREE_SELECTION"};
+    "GTK_IS_TREE_SELECTION",
+    "GTK_IS_TREE_SORTABLE"};
 
 const char* FieldOf(const GLogField* fields, gsize count, const char* key)
 {
