@@ -376,6 +376,14 @@ private:
 
 } // namespace
 
+/// In 20 minutes GTK loses up to three empty strings, which the leak search cannot place. C++
+/// objects do not come from there, and the other tests look for leaks without exception.
+// NOLINTNEXTLINE: the sanitizer looks for this name
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    return "leak:g_malloc\n";
+}
+
 TEST_F(Monkey, DoesNoHarm)
 {
     ASSERT_TRUE(Open());
