@@ -1,5 +1,6 @@
 #include "plcvargrid_line.h"
 
+#include <wx/crt.h>
 #include <wx/dc.h>
 #include <wx/graphics.h>
 
@@ -11,8 +12,9 @@ constexpr int margin = 1; ///< The toolkit's, on each side of the text.
 
 bool IsOneLineOfAscii(const wxString& text)
 {
-    return std::all_of(
-        text.begin(), text.end(), [](wxUniChar letter) { return letter >= ' ' && letter < 0x7F; });
+    return std::all_of(text.begin(), text.end(), [](wxUniChar letter) {
+        return letter.IsAscii() && wxIsprint(letter);
+    });
 }
 
 } // namespace
@@ -36,6 +38,7 @@ void LineRenderer::Draw(
         wxGridCellStringRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);
         return;
     }
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the background alone
     wxGridCellRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);
     const int left = inside.x + margin;
     wxRect painted;
@@ -54,7 +57,10 @@ void LineRenderer::LearnFont(wxDC& dc, const wxFont& font)
     if (font != m_font) {
         m_font = font;
         dc.SetFont(font);
-        const wxSize widest = dc.GetTextExtent("W");
+        wxSize widest;
+        for (const char* letter : {"@", "W", "M", "%"}) {
+            widest.IncTo(dc.GetTextExtent(letter));
+        }
         m_lineHeight = widest.y;
         m_widestLetter = widest.x;
     }

@@ -85,7 +85,7 @@ const wxString longText = "L DBW 254 and a remark that no cell of this width can
 TEST_F(LineRendererTest, DrawsOneLineAsTheToolkitDoes)
 {
     const wxString all = " !\"#$%&'()*+,-./0123456789:;<=>?@[\\]^_`{|}~";
-    for (const char* text : {"", "0", "-32768", "U E 1.0", "Wide WWW", "jgq|_"}) {
+    for (const char* text : {"", "0", "-32768", "U E 1.0", "Wide WWW", "jgq|_", "@@@@@@@@@@@@"}) {
         EXPECT_TRUE(IsDrawnAsByTheToolkit(2, text));
     }
     EXPECT_TRUE(IsDrawnAsByTheToolkit(2, all));
