@@ -476,6 +476,11 @@ protected:
     void SetUp() override
     {
         WatchList4::SetUp();
+        BeginToType();
+    }
+
+    void BeginToType()
+    {
         ClickCell(1, 1);
         ASSERT_TRUE(Await("the cell chosen", [] {
             return GridOn(watchPage).GetGridCursorRow() == 1 &&
@@ -536,6 +541,21 @@ TEST_F(WhileEditing, NewDiscardsTheTypedText)
     ChooseMenu(wxID_NEW);
 
     EXPECT_TRUE(Requests({"release 0", "release 1", "release 2", "release 3"}));
+    EXPECT_TRUE(SendsNothing());
+}
+
+TEST_F(WhileEditing, NewOfAChangedListDiscardsTheTypedTextBeforeItAsks)
+{
+    hands.Press(XK_Escape);
+    ASSERT_TRUE(Await("the editor closed", [] { return Typed() == "(closed)"; }));
+    Define("30");
+    ASSERT_TRUE(Requests({"read 4 MW30", "start 4"}));
+    BeginToType();
+
+    ChooseMenu(wxID_NEW);
+
+    EXPECT_TRUE(AnswerDialog("question [T79] T78", wxID_NO));
+    EXPECT_TRUE(Requests({"release 0", "release 1", "release 2", "release 3", "release 4"}));
     EXPECT_TRUE(SendsNothing());
 }
 
