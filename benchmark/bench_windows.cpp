@@ -538,7 +538,7 @@ void IdleRow()
 
 void CreateRow(int lineCount)
 {
-    constexpr int pairs = 11;
+    constexpr int pairs = 41;
     HostFiles files(lineCount);
     const PrgFile file = OpenPrgFile(files.dir.File("prog_plcdbgi.dat"));
     const DBG_BAUSTEIN_ENTRY block = ReadBlockIndex(file.get()).at(0);

@@ -424,10 +424,11 @@ void DebuggerTest::EnterValue(int row, const std::string& value)
     const auto editorReads = [](const std::string& typed) {
         return [typed] {
             const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
-            return text != nullptr && text->IsShown() && text->GetValue() == typed;
+            return text != nullptr && text->IsShown() && text->GetValue() == typed &&
+                   gtk_widget_has_focus(text->GetHandle()) != FALSE;
         };
     };
-    // The first key opens the editor; those that come before it is open may be lost.
+    // The first key opens the editor; those that come before it has the focus may be lost.
     hands.Type(value.substr(0, 1));
     ASSERT_TRUE(Await("the editor open", editorReads(value.substr(0, 1))));
     hands.Type(value.substr(1));
