@@ -451,17 +451,17 @@ void StillRow()
 
 // ---- The whole frame
 
-/// The widgets of the debugger's frame without its logic.
+/// The widgets of the debugger's frame, laid out as there, without its logic.
 wxFrame* WidgetsAlone()
 {
     auto* frame = new wxFrame(nullptr, wxID_ANY, "widgets");
     frame->CreateStatusBar(1);
     auto* file = new wxMenu;
-    for (const char* label : {"New", "Open", "Save", "Save as", "Exit"}) {
-        file->Append(wxID_ANY, label);
+    for (const int id : {wxID_NEW, wxID_OPEN, wxID_CLOSE, wxID_SAVE, wxID_SAVEAS, wxID_EXIT}) {
+        file->Append(id);
     }
     auto* help = new wxMenu;
-    help->Append(wxID_ANY, "Info");
+    help->Append(wxID_HELP);
     auto* bar = new wxMenuBar;
     bar->Append(file, "File");
     bar->Append(help, "Help");
@@ -475,6 +475,8 @@ wxFrame* WidgetsAlone()
         return created;
     };
     auto* watch = new wxPanel(notebook);
+    wxGrid* watchGrid = grid(watch);
+    watchGrid->AutoSize();
     auto* buttons = new wxBoxSizer(wxVERTICAL);
     for (const char* label : {"Define", "Modify", "Delete"}) {
         auto* button = new wxButton(watch, wxID_ANY, label);
@@ -482,19 +484,30 @@ wxFrame* WidgetsAlone()
         buttons->Add(button);
     }
     auto* columns = new wxBoxSizer(wxHORIZONTAL);
-    columns->Add(grid(watch), 1, wxEXPAND);
+    columns->Add(watchGrid, 1, wxEXPAND);
     columns->Add(buttons);
-    watch->SetSizerAndFit(columns);
+    watch->SetSizer(columns);
+    columns->Fit(watch);
     notebook->AddPage(watch, "Variables", true);
 
     auto* program = new wxPanel(notebook);
     auto* rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(new wxStaticText(program, wxID_ANY, "Block"));
-    rows->Add(new wxComboBox(program, wxID_ANY), 0, wxEXPAND);
+    wxArrayString names;
+    names.push_back("OB1");
+    auto* blocks = new wxComboBox(
+        program, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, names, wxCB_READONLY);
+    blocks->SetSelection(0);
+    rows->Add(blocks, 0, wxEXPAND);
     rows->Add(grid(program), 1, wxEXPAND);
-    program->SetSizerAndFit(rows);
+    program->SetSizer(rows);
+    rows->Fit(program);
     notebook->AddPage(program, "Program", false);
 
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(notebook, 1, wxEXPAND);
+    frame->SetSizer(sizer);
+    frame->Fit();
     frame->SetSize(usualSize);
     frame->Show();
     return frame;
@@ -542,16 +555,16 @@ void CreateRow(int lineCount)
     HostFiles files(lineCount);
     const PrgFile file = OpenPrgFile(files.dir.File("prog_plcdbgi.dat"));
     const DBG_BAUSTEIN_ENTRY block = ReadBlockIndex(file.get()).at(0);
-    std::vector<double> product;
-    std::vector<double> reference;
+    std::vector<double> ratios; // of neighbours, which share what speed the machine has just then
     for (int i = 0; i < pairs; ++i) {
         const double reading = bench::CpuOf([&] { ReadBlockLines(file.get(), block); });
-        product.push_back(
-            bench::CpuOf([&] { ExportCreatePlcDebugger(&files.host.init); }) - reading);
+        const double product =
+            bench::CpuOf([&] { ExportCreatePlcDebugger(&files.host.init); }) - reading;
         RunPending();
         ExportDestroyPlcDebugger();
+        RunPending();
         wxFrame* widgets = nullptr;
-        reference.push_back(bench::CpuOf([&] { widgets = WidgetsAlone(); }));
+        ratios.push_back(product / bench::CpuOf([&] { widgets = WidgetsAlone(); }));
         RunPending();
         delete widgets;
         RunPending();
@@ -559,8 +572,7 @@ void CreateRow(int lineCount)
     PrintRow(
         "create to shown, lines in the first block: " + std::to_string(lineCount),
         "widgets alone",
-        product,
-        reference,
+        bench::Median(ratios),
         1.3);
 }
 

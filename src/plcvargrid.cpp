@@ -4,11 +4,9 @@
 #include "plcvargrid_setup.h"
 #include "plcvarpanel.h"
 
-#include <wx/dcclient.h>
 #include <wx/settings.h>
 
 #include <algorithm>
-#include <optional>
 #include <tuple>
 
 namespace {
@@ -166,14 +164,20 @@ ColumnsFit PlcVarGrid::CurrentFit()
 
 int PlcVarGrid::WidestText(int column)
 {
-    std::optional<wxClientDC> dc; // only for a text that is new
-    return m_pTable->Shown(column).MaxWidth([&](const std::wstring& text) {
-        if (!dc) {
-            dc.emplace(GetGridWindow());
-            dc->SetFont(GetDefaultCellFont());
-        }
-        return dc->GetMultiLineTextExtent(text).x;
-    });
+    return m_pTable->Shown(column).MaxWidth(
+        [this](const std::wstring& text) { return MeasuringDc().GetMultiLineTextExtent(text).x; });
+}
+
+wxDC& PlcVarGrid::MeasuringDc()
+{
+    if (!m_measuringDc) {
+        m_measuringDc.emplace(GetGridWindow());
+        CallAfter([this] { m_measuringDc.reset(); });
+    }
+    if (const wxFont font = GetDefaultCellFont(); font != m_measuringDc->GetFont()) {
+        m_measuringDc->SetFont(font);
+    }
+    return *m_measuringDc;
 }
 
 bool ColumnsFit::operator==(const ColumnsFit& other) const

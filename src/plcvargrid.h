@@ -4,11 +4,13 @@
 #include "plcvargrid_rows.h"
 #include "plcvargrid_table.h"
 
+#include <wx/dcclient.h>
 #include <wx/grid.h>
 #include <wx/timer.h>
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 class PlcVarPanel;
@@ -72,6 +74,7 @@ private:
     void FitColumnsLater();
     ColumnsFit CurrentFit();
     int WidestText(int column);
+    wxDC& MeasuringDc();
 
     void OnSize(wxSizeEvent& event);
     void OnChangeValue(wxGridEvent& event);
@@ -86,7 +89,9 @@ private:
     std::vector<PlcDebugVar>& m_vars; // not owned, the page's
     PlcVarTable* m_pTable;            // owned by the grid's base
     ColumnsFit m_fit;                 ///< As FitColumns() has left it.
-    wxTimer m_slowClickTimer;         ///< Runs until a click can no longer become a double click.
+    /// To set one up costs as much as to measure a text: the answers of one tick share it.
+    std::optional<wxClientDC> m_measuringDc;
+    wxTimer m_slowClickTimer; ///< Runs until a click can no longer become a double click.
     bool m_deletingRows = false;
     bool m_fitPending = false;
     bool m_editorCounted = false; ///< The virtual size has room for an editor.
