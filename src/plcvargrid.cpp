@@ -21,9 +21,11 @@ wxBEGIN_EVENT_TABLE(PlcVarGrid, wxGrid)
     EVT_GRID_CELL_CHANGED(PlcVarGrid::OnChangeValue)
     EVT_GRID_CELL_LEFT_CLICK(PlcVarGrid::OnLeftClick)
     EVT_GRID_CELL_LEFT_DCLICK(PlcVarGrid::OnLeftDoubleClick)
+    EVT_GRID_EDITOR_SHOWN(PlcVarGrid::OnEditorShown)
     EVT_GRID_EDITOR_HIDDEN(PlcVarGrid::OnEditorHidden)
     EVT_GRID_SELECT_CELL(PlcVarGrid::OnSelectCell)
     EVT_KEY_DOWN(PlcVarGrid::OnKeyPressed)
+    EVT_CHAR_HOOK(PlcVarGrid::OnKeyAnywhere)
     EVT_TIMER(wxID_ANY, PlcVarGrid::OnSlowClick)
 wxEND_EVENT_TABLE()
 
@@ -282,6 +284,31 @@ void PlcVarGrid::OnChangeValue(wxGridEvent& event)
     if (row < m_vars.size()) {
         ShowRow(row);
         CountEditorIn();
+    }
+}
+
+// The toolkit ends an edit later than the event that does so: by a call of its own that may come
+// when the next one has begun, and would then write what has been typed of it by then.
+
+void PlcVarGrid::OnEditorShown(wxGridEvent& event)
+{
+    for (std::size_t calls = PendingCalls(); calls > 0 && PendingCalls() > 0; --calls) {
+        ProcessPendingEvents(); // one of them
+    }
+    event.Skip();
+}
+
+std::size_t PlcVarGrid::PendingCalls() const
+{
+    return m_pendingEvents == nullptr ? 0 : m_pendingEvents->GetCount();
+}
+
+void PlcVarGrid::OnKeyAnywhere(wxKeyEvent& event)
+{
+    if (event.GetKeyCode() == WXK_ESCAPE && IsCellEditControlShown()) {
+        DiscardEdit();
+    } else {
+        event.Skip();
     }
 }
 

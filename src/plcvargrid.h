@@ -72,18 +72,21 @@ private:
     bool IsEditedRow(std::size_t row) const;
     void EnterPressed();
     void FitColumnsLater();
+    std::size_t PendingCalls() const;
     ColumnsFit CurrentFit();
     int WidestText(int column);
     wxDC& MeasuringDc();
 
     void OnSize(wxSizeEvent& event);
     void OnChangeValue(wxGridEvent& event);
+    void OnEditorShown(wxGridEvent& event);
     void OnEditorHidden(wxGridEvent& event);
     void OnSelectCell(wxGridEvent& event);
     void OnLeftClick(wxGridEvent& event);
     void OnLeftDoubleClick(wxGridEvent& event);
     void OnSlowClick(wxTimerEvent& event);
     void OnKeyPressed(wxKeyEvent& event);
+    void OnKeyAnywhere(wxKeyEvent& event);
 
     PlcVarPanel* m_pPanel;            // not owned, the parent
     std::vector<PlcDebugVar>& m_vars; // not owned, the page's

@@ -604,6 +604,41 @@ TEST_F(WhileEditing, ModifyCommitsTheValueToItsOldVariable)
     EXPECT_TRUE(SendsNothing());
 }
 
+// A quick operator on a busy machine: the window finds several keys at once.
+
+TEST_F(WatchList4, AValueBegunBeforeTheWindowCouldFollowIsWrittenWhole)
+{
+    ClickCell(0, 1);
+    ASSERT_TRUE(Await("the cell chosen", [] { return GridOn(watchPage).GetGridCursorCol() == 1; }));
+    OnGui([this] {
+        hands.Type("12");
+        hands.Press(XK_Return);
+        hands.Type("3");
+    });
+    AwaitThreeTicks();
+
+    hands.Type("4");
+    hands.Press(XK_Return);
+
+    EXPECT_TRUE(Requests({"write MW20=12", "write MW22=34"}));
+    EXPECT_TRUE(SendsNothing());
+}
+
+TEST_F(WatchList4, AValueTypedRightAfterEscapeIsWrittenWhole)
+{
+    ClickCell(0, 1);
+    ASSERT_TRUE(Await("the cell chosen", [] { return GridOn(watchPage).GetGridCursorCol() == 1; }));
+    OnGui([this] {
+        hands.Type("12");
+        hands.Press(XK_Escape);
+        hands.Type("34");
+        hands.Press(XK_Return);
+    });
+
+    EXPECT_TRUE(Requests({"write MW20=34"}));
+    EXPECT_TRUE(SendsNothing());
+}
+
 TEST_F(WatchList4, AnEditWithoutChangeWritesNothing)
 {
     Answer(1, 3);

@@ -421,18 +421,11 @@ void DebuggerTest::EnterValue(int row, const std::string& value)
         const wxGrid& grid = GridOn(watchPage);
         return grid.GetGridCursorRow() == row && grid.GetGridCursorCol() == 1;
     }));
-    const auto editorReads = [](const std::string& typed) {
-        return [typed] {
-            const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
-            return text != nullptr && text->IsShown() && text->GetValue() == typed &&
-                   gtk_widget_has_focus(text->GetHandle()) != FALSE;
-        };
-    };
-    // The first key opens the editor; those that come before it has the focus may be lost.
-    hands.Type(value.substr(0, 1));
-    ASSERT_TRUE(Await("the editor open", editorReads(value.substr(0, 1))));
-    hands.Type(value.substr(1));
-    ASSERT_TRUE(Await("the value typed", editorReads(value)));
+    hands.Type(value);
+    ASSERT_TRUE(Await("the value typed", [&value] {
+        const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
+        return text != nullptr && text->IsShown() && text->GetValue() == value;
+    }));
     hands.Press(XK_Return);
 }
 
