@@ -56,6 +56,15 @@ protected:
         });
     }
 
+    /// @return true once the request sent last has @p part in its words.
+    testing::AssertionResult LastRequestHas(const std::string& part)
+    {
+        return Await("a request with " + part, [this, part] {
+            return !host.requests.empty() &&
+                   host.requests.back().InWords().find(part) != std::string::npos;
+        });
+    }
+
     /// @return what the static texts of the open dialog read.
     Words TextsInDialog()
     {
@@ -532,6 +541,21 @@ TEST_F(FrameTest, TheProgramPageSubscribesWhenItIsShownAndStopsWhenItIsLeft)
     ASSERT_TRUE(ShowPage(watchPage));
     EXPECT_TRUE(Requests({"stop"}));
     EXPECT_TRUE(SendsNothing());
+}
+
+TEST_F(FrameTest, AScrolledProgramPageAsksForTheRowsThatItThenShows)
+{
+    UseProgram({Words(100, "U E 0.0")});
+    ASSERT_TRUE(Open());
+    ASSERT_TRUE(ShowPage(programPage));
+    ASSERT_TRUE(LastRequestHas("state 0.."));
+
+    const wxRect list = OnGui([] { return GridOn(programPage).GetScreenRect(); });
+    constexpr unsigned wheelDown = 5;
+    constexpr int untilTheEnd = 100;
+    hands.PressButton(list.x + list.width / 2, list.y + list.height / 2, wheelDown, untilTheEnd);
+
+    EXPECT_TRUE(LastRequestHas("..99 "));
 }
 
 TEST_F(FrameTest, TheExitStopsTheProgramStateAfterTheReleases)
