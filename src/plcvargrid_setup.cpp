@@ -1,5 +1,6 @@
 #include "plcvargrid_setup.h"
 
+#include "plcvargrid_editor.h"
 #include "plcvargrid_line.h"
 
 #include <wx/settings.h>
@@ -25,7 +26,7 @@ void SetUpList(wxGrid& grid)
 {
     grid.SetWindowStyle(wxSUNKEN_BORDER);
     grid.SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
-    grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new wxGridCellTextEditor);
+    grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new ValueEditor);
     grid.SetRowLabelSize(0);
     // Without the focus a selected row is grey, where the toolkit's white cannot be read.
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));

@@ -496,6 +496,14 @@ protected:
         const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
         return text != nullptr && text->IsShown() ? text->GetValue().utf8_string() : "(closed)";
     }
+
+    /// @return a window of the host, on the screen.
+    static GtkWidget* ShowAlarm()
+    {
+        GtkWidget* alarm = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+        gtk_widget_show(alarm);
+        return alarm;
+    }
 };
 
 } // namespace
@@ -565,6 +573,30 @@ TEST_F(WhileEditing, TheCloseBoxDiscardsTheTypedText)
 
     EXPECT_TRUE(FrameGoes());
     EXPECT_TRUE(Requests({"release 0", "release 1", "release 2", "release 3"}));
+}
+
+TEST_F(WhileEditing, AnotherWindowThatTakesTheKeyboardLeavesTheEditorWaiting)
+{
+    GtkWidget* alarm = OnGui(ShowAlarm);
+    ASSERT_TRUE(hands.Activate(alarm));
+    EXPECT_TRUE(SendsNothing()) << "half of a value";
+
+    OnGui([alarm] { gtk_widget_destroy(alarm); });
+    ASSERT_TRUE(FrameGetsKeyboard());
+    hands.Type("5");
+    hands.Press(XK_Return);
+    EXPECT_TRUE(Requests({"write MW22=45"}));
+}
+
+TEST_F(WhileEditing, TheTypedTextIsDiscardedWhenTheHostEndsTheDebuggerFromAnotherWindow)
+{
+    GtkWidget* alarm = OnGui(ShowAlarm);
+    ASSERT_TRUE(hands.Activate(alarm));
+
+    Destroy();
+
+    EXPECT_TRUE(Requests({"release 0", "release 1", "release 2", "release 3"}));
+    OnGui([alarm] { gtk_widget_destroy(alarm); });
 }
 
 TEST_F(WhileEditing, AClickOnAnotherCellCommitsTheValue)
