@@ -15,10 +15,12 @@ bool WindowHasKeyboard(const wxWindow& control)
 void ValueEditor::Create(wxWindow* parent, wxWindowID id, wxEvtHandler* handler)
 {
     wxGridCellTextEditor::Create(parent, id, handler);
-    // The grid's own; its type information is not exported.
-    auto* committing = static_cast<wxGridCellEditorEvtHandler*>(handler);
-    handler->Bind(wxEVT_KILL_FOCUS, [this, committing](wxFocusEvent& event) {
-        committing->SetInSetFocus(!WindowHasKeyboard(*GetControl()));
-        event.Skip();
+    // What the toolkit's handler does with this event is to commit. The control gets it either way.
+    handler->Bind(wxEVT_KILL_FOCUS, [this, handler](wxFocusEvent& event) {
+        const bool commits = WindowHasKeyboard(*GetControl());
+        if (!commits) {
+            handler->GetNextHandler()->ProcessEvent(event);
+        }
+        event.Skip(commits);
     });
 }
