@@ -92,7 +92,7 @@ private:
     std::vector<PlcDebugVar>& m_vars; // not owned, the page's
     PlcVarTable* m_pTable;            // owned by the grid's base
     ColumnsFit m_fit;                 ///< As FitColumns() has left it.
-    /// To set one up costs as much as to measure a text: the answers of one tick share it.
+    /// To set one up costs half as much as to measure a text: the answers of one tick share it.
     std::optional<wxClientDC> m_measuringDc;
     wxTimer m_slowClickTimer; ///< Runs until a click can no longer become a double click.
     bool m_deletingRows = false;

@@ -1,5 +1,4 @@
 #include "debuggertest.h"
-#include "descendants.h"
 
 #include <gmock/gmock.h>
 #include <wx/textctrl.h>
@@ -481,20 +480,9 @@ protected:
 
     void BeginToType()
     {
-        ClickCell(1, 1);
-        ASSERT_TRUE(Await("the cell chosen", [] {
-            return GridOn(watchPage).GetGridCursorRow() == 1 &&
-                   GridOn(watchPage).GetGridCursorCol() == 1;
-        }));
+        ASSERT_TRUE(ChooseValue(1));
         hands.Type("4");
         ASSERT_TRUE(Await("the editor open", [] { return Typed() == "4"; }));
-    }
-
-    /// @return what the open editor reads; "(closed)" when it is not shown.
-    static std::string Typed()
-    {
-        const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
-        return text != nullptr && text->IsShown() ? text->GetValue().utf8_string() : "(closed)";
     }
 
     /// @return a window of the host, on the screen.
@@ -640,8 +628,7 @@ TEST_F(WhileEditing, ModifyCommitsTheValueToItsOldVariable)
 
 TEST_F(WatchList4, AValueBegunBeforeTheWindowCouldFollowIsWrittenWhole)
 {
-    ClickCell(0, 1);
-    ASSERT_TRUE(Await("the cell chosen", [] { return GridOn(watchPage).GetGridCursorCol() == 1; }));
+    ASSERT_TRUE(ChooseValue(0));
     OnGui([this] {
         hands.Type("12");
         hands.Press(XK_Return);
@@ -658,8 +645,7 @@ TEST_F(WatchList4, AValueBegunBeforeTheWindowCouldFollowIsWrittenWhole)
 
 TEST_F(WatchList4, AValueTypedRightAfterEscapeIsWrittenWhole)
 {
-    ClickCell(0, 1);
-    ASSERT_TRUE(Await("the cell chosen", [] { return GridOn(watchPage).GetGridCursorCol() == 1; }));
+    ASSERT_TRUE(ChooseValue(0));
     OnGui([this] {
         hands.Type("12");
         hands.Press(XK_Escape);

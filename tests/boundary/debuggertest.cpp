@@ -413,19 +413,26 @@ void DebuggerTest::Define(const std::string& address)
     ClickInDialog(wxID_OK);
 }
 
+testing::AssertionResult DebuggerTest::ChooseValue(int row)
+{
+    ClickCell(row, 1);
+    return Await("the cell chosen", [row] {
+        return GridOn(watchPage).GetGridCursorCoords() == wxGridCellCoords(row, 1);
+    });
+}
+
+std::string DebuggerTest::Typed()
+{
+    const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
+    return text != nullptr && text->IsShown() ? text->GetValue().utf8_string() : "(closed)";
+}
+
 void DebuggerTest::EnterValue(int row, const std::string& value)
 {
     ASSERT_TRUE(FrameGetsKeyboard());
-    ClickCell(row, 1);
-    ASSERT_TRUE(Await("the cell chosen", [row] {
-        const wxGrid& grid = GridOn(watchPage);
-        return grid.GetGridCursorRow() == row && grid.GetGridCursorCol() == 1;
-    }));
+    ASSERT_TRUE(ChooseValue(row));
     hands.Type(value);
-    ASSERT_TRUE(Await("the value typed", [&value] {
-        const auto* text = FirstOf<wxTextCtrl>(GridOn(watchPage));
-        return text != nullptr && text->IsShown() && text->GetValue() == value;
-    }));
+    ASSERT_TRUE(Await("the value typed", [&value] { return Typed() == value; }));
     hands.Press(XK_Return);
 }
 

@@ -105,6 +105,12 @@ protected:
     /// Defines a variable with this address, and else the settings that the dialog opens with.
     void Define(const std::string& address);
 
+    /// Clicks on the value cell of a row and waits until the cursor is on it.
+    testing::AssertionResult ChooseValue(int row);
+
+    /// GUI thread. @return what the open editor reads; "(closed)" when none is shown.
+    static std::string Typed();
+
     /// Types into the value cell of a row and presses Enter.
     void EnterValue(int row, const std::string& value);
 

@@ -29,8 +29,9 @@ Spot MiddleOf(GtkWidget* widget);
 Spot PlaceIn(GtkWidget* widget, int x, int y);
 
 /// The hands of the operator: real mouse and keyboard events, through an X connection of their own.
-/// What they lead to is there only after a wait. Test thread. A failure to reach a window fails the
-/// running test.
+/// What they lead to is there only after a wait. Test thread; Press() and Type() also on the GUI
+/// thread while that one waits, so that the window finds all keys at once. A failure to reach a
+/// window fails the running test.
 class Operator
 {
 public:
