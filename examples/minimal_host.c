@@ -45,8 +45,9 @@ static int32_t OnDeleteVar(const CMD_DATA* request)
 {
     int16_t argument;
     memcpy(&argument, request->payload, sizeof argument);
-    if (argument == PLC_DELETE_ARG_RELEASE)
+    if (argument == PLC_DELETE_ARG_RELEASE) {
         watched[request->key] = NULL;
+    }
     return 1;
 }
 
@@ -54,8 +55,9 @@ static int32_t OnDeleteVar(const CMD_DATA* request)
 static int32_t OnWriteVar(const CMD_DATA* request)
 {
     uint8_t* byte = Operand(request->payload + sizeof(int32_t));
-    if (byte)
+    if (byte) {
         *byte = request->payload[0];
+    }
     return 1;
 }
 
@@ -68,10 +70,11 @@ static gboolean OnTick(gpointer unused)
     for (unsigned key = 0; key <= UINT16_MAX; ++key) {
         if (watched[key]) {
             CMD_DATA answer = {PLC_CMD_READ_VAR, 10, (uint16_t)key, {*watched[key]}};
-            if (answerReadVar((unsigned char*)&answer))
+            if (answerReadVar((unsigned char*)&answer)) {
                 ++taken;
-            else
+            } else {
                 watched[key] = NULL;
+            }
         }
     }
     return G_SOURCE_CONTINUE;
@@ -104,8 +107,9 @@ static int WriteDebugFile(void)
 static int Load(const char* path)
 {
     void* library = dlopen(path, RTLD_NOW);
-    if (!library)
+    if (!library) {
         return 0;
+    }
     *(void**)&createDebugger = dlsym(library, "ExportCreatePlcDebugger");
     *(void**)&destroyDebugger = dlsym(library, "ExportDestroyPlcDebugger");
     *(void**)&answerReadVar = dlsym(library, "ExportAnswerReadVar");
@@ -140,8 +144,9 @@ int main(int argc, char** argv)
     gtk_widget_show_all(window);
     OnOpen();
     g_timeout_add(100, OnTick, NULL);
-    if (argc > 3)
+    if (argc > 3) {
         g_timeout_add_seconds((guint)atoi(argv[3]), OnEnd, NULL);
+    }
     gtk_main();
     destroyDebugger();
     printf("%lu answers taken\n", taken);

@@ -13,8 +13,9 @@ std::vector<StepState> StatesFor(const std::vector<plc::StepState>& states)
 {
     std::vector<StepState> answered;
     answered.reserve(states.size());
-    for (const plc::StepState& state : states)
+    for (const plc::StepState& state : states) {
         answered.push_back({state.logicResult, state.accumulator.value_or(PLC_NO_VALUE)});
+    }
     return answered;
 }
 
@@ -40,8 +41,9 @@ std::optional<plc::Cell> Bridge::Find(const std::string& operand) const
 {
     const auto parsed = plc::ParseOperand(operand);
     const auto cell = parsed ? plc::Image::Find(*parsed) : std::nullopt;
-    if (!cell)
+    if (!cell) {
         m_log("this PLC has no operand \"" + operand + "\"; it is answered by nothing");
+    }
     return cell;
 }
 
@@ -51,8 +53,9 @@ void Bridge::OnRead(const CMD_DATA& request)
     const std::lock_guard lock(m_mutex);
     // A key that comes again stands for another operand now.
     m_variables.erase(request.key);
-    if (cell)
+    if (cell) {
         m_variables[request.key].cell = *cell;
+    }
 }
 
 void Bridge::OnWrite(const CMD_DATA& request)
@@ -68,12 +71,14 @@ void Bridge::OnDelete(const CMD_DATA& request)
 {
     const std::lock_guard lock(m_mutex);
     const auto variable = m_variables.find(request.key);
-    if (variable == m_variables.end())
+    if (variable == m_variables.end()) {
         return;
-    if (DeleteArgument(request) == PLC_DELETE_ARG_START)
+    }
+    if (DeleteArgument(request) == PLC_DELETE_ARG_START) {
         variable->second.served = true;
-    else
+    } else {
         m_variables.erase(variable);
+    }
 }
 
 void Bridge::OnProgramState(const CMD_DATA& request)
@@ -81,14 +86,16 @@ void Bridge::OnProgramState(const CMD_DATA& request)
     const auto range = RequestedSteps(request);
     const std::size_t count = range ? CountSteps(*range) : 0;
     const bool answerable = count > 0 && count <= maxStepsInAnswer;
-    if (range && !answerable)
+    if (range && !answerable) {
         m_log("a range of steps that no answer can hold is answered by nothing");
+    }
 
     const std::lock_guard lock(m_mutex);
     m_stepsChanged = true;
     m_steps.reset();
-    if (answerable)
+    if (answerable) {
         m_steps.emplace(*range);
+    }
 }
 
 void Bridge::Forget()
@@ -103,10 +110,12 @@ void Bridge::AfterCycle(
     plc::Image& image, plc::CyclicProgram& program, std::uint64_t cycle, Clock::time_point now)
 {
     const std::lock_guard lock(m_mutex);
-    for (const Write& write : std::exchange(m_writes, {}))
+    for (const Write& write : std::exchange(m_writes, {})) {
         image.Write(write.cell, write.value);
-    for (auto& [key, variable] : m_variables)
+    }
+    for (auto& [key, variable] : m_variables) {
         AnswerVariable(key, variable, image, now);
+    }
     AnswerSteps(program, cycle);
 }
 
@@ -116,8 +125,9 @@ void Bridge::AnswerVariable(
     const std::uint32_t value = image.Read(variable.cell);
     const bool again =
         variable.served && (value != variable.value || now - variable.answered >= refreshTime);
-    if (!variable.due && !again)
+    if (!variable.due && !again) {
         return;
+    }
     const CMD_DATA answer = MakeReadAnswer(key, static_cast<std::int32_t>(value));
     // While the debugger is still opening nobody takes answers; they stay due.
     variable.due = !m_answers.Answer(AnswerKind::ReadVar, &answer);
@@ -135,16 +145,19 @@ void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle)
         }
         program.Watch(watched);
     }
-    if (!m_steps)
+    if (!m_steps) {
         return;
+    }
 
     Steps& steps = *m_steps;
     const std::uint64_t cycles = cycle - steps.cycle;
-    if (cycles == 0 || (!steps.due && cycles < stateCyclesApart))
+    if (cycles == 0 || (!steps.due && cycles < stateCyclesApart)) {
         return;
+    }
     const std::vector<plc::StepState>& states = program.WatchedStates();
-    if (!steps.due && cycles < stateRefreshCycles && states == steps.states)
+    if (!steps.due && cycles < stateRefreshCycles && states == steps.states) {
         return;
+    }
     const CMD_DATA answer = MakeProgramStateAnswer(steps.range, StatesFor(states));
     steps.due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
     steps.cycle = cycle;

@@ -41,8 +41,9 @@ bool ShowsOtherWindow(const Gtk::Window& own)
     for (const GList* item = windows.get(); item != nullptr; item = item->next) {
         auto* const window = static_cast<GtkWindow*>(item->data);
         if (window != own.gobj() && gtk_window_get_window_type(window) == GTK_WINDOW_TOPLEVEL &&
-            gtk_widget_get_visible(GTK_WIDGET(window)) != FALSE)
+            gtk_widget_get_visible(GTK_WIDGET(window)) != FALSE) {
             return true;
+        }
     }
     return false;
 }
@@ -75,17 +76,19 @@ Host::Host(const Options& options, Ground ground)
 
 std::unique_ptr<Recorder> Host::MakeRecorder() const
 {
-    if (m_options.record.empty())
+    if (m_options.record.empty()) {
         return nullptr;
+    }
     return std::make_unique<Recorder>(m_options.record, ReadFile(m_ground.files.debugFile));
 }
 
 std::unique_ptr<AnswerSource> Host::MakeSource()
 {
     const auto tick = [this] { m_misbehave.Tick(); };
-    if (m_ground.recording)
+    if (m_ground.recording) {
         return std::make_unique<ReplayMachine>(
             std::move(*m_ground.recording), m_options.speed, m_misbehave, tick, Tell);
+    }
     return std::make_unique<LiveMachine>(
         m_options, std::move(m_ground.program), m_misbehave, tick, Tell);
 }
@@ -112,22 +115,26 @@ int Host::Run()
 
 void Host::OpenOrClose()
 {
-    if (m_session.IsOpen())
+    if (m_session.IsOpen()) {
         m_session.Close();
-    else
+    } else {
         OpenDebugger();
+    }
 }
 
 bool Host::OpenDebugger()
 {
     std::string problem = DebugFileProblem(m_ground.files.debugFile);
-    if (problem.empty())
+    if (problem.empty()) {
         problem = WriteSettings(
             m_ground.files.settings, {m_ground.dataFolder + "/languages", m_ground.language});
-    if (problem.empty())
+    }
+    if (problem.empty()) {
         problem = m_session.Open(m_port.InitRecord(m_ground.files.prefix));
-    if (problem.empty())
+    }
+    if (problem.empty()) {
         return true;
+    }
     Tell(problem);
     m_window->ShowProblem(problem);
     return false;
@@ -137,21 +144,25 @@ bool Host::OpenDebugger()
 /// debugger has been opened by then.
 void Host::Begin()
 {
-    if (m_options.run)
+    if (m_options.run) {
         Glib::signal_timeout().connect_once(
             [this] { EndRun(); }, static_cast<unsigned>(m_options.run->count()));
-    if (!m_options.debugger || OpenDebugger())
+    }
+    if (!m_options.debugger || OpenDebugger()) {
         return;
+    }
     m_status = exitFailed;
-    if (m_options.run)
+    if (m_options.run) {
         Quit();
+    }
 }
 
 void Host::CheckThreads()
 {
     const std::string violation = m_threads.Violation();
-    if (violation.empty() || std::exchange(m_violationTold, true))
+    if (violation.empty() || std::exchange(m_violationTold, true)) {
         return;
+    }
     Tell(violation);
     m_window->ShowProblem(violation);
     m_status = exitThreadRule;
@@ -160,8 +171,9 @@ void Host::CheckThreads()
 void Host::CheckRecorder()
 {
     const std::string problem = m_recorder ? m_recorder->Problem() : "";
-    if (problem.empty() || std::exchange(m_recorderProblemTold, true))
+    if (problem.empty() || std::exchange(m_recorderProblemTold, true)) {
         return;
+    }
     Tell(problem);
     m_window->ShowProblem(problem);
 }
@@ -175,8 +187,9 @@ void Host::EndRun()
     // Nobody is there to answer whether to save a list.
     Glib::signal_timeout().connect(
         [this] {
-            if (m_session.IsBusy())
+            if (m_session.IsBusy()) {
                 m_session.Close();
+            }
             return true;
         },
         insistMs);
@@ -189,8 +202,9 @@ void Host::Quit()
     // A dialog of the debugger runs a main loop inside ours and must have left it first.
     Glib::signal_timeout().connect(
         [this] {
-            if (m_session.IsBusy() || Gtk::Main::level() > 1)
+            if (m_session.IsBusy() || Gtk::Main::level() > 1) {
                 return true;
+            }
             Gtk::Main::quit();
             return false;
         },

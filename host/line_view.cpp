@@ -106,8 +106,9 @@ void DrawBelt(const Canvas& cairo, const BottlingView& line, const HostTexts& te
     const double left = beltLeft;
     const double right = beltLeft + beltLength;
     const double radius = beltHeight / 2;
-    for (const double leg : {0.25, 0.7})
+    for (const double leg : {0.25, 0.7}) {
         Bar(cairo, BeltX(leg) - 5, beltTop + beltHeight, 10, 60, steel);
+    }
     Bar(cairo, left, beltTop + beltHeight + 60, beltLength, 3, steel);
     cairo->begin_new_path();
     cairo->arc(left, beltTop + radius, radius, pi / 2, 3 * pi / 2);
@@ -119,13 +120,15 @@ void DrawBelt(const Canvas& cairo, const BottlingView& line, const HostTexts& te
     constexpr int cleats = 32;
     const double distance = beltLength / cleats;
     const double shift = std::fmod(line.beltTravel * beltLength, distance);
-    for (int i = 0; i < cleats; ++i)
+    for (int i = 0; i < cleats; ++i) {
         Bar(cairo, left + i * distance + shift, beltTop + 2, 2, 5, faint);
+    }
 
     constexpr int rollers = 6;
-    for (int i = 0; i < rollers; ++i)
+    for (int i = 0; i < rollers; ++i) {
         DrawRoller(
             cairo, left + i * beltLength / (rollers - 1), line.beltTravel * beltLength / radius);
+    }
 
     cairo->arc(left, beltTop + 62, 18, 0, 2 * pi);
     Fill(cairo, line.motorOn ? active : idle);
@@ -187,8 +190,9 @@ void DrawTank(const Canvas& cairo, const BottlingView& line, const HostTexts& te
     Bar(cairo, left + 12, tankTop - 18, 10, 18, line.supplyOpen ? liquid : steel);
 
     Bar(cairo, left, tankTop, tankWidth, tankHeight, glass);
-    if (line.supplyOpen)
+    if (line.supplyOpen) {
         Bar(cairo, left + 14, tankTop, 6, tankHeight - height, liquid);
+    }
     Bar(cairo, left, tankTop + tankHeight - height, tankWidth, height, liquid);
     cairo->rectangle(left, tankTop, tankWidth, tankHeight);
     Use(cairo, ink);
@@ -207,8 +211,9 @@ void DrawTank(const Canvas& cairo, const BottlingView& line, const HostTexts& te
     cairo->line_to(x + 14, y + 12);
     cairo->close_path();
     Fill(cairo, line.valveOpen ? active : idle);
-    if (line.valveOpen)
+    if (line.valveOpen) {
         Bar(cairo, x - 2, nozzleBottom, 4, beltTop - nozzleBottom - 4, liquid);
+    }
 }
 
 // NOLINTEND(cppcoreguidelines-avoid-magic-numbers)
@@ -244,18 +249,20 @@ bool LineView::on_draw(const Canvas& cairo)
     cairo->translate((width - scale * pictureWidth) / 2, (height - scale * pictureHeight) / 2);
     cairo->scale(scale, scale);
     cairo->select_font_face("Sans", Cairo::FONT_SLANT_NORMAL, Cairo::FONT_WEIGHT_NORMAL);
-    if (m_line)
+    if (m_line) {
         DrawLine(cairo);
-    else
+    } else {
         Write(cairo, pictureWidth / 2, pictureHeight / 2, m_texts->noProcess);
+    }
     return true;
 }
 
 void LineView::DrawLine(const Canvas& cairo) const
 {
     DrawBelt(cairo, *m_line, *m_texts);
-    for (const samples::Bottle& bottle : m_line->bottles)
+    for (const samples::Bottle& bottle : m_line->bottles) {
         DrawBottle(cairo, bottle);
+    }
     DrawTank(cairo, *m_line, *m_texts);
     DrawSensor(cairo, samples::fillPosition, m_line->bottleAtValve);
     DrawSensor(cairo, samples::outletPosition, m_line->bottleAtOutlet);

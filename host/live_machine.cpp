@@ -34,15 +34,17 @@ LiveMachine::LiveMachine(
 
 void LiveMachine::OnDebugger(bool open)
 {
-    if (!open)
+    if (!open) {
         m_bridge.Forget();
+    }
 }
 
 void LiveMachine::Start()
 {
     m_plant->Start();
-    if (m_hasStartButton)
+    if (m_hasStartButton) {
         PressStart();
+    }
 }
 
 /// Starts the line as the operator would, so that it needs nobody.

@@ -35,8 +35,9 @@ LiveWindow::LiveWindow(Plant& plant, const std::string& language, WindowActions 
          {static_cast<Gtk::Widget*>(&m_state),
           static_cast<Gtk::Widget*>(&m_start),
           static_cast<Gtk::Widget*>(&m_stop),
-          static_cast<Gtk::Widget*>(&m_cycle)})
+          static_cast<Gtk::Widget*>(&m_cycle)}) {
         Head().pack_start(*widget, Gtk::PACK_SHRINK);
+    }
     m_panel.set_hexpand(false); // its rows would take room from the picture
     Body().pack_start(m_picture, Gtk::PACK_EXPAND_WIDGET);
     Body().pack_start(m_panel, Gtk::PACK_SHRINK);
@@ -67,13 +68,14 @@ void LiveWindow::RefreshState()
         Badge(status.running ? m_texts->running : m_texts->standing, status.running));
     m_start.set_sensitive(!status.running);
     m_stop.set_sensitive(status.running);
-    if (status.stopped)
+    if (status.stopped) {
         m_cycle.set_text(plc::StopText(*status.stopped));
-    else
+    } else {
         m_cycle.set_text(
             std::string(m_texts->cycleTime) + ' ' + std::to_string(status.period.count()) +
             " ms, " + m_texts->work + ' ' + Milliseconds(status.last) + ", " + m_texts->longest +
             ' ' + Milliseconds(status.max));
+    }
 }
 
 } // namespace plchost

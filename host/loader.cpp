@@ -36,8 +36,9 @@ std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder
     for (const auto& folder : folders) {
         const auto candidate = folder / libraryName;
         std::error_code ignored;
-        if (std::filesystem::is_regular_file(candidate, ignored))
+        if (std::filesystem::is_regular_file(candidate, ignored)) {
             return candidate.lexically_normal().string();
+        }
         seen += (seen.empty() ? "" : ", ") + folder.lexically_normal().string();
     }
     return LoadError{
@@ -50,8 +51,9 @@ std::variant<std::string, LoadError> FindDataFolder(const std::string& programFo
     const auto folder =
         (std::filesystem::path(programFolder) / ".." / "share" / "plcdebug").lexically_normal();
     std::error_code ignored;
-    if (std::filesystem::is_directory(folder, ignored))
+    if (std::filesystem::is_directory(folder, ignored)) {
         return folder.string();
+    }
     return LoadError{
         "no folder \"" + folder.string() +
         "\" with language files and samples (install it, or name it with --data-dir DIR)"};
@@ -60,8 +62,9 @@ std::variant<std::string, LoadError> FindDataFolder(const std::string& programFo
 std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
 {
     std::error_code ignored;
-    if (!std::filesystem::exists(path, ignored))
+    if (!std::filesystem::exists(path, ignored)) {
         return LoadError{"no file \"" + path + "\" (name the library with --plugin PATH)"};
+    }
 
     // A path without a slash would send dlopen() to the system's folders.
     const std::string absolute = std::filesystem::absolute(path).string();
@@ -74,14 +77,15 @@ std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
 
     Plugin plugin{path, nullptr, nullptr, nullptr, nullptr};
     const char* missing = nullptr;
-    if (!Resolve(library, "ExportCreatePlcDebugger", plugin.create))
+    if (!Resolve(library, "ExportCreatePlcDebugger", plugin.create)) {
         missing = "ExportCreatePlcDebugger";
-    else if (!Resolve(library, "ExportDestroyPlcDebugger", plugin.destroy))
+    } else if (!Resolve(library, "ExportDestroyPlcDebugger", plugin.destroy)) {
         missing = "ExportDestroyPlcDebugger";
-    else if (!Resolve(library, "ExportAnswerReadVar", plugin.answerReadVar))
+    } else if (!Resolve(library, "ExportAnswerReadVar", plugin.answerReadVar)) {
         missing = "ExportAnswerReadVar";
-    else if (!Resolve(library, "ExportAnswerProgState", plugin.answerProgramState))
+    } else if (!Resolve(library, "ExportAnswerProgState", plugin.answerProgramState)) {
         missing = "ExportAnswerProgState";
+    }
     if (missing != nullptr) {
         return LoadError{
             FileName(path) + " has no symbol \"" + missing + "\" (is it an older library?)"};

@@ -30,15 +30,17 @@ struct StartError : std::runtime_error
 
 template <typename Result> Result Demand(std::variant<Result, LoadError> result)
 {
-    if (const auto* error = std::get_if<LoadError>(&result))
+    if (const auto* error = std::get_if<LoadError>(&result)) {
         throw StartError{error->message};
+    }
     return std::get<Result>(std::move(result));
 }
 
 void Demand(const std::string& problem)
 {
-    if (!problem.empty())
+    if (!problem.empty()) {
         throw StartError{problem};
+    }
 }
 
 plc::Program ReadProgram(const std::string& file)
@@ -46,8 +48,9 @@ plc::Program ReadProgram(const std::string& file)
     plc::Assembly assembly = plc::AssembleFile(file);
     if (!assembly.program) {
         std::string message = "the program has errors:";
-        for (const plc::SourceError& error : assembly.errors)
+        for (const plc::SourceError& error : assembly.errors) {
             message += '\n' + plc::ErrorText(error);
+        }
         throw StartError{message};
     }
     return std::move(*assembly.program);
@@ -56,30 +59,35 @@ plc::Program ReadProgram(const std::string& file)
 ConfigFiles PrepareFiles(const Options& options, const std::string& source)
 {
     std::string folder = options.configFolder;
-    if (folder.empty())
+    if (folder.empty()) {
         folder = Glib::build_filename(Glib::get_user_config_dir(), "plchost");
+    }
     // A recording brings its own variables and settings of its own, so it gets a folder of its own.
-    if (options.configFolder.empty() && !options.replay.empty())
+    if (options.configFolder.empty() && !options.replay.empty()) {
         folder = Glib::build_filename(folder, "replay");
+    }
     ConfigFiles files = FilesIn(folder, fs::path(source).stem());
-    if (files.prefix.size() >= PLC_PATH_SIZE)
+    if (files.prefix.size() >= PLC_PATH_SIZE) {
         throw StartError{
             "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
             std::to_string(PLC_PATH_SIZE - 1) +
             " bytes (name a shorter one with --config-dir DIR)"};
+    }
     std::error_code error;
     fs::create_directories(folder, error);
-    if (error)
+    if (error) {
         throw StartError{
             "cannot make the folder \"" + folder + "\": " + error.message() +
             " (name another one with --config-dir DIR)"};
+    }
     return files;
 }
 
 std::string LanguageOf(const Options& options, const ConfigFiles& files)
 {
-    if (!options.language.empty())
+    if (!options.language.empty()) {
         return options.language;
+    }
     const std::string last = ReadLanguage(files.settings);
     return last == "de" || last == "en" ? last : EnvironmentLanguage();
 }
@@ -90,24 +98,28 @@ void PrepareMachine(const Options& options, Ground& ground)
     const std::string source = options.program.empty() ? bottling + ".il" : options.program;
     ground.program = ReadProgram(source);
     ground.files = PrepareFiles(options, source);
-    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix))
+    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix)) {
         throw StartError{*problem};
-    if (options.program.empty())
+    }
+    if (options.program.empty()) {
         Demand(SeedWatchList(ground.files, bottling + ".plc"));
+    }
 }
 
 void PrepareReplay(const Options& options, Ground& ground)
 {
     ground.recording = Demand(ReadRecording(options.replay));
-    if (!ground.recording->remark.empty())
+    if (!ground.recording->remark.empty()) {
         std::cerr << "plchost: " << ground.recording->remark << std::endl;
+    }
     ground.files = PrepareFiles(options, options.replay);
     Demand(ReplaceFile(ground.files.debugFile, ground.recording->listing));
     std::vector<std::string> operands = WatchedOperands(*ground.recording);
     operands.resize(std::min(operands.size(), longestWatchList));
     std::string list;
-    for (const std::string& operand : operands)
+    for (const std::string& operand : operands) {
         list += operand + "/D\n";
+    }
     Demand(UseWatchList(ground.files, list));
 }
 
@@ -119,10 +131,11 @@ Ground Prepare(const Options& options)
         LoadPlugin(options.plugin.empty() ? Demand(FindPlugin(programFolder)) : options.plugin));
     ground.dataFolder = options.dataFolder.empty() ? Demand(FindDataFolder(programFolder))
                                                    : fs::absolute(options.dataFolder).string();
-    if (options.replay.empty())
+    if (options.replay.empty()) {
         PrepareMachine(options, ground);
-    else
+    } else {
         PrepareReplay(options, ground);
+    }
     ground.language = LanguageOf(options, ground.files);
     return ground;
 }
@@ -130,11 +143,13 @@ Ground Prepare(const Options& options)
 int Main(int argc, char** argv)
 {
     const auto parsed = ParseOptions(argc, argv);
-    if (const auto* exit = std::get_if<ExitStatus>(&parsed))
+    if (const auto* exit = std::get_if<ExitStatus>(&parsed)) {
         return exit->status;
+    }
     const auto& options = std::get<Options>(parsed);
-    if (gtk_init_check(nullptr, nullptr) == FALSE)
+    if (gtk_init_check(nullptr, nullptr) == FALSE) {
         throw StartError{"no display (set DISPLAY, or run it under a virtual X server)"};
+    }
     const Gtk::Main toolkit;
     return Host(options, Prepare(options)).Run();
 }

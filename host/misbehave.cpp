@@ -41,16 +41,19 @@ const std::array<NamedFault, 6>& NamedFaults()
 
 std::optional<Fault> FaultByName(std::string_view name)
 {
-    for (const NamedFault& named : NamedFaults())
-        if (name == named.name)
+    for (const NamedFault& named : NamedFaults()) {
+        if (name == named.name) {
             return named.fault;
+        }
+    }
     return std::nullopt;
 }
 
 bool Misbehave::Answer(AnswerKind kind, const CMD_DATA* answer)
 {
-    if (!m_fault || answer == nullptr)
+    if (!m_fault || answer == nullptr) {
         return m_next.Answer(kind, answer);
+    }
     return Spoil(kind, *answer);
 }
 
@@ -77,8 +80,9 @@ bool Misbehave::Spoil(AnswerKind kind, const CMD_DATA& answer)
         m_kept.assign(1, {kind, answer, m_ticks + repeatTicks});
         break;
     case Fault::Flood:
-        for (int i = 1; i < floodCount; ++i)
+        for (int i = 1; i < floodCount; ++i) {
             m_next.Answer(kind, &answer);
+        }
         break;
     }
     return m_next.Answer(kind, &answer);

@@ -40,16 +40,18 @@ CLI::Validator Silent(CLI::Validator check)
 std::string FaultHelp()
 {
     std::string help = "misbehave towards the debugger on purpose, in one of these ways:";
-    for (const NamedFault& named : NamedFaults())
+    for (const NamedFault& named : NamedFaults()) {
         help += std::string("\n  ") + named.name + ": " + named.description;
+    }
     return help;
 }
 
 std::map<std::string, Fault> Faults()
 {
     std::map<std::string, Fault> faults;
-    for (const NamedFault& named : NamedFaults())
+    for (const NamedFault& named : NamedFaults()) {
         faults[named.name] = named.fault;
+    }
     return faults;
 }
 
@@ -118,11 +120,13 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         return ExitStatus{app.exit(error) == 0 ? exitGood : exitUsage};
     }
     options.cycle = std::chrono::milliseconds(cycle);
-    if (runOption->count() > 0)
+    if (runOption->count() > 0) {
         options.run = std::chrono::milliseconds(std::llround(run * std::milli::den));
+    }
     options.fault = FaultByName(fault);
-    if (!options.replay.empty())
+    if (!options.replay.empty()) {
         options.debugger = true;
+    }
     return options;
 }
 

@@ -44,10 +44,12 @@ OperatorPanel::OperatorPanel(Plant& plant)
 {
     Prepare(m_switchFrame, m_switchGrid);
     Prepare(m_lampFrame, m_lampGrid);
-    for (std::size_t place = 0; place < plant.Switches().size(); ++place)
+    for (std::size_t place = 0; place < plant.Switches().size(); ++place) {
         BuildSwitch(place);
-    for (std::size_t place = 0; place < plant.Lamps().size(); ++place)
+    }
+    for (std::size_t place = 0; place < plant.Lamps().size(); ++place) {
         BuildLamp(place);
+    }
     pack_start(m_switchFrame, Gtk::PACK_SHRINK);
     pack_start(m_lampFrame, Gtk::PACK_SHRINK);
 }
@@ -101,8 +103,9 @@ void OperatorPanel::SetLanguage(std::string_view language)
         m_switches[place]->name.set_text(name);
         m_switches[place]->button.set_label(name);
     }
-    for (std::size_t place = 0; place < m_lamps.size(); ++place)
+    for (std::size_t place = 0; place < m_lamps.size(); ++place) {
         m_lamps[place]->name.set_text(NameOf(m_plant.Lamps().at(place), language));
+    }
 }
 
 void OperatorPanel::Refresh()
@@ -111,12 +114,14 @@ void OperatorPanel::Refresh()
     // Only what has changed in the PLC is shown anew: a switch that the operator has just moved
     // must not jump back before the next cycle.
     for (std::size_t place = 0; place < m_switches.size(); ++place) {
-        if (now.switches[place] != m_shown.switches[place] && !m_plant.Switches()[place].isButton)
+        if (now.switches[place] != m_shown.switches[place] && !m_plant.Switches()[place].isButton) {
             m_switches[place]->lever.set_active(now.switches[place]);
+        }
     }
     for (std::size_t place = 0; place < m_lamps.size(); ++place) {
-        if (now.lamps[place] != m_shown.lamps[place])
+        if (now.lamps[place] != m_shown.lamps[place]) {
             m_lamps[place]->light.set_markup(now.lamps[place] ? lit : dark);
+        }
     }
     m_shown = std::move(now);
 }

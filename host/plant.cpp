@@ -46,8 +46,9 @@ std::vector<bool> BitsOf(const std::vector<plc::Cell>& cells, const plc::Image& 
 {
     std::vector<bool> bits;
     bits.reserve(cells.size());
-    for (const plc::Cell& cell : cells)
+    for (const plc::Cell& cell : cells) {
         bits.push_back(image.IsOn(cell));
+    }
     return bits;
 }
 
@@ -119,8 +120,9 @@ PanelState Plant::Panel() const
 
 std::optional<samples::BottlingView> Plant::Line() const
 {
-    if (m_line == nullptr)
+    if (m_line == nullptr) {
         return std::nullopt;
+    }
     return m_line->View();
 }
 

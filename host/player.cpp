@@ -40,8 +40,9 @@ void Player::Request(const CMD_DATA& request)
     case PLC_CMD_WRITE_VAR:
         return m_log("a recording takes no values; nothing is written");
     case PLC_CMD_DELETE_VAR:
-        if (IsRelease(request))
+        if (IsRelease(request)) {
             m_variables.erase(request.key);
+        }
         return;
     case PLC_CMD_PRG_STATE:
         return OnProgramState(request);
@@ -53,8 +54,9 @@ void Player::Request(const CMD_DATA& request)
 void Player::OnRead(const CMD_DATA& request)
 {
     const std::string operand = ReadOperand(request);
-    if (m_operands.count(operand) == 0)
+    if (m_operands.count(operand) == 0) {
         m_log("\"" + operand + "\" is not in the recording; it is answered by nothing");
+    }
     m_variables[request.key] = {operand};
 }
 
@@ -63,8 +65,9 @@ void Player::OnProgramState(const CMD_DATA& request)
     m_steps.reset();
     const auto range = RequestedSteps(request);
     const std::size_t count = range ? CountSteps(*range) : 0;
-    if (count > 0 && count <= maxStepsInAnswer)
+    if (count > 0 && count <= maxStepsInAnswer) {
         m_steps = Steps{*range};
+    }
 }
 
 void Player::Forget()
@@ -101,21 +104,26 @@ void Player::Advance(Clock::time_point now)
     const auto passed = now - std::exchange(m_advanced, now).value_or(now);
     m_position = std::min<decltype(m_position)>(m_position + passed * m_speed, Length());
     const auto& events = m_recording.events;
-    for (; m_next < events.size() && events[m_next].time <= m_position; ++m_next)
+    for (; m_next < events.size() && events[m_next].time <= m_position; ++m_next) {
         Play(events[m_next]);
-    for (auto& [key, variable] : m_variables)
-        if (variable.due)
+    }
+    for (auto& [key, variable] : m_variables) {
+        if (variable.due) {
             AnswerVariable(key, variable);
-    if (m_steps && m_steps->due)
+        }
+    }
+    if (m_steps && m_steps->due) {
         AnswerSteps();
+    }
 }
 
 void Player::Play(const RecordedEvent& event)
 {
     const auto record = RecordOf(event.bytes);
     // What the recorded debugger has not taken nobody has seen.
-    if (!record || !event.taken)
+    if (!record || !event.taken) {
         return;
+    }
     switch (event.kind) {
     case EventKind::Request:
         return PlayRequest(*record);
@@ -130,41 +138,48 @@ void Player::Play(const RecordedEvent& event)
 
 void Player::PlayRequest(const CMD_DATA& request)
 {
-    if (request.command == PLC_CMD_READ_VAR)
+    if (request.command == PLC_CMD_READ_VAR) {
         m_recorded[request.key] = ReadOperand(request);
-    else if (request.command == PLC_CMD_PRG_STATE)
+    } else if (request.command == PLC_CMD_PRG_STATE) {
         m_recordedSteps = RequestedSteps(request);
-    else if (IsRelease(request))
+    } else if (IsRelease(request)) {
         m_recorded.erase(request.key);
+    }
 }
 
 void Player::PlayReadAnswer(const CMD_DATA& answer)
 {
     const auto recorded = m_recorded.find(answer.key);
-    if (recorded == m_recorded.end())
+    if (recorded == m_recorded.end()) {
         return; // an answer that nobody had asked for
+    }
     m_values[recorded->second] = answer;
-    for (auto& [key, variable] : m_variables)
-        if (variable.operand == recorded->second)
+    for (auto& [key, variable] : m_variables) {
+        if (variable.operand == recorded->second) {
             AnswerVariable(key, variable);
+        }
+    }
 }
 
 void Player::PlayStates(const CMD_DATA& answer)
 {
     const StepRange steps = AnsweredSteps(answer);
-    if (!m_recordedSteps || !IsSame(*m_recordedSteps, steps))
+    if (!m_recordedSteps || !IsSame(*m_recordedSteps, steps)) {
         return; // an answer that nobody had asked for
+    }
     std::int64_t step = steps.first;
-    for (const StepState& state : AnsweredStates(answer))
+    for (const StepState& state : AnsweredStates(answer)) {
         m_states[step++] = state;
+    }
     AnswerSteps();
 }
 
 void Player::AnswerVariable(std::uint16_t key, Variable& variable)
 {
     const auto value = m_values.find(variable.operand);
-    if (value == m_values.end())
+    if (value == m_values.end()) {
         return;
+    }
     CMD_DATA answer = value->second;
     answer.key = key;
     // While the debugger is still opening nobody takes answers; they stay due.
@@ -175,14 +190,17 @@ void Player::AnswerVariable(std::uint16_t key, Variable& variable)
 /// before each of them has been recorded.
 void Player::AnswerSteps()
 {
-    if (!m_steps)
+    if (!m_steps) {
         return;
+    }
     std::vector<StepState> states;
     const auto end = m_states.upper_bound(m_steps->range.last);
-    for (auto state = m_states.lower_bound(m_steps->range.first); state != end; ++state)
+    for (auto state = m_states.lower_bound(m_steps->range.first); state != end; ++state) {
         states.push_back(state->second);
-    if (states.size() < CountSteps(m_steps->range))
+    }
+    if (states.size() < CountSteps(m_steps->range)) {
         return;
+    }
     const CMD_DATA answer = MakeProgramStateAnswer(m_steps->range, states);
     m_steps->due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
 }

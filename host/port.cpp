@@ -6,8 +6,9 @@ namespace plchost {
 
 void ThreadRule::Note(const char* callback)
 {
-    if (std::this_thread::get_id() == m_guiThread)
+    if (std::this_thread::get_id() == m_guiThread) {
         return;
+    }
     const std::lock_guard lock(m_mutex);
     if (m_violation.empty()) {
         m_violation = std::string("the callback ") + callback +
@@ -48,8 +49,9 @@ PLC_DBG_INIT RequestPort::InitRecord(const std::string& pathPrefix) const
 
 std::int32_t RequestPort::OnTallFrame()
 {
-    if (m_pCurrent == nullptr)
+    if (m_pCurrent == nullptr) {
         return 0;
+    }
     m_pCurrent->m_threads.Note("pfnTallFrame");
     return m_pCurrent->m_tallFrame ? 1 : 0;
 }
@@ -76,8 +78,9 @@ std::int32_t RequestPort::OnDeleteVar(const CMD_DATA* request)
 
 std::int32_t RequestPort::Serve(const char* callback, const CMD_DATA* request)
 {
-    if (m_pCurrent == nullptr || request == nullptr)
+    if (m_pCurrent == nullptr || request == nullptr) {
         return 0;
+    }
     m_pCurrent->m_threads.Note(callback);
     m_pCurrent->m_handler.Request(*request);
     return 1;

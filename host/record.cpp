@@ -66,15 +66,17 @@ std::int16_t DeleteArgument(const CMD_DATA& request)
 std::optional<StepRange> RequestedSteps(const CMD_DATA& request)
 {
     const StepRange steps = AnsweredSteps(request);
-    if (request.key == 0 && steps.first == 0 && steps.last == 0)
+    if (request.key == 0 && steps.first == 0 && steps.last == 0) {
         return std::nullopt;
+    }
     return steps;
 }
 
 std::size_t CountSteps(StepRange steps)
 {
-    if (steps.last < steps.first)
+    if (steps.last < steps.first) {
         return 0;
+    }
     return static_cast<std::size_t>(std::int64_t{steps.last} - steps.first) + 1;
 }
 
@@ -118,8 +120,9 @@ std::vector<StepState> AnsweredStates(const CMD_DATA& answer)
 {
     const std::size_t length = std::min<std::size_t>(answer.length, PLC_CMD_SIZE);
     const std::size_t count = CountSteps(AnsweredSteps(answer));
-    if (count > maxStepsInAnswer || length < statesAt + bytesPerState * count)
+    if (count > maxStepsInAnswer || length < statesAt + bytesPerState * count) {
         return {};
+    }
     std::vector<StepState> states;
     for (std::size_t i = 0; i < count; ++i) {
         states.push_back(

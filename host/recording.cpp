@@ -24,8 +24,9 @@ constexpr int bitsPerByte = 8;
 
 void Put(std::string& bytes, std::uint64_t number, std::size_t width)
 {
-    for (std::size_t i = 0; i < width; ++i)
+    for (std::size_t i = 0; i < width; ++i) {
         bytes += static_cast<char>(number >> (bitsPerByte * i));
+    }
 }
 
 /// Takes numbers and texts off the front of bytes. Never asked for more than there is.
@@ -48,8 +49,9 @@ public:
     std::uint64_t Number(std::size_t width)
     {
         std::uint64_t number = 0;
-        for (std::size_t i = 0; i < width; ++i)
+        for (std::size_t i = 0; i < width; ++i) {
             number |= std::uint64_t{static_cast<unsigned char>(m_rest[i])} << (bitsPerByte * i);
+        }
         m_rest.remove_prefix(width);
         return number;
     }
@@ -116,12 +118,14 @@ std::string TornRemark(std::size_t offset)
 
 std::string HeadProblem(std::string_view bytes)
 {
-    if (bytes.substr(0, magic.size()) != magic || bytes.size() < headSize)
+    if (bytes.substr(0, magic.size()) != magic || bytes.size() < headSize) {
         return "is no recording (plchost --record FILE makes one)";
+    }
     Reader reader(bytes.substr(magic.size()));
     const std::uint64_t version = reader.Number(4);
-    if (version == formatVersion)
+    if (version == formatVersion) {
         return "";
+    }
     return "has format version " + std::to_string(version) + ", and this plchost plays version " +
            std::to_string(formatVersion) + " (take the plchost that has recorded it)";
 }
@@ -149,8 +153,9 @@ std::string EncodeEvent(const RecordedEvent& event)
 std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes)
 {
     const std::string problem = HeadProblem(bytes);
-    if (!problem.empty())
+    if (!problem.empty()) {
         return LoadError{problem};
+    }
     Recording recording;
     bool hasListing = false;
     microseconds before{0};
@@ -163,23 +168,26 @@ std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes)
             break;
         }
         const EventHead head = HeadOf(reader);
-        if (!IsSound(head, !hasListing, before))
+        if (!IsSound(head, !hasListing, before)) {
             return LoadError{"is damaged at byte " + std::to_string(offset) + " (copy it again)"};
+        }
         if (reader.Left() < head.size) {
             recording.remark = TornRemark(offset);
             break;
         }
         const std::string_view data = reader.Text(static_cast<std::size_t>(head.size));
         before = microseconds(head.time);
-        if (hasListing)
+        if (hasListing) {
             recording.events.push_back(
                 {before, static_cast<EventKind>(head.kind), head.taken != 0, std::string(data)});
-        else
+        } else {
             recording.listing = data;
+        }
         hasListing = true;
     }
-    if (!hasListing)
+    if (!hasListing) {
         return LoadError{"is torn before its first record; there is nothing to play"};
+    }
     return recording;
 }
 
@@ -187,18 +195,21 @@ std::variant<Recording, LoadError> ReadRecording(const std::string& file)
 {
     std::ifstream in(file, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (!in.is_open() || in.bad())
+    if (!in.is_open() || in.bad()) {
         return LoadError{"cannot read the recording \"" + file + "\": " + std::strerror(errno)};
+    }
     auto decoded = DecodeRecording(bytes);
-    if (auto* const error = std::get_if<LoadError>(&decoded))
+    if (auto* const error = std::get_if<LoadError>(&decoded)) {
         error->message.insert(0, "\"" + file + "\" ");
+    }
     return decoded;
 }
 
 std::string CountingBytes(const CMD_DATA* record)
 {
-    if (record == nullptr)
+    if (record == nullptr) {
         return "";
+    }
     const std::size_t size = std::clamp<std::size_t>(
         record->length, std::size_t{PLC_CMD_HEADER_SIZE}, std::size_t{PLC_CMD_SIZE});
     return {reinterpret_cast<const char*>(record), size};
@@ -206,8 +217,9 @@ std::string CountingBytes(const CMD_DATA* record)
 
 std::optional<CMD_DATA> RecordOf(std::string_view bytes)
 {
-    if (bytes.empty())
+    if (bytes.empty()) {
         return std::nullopt;
+    }
     CMD_DATA record{};
     std::memcpy(&record, bytes.data(), std::min(bytes.size(), sizeof record));
     return record;
@@ -219,11 +231,13 @@ std::vector<std::string> WatchedOperands(const Recording& recording)
     std::set<std::string> seen;
     for (const RecordedEvent& event : recording.events) {
         const auto request = RecordOf(event.bytes);
-        if (event.kind != EventKind::Request || request->command != PLC_CMD_READ_VAR)
+        if (event.kind != EventKind::Request || request->command != PLC_CMD_READ_VAR) {
             continue;
+        }
         const std::string operand = ReadOperand(*request);
-        if (seen.insert(operand).second)
+        if (seen.insert(operand).second) {
             operands.push_back(operand);
+        }
     }
     return operands;
 }

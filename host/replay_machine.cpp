@@ -32,16 +32,18 @@ ReplayMachine::~ReplayMachine()
 void ReplayMachine::OnDebugger(bool open)
 {
     m_isPlaying = open;
-    if (!open)
+    if (!open) {
         m_player.Forget();
+    }
 }
 
 void ReplayMachine::Start()
 {
     m_timer = Glib::signal_timeout().connect(
         [this] {
-            if (m_isPlaying)
+            if (m_isPlaying) {
                 m_player.Advance(Player::Clock::now());
+            }
             m_tick();
             return true;
         },

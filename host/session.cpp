@@ -16,12 +16,14 @@ constexpr int pollsWithoutWindowLimit = 4;
 bool PluginAnswers::Answer(AnswerKind kind, const CMD_DATA* answer)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_shut)
+    if (m_shut) {
         return false;
+    }
     const PlcAnswerExport send =
         kind == AnswerKind::ReadVar ? m_plugin.answerReadVar : m_plugin.answerProgramState;
-    if (answer == nullptr)
+    if (answer == nullptr) {
         return send(nullptr) != 0;
+    }
     CMD_DATA copy = *answer; // the export takes a pointer that it could write through
     return send(reinterpret_cast<unsigned char*>(&copy)) != 0;
 }
@@ -50,8 +52,9 @@ DebuggerSession::DebuggerSession(
 
 std::string DebuggerSession::Open(PLC_DBG_INIT init)
 {
-    if (m_open || IsBusy())
+    if (m_open || IsBusy()) {
         return "";
+    }
     m_open = true;
     m_pollsWithoutWindow = 0;
     ++m_calls;
@@ -61,16 +64,18 @@ std::string DebuggerSession::Open(PLC_DBG_INIT init)
     const bool failed = m_open && !created;
     m_open = created;
     m_onChange();
-    if (!failed)
+    if (!failed) {
         return "";
+    }
     return "the debugger does not open: the library could not set up its toolkit (is it the one "
            "for this GTK version?)";
 }
 
 void DebuggerSession::Close()
 {
-    if (!m_open && !IsBusy())
+    if (!m_open && !IsBusy()) {
         return;
+    }
     m_open = false;
     m_answers.Shut();
     ++m_calls;
@@ -82,19 +87,22 @@ void DebuggerSession::Close()
 /// Answers may go out again when no destroy is under way any more.
 void DebuggerSession::Leave()
 {
-    if (--m_calls == 0)
+    if (--m_calls == 0) {
         m_answers.Open();
+    }
 }
 
 void DebuggerSession::Poll()
 {
-    if (!m_open || IsBusy())
+    if (!m_open || IsBusy()) {
         return;
+    }
     m_pollsWithoutWindow = m_anyWindow() ? 0 : m_pollsWithoutWindow + 1;
     // After the close box an answer is refused. After the menu's Exit the debugger is hidden and
     // still takes answers; only its windows tell.
-    if (!IsAnswered() || m_pollsWithoutWindow >= pollsWithoutWindowLimit)
+    if (!IsAnswered() || m_pollsWithoutWindow >= pollsWithoutWindowLimit) {
         Close();
+    }
 }
 
 /// Asks with an answer for no step at all, which no request can ever match.

@@ -26,8 +26,9 @@ std::string_view Trimmed(std::string_view text)
 {
     constexpr std::string_view blanks = " \t\r\n";
     const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
@@ -63,13 +64,16 @@ std::optional<Section> FindSection(const std::vector<std::string>& lines)
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     for (std::size_t i = 0; i < lines.size(); ++i) {
         std::string_view line = lines[i];
-        if (i == 0 && line.substr(0, byteOrderMark.size()) == byteOrderMark)
+        if (i == 0 && line.substr(0, byteOrderMark.size()) == byteOrderMark) {
             line.remove_prefix(byteOrderMark.size());
-        if (!SameName(Trimmed(line), headline))
+        }
+        if (!SameName(Trimmed(line), headline)) {
             continue;
+        }
         std::size_t end = i + 1;
-        while (end < lines.size() && Trimmed(lines[end]).substr(0, 1) != "[")
+        while (end < lines.size() && Trimmed(lines[end]).substr(0, 1) != "[") {
             ++end;
+        }
         return Section{i + 1, end};
     }
     return std::nullopt;
@@ -87,8 +91,9 @@ std::string Escaped(std::string_view value)
 {
     std::string escaped;
     for (const char c : value) {
-        if (c == '\\' || c == '"')
+        if (c == '\\' || c == '"') {
             escaped += '\\';
+        }
         escaped += c;
     }
     return Trimmed(value) == value && value.substr(0, 1) != "\"" ? escaped : '"' + escaped + '"';
@@ -114,8 +119,9 @@ bool ReplaceWhole(const std::string& file, const std::string& text)
         }
     }
     const fs::file_status old = fs::status(target, error);
-    if (fs::exists(old))
+    if (fs::exists(old)) {
         fs::permissions(fresh, old.permissions(), error);
+    }
     fs::rename(fresh, target, error);
     return !error;
 }
@@ -136,8 +142,9 @@ std::optional<std::string> SettingIn(std::string_view text, std::string_view key
     const Section settings = FindSection(lines).value_or(Section{0, 0});
     for (std::size_t i = settings.end; i > settings.begin; --i) {
         const std::string_view line = lines[i - 1];
-        if (Sets(line, key))
+        if (Sets(line, key)) {
             return std::string(Trimmed(line.substr(line.find('=') + 1)));
+        }
     }
     return std::nullopt;
 }
@@ -146,8 +153,9 @@ std::string WithSetting(std::string_view text, std::string_view key, std::string
 {
     const std::string fresh = std::string(key) + '=' + Escaped(value) + '\n';
     auto lines = LinesOf(text);
-    if (!lines.empty() && lines.back().back() != '\n')
+    if (!lines.empty() && lines.back().back() != '\n') {
         lines.back() += '\n';
+    }
     auto settings = FindSection(lines);
     if (!settings) {
         lines.push_back(std::string(headline) + '\n');
@@ -160,12 +168,14 @@ std::string WithSetting(std::string_view text, std::string_view key, std::string
             found = true;
         }
     }
-    if (!found)
+    if (!found) {
         lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(settings->begin), fresh);
+    }
 
     std::string result;
-    for (const std::string& line : lines)
+    for (const std::string& line : lines) {
         result += line;
+    }
     return result;
 }
 
@@ -185,15 +195,18 @@ std::string ReadLanguage(const std::string& file)
 std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
 {
     const std::string settings = ReadFile(files.settings);
-    if (!SettingIn(settings, lastFileKey).value_or("").empty())
+    if (!SettingIn(settings, lastFileKey).value_or("").empty()) {
         return "";
+    }
     const std::string list = files.prefix + ".plc";
     std::error_code error;
-    if (!fs::exists(list, error))
+    if (!fs::exists(list, error)) {
         fs::copy_file(sample, list, error);
-    if (error)
+    }
+    if (error) {
         return "cannot copy the sample list \"" + sample + "\" to \"" + list +
                "\": " + error.message();
+    }
     return ReplaceFile(files.settings, WithSetting(settings, lastFileKey, list));
 }
 
@@ -201,8 +214,9 @@ std::string UseWatchList(const ConfigFiles& files, const std::string& lines)
 {
     const std::string list = files.prefix + ".plc";
     std::string problem = ReplaceFile(list, lines);
-    if (!problem.empty())
+    if (!problem.empty()) {
         return problem;
+    }
     return ReplaceFile(files.settings, WithSetting(ReadFile(files.settings), lastFileKey, list));
 }
 
@@ -222,8 +236,9 @@ std::string DebugFileProblem(const std::string& file)
     constexpr std::int64_t indexOffsetAt = 8;
     constexpr const char* cure = " (start the host anew, it writes the file from its program)";
     std::ifstream in(file, std::ios::binary);
-    if (!in)
+    if (!in) {
         return "no program debug file \"" + file + "\"" + cure;
+    }
     const auto numberAt = [&in](std::int64_t offset) {
         std::int32_t number = 0;
         in.seekg(offset);
@@ -231,8 +246,9 @@ std::string DebugFileProblem(const std::string& file)
         return in ? number : 0;
     };
     const std::int32_t index = numberAt(indexOffsetAt);
-    if (index <= 0 || numberAt(index) <= 0)
+    if (index <= 0 || numberAt(index) <= 0) {
         return "the program debug file \"" + file + "\" holds no block" + cure;
+    }
     return "";
 }
 

@@ -65,8 +65,9 @@ const char* EnvironmentLanguage()
 {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* const value = std::getenv(name);
-        if (value != nullptr && *value != '\0')
+        if (value != nullptr && *value != '\0') {
             return std::string_view(value).substr(0, 2) == "de" ? "de" : "en";
+        }
     }
     return "en";
 }

@@ -37,10 +37,12 @@ std::string Steps(StepRange steps)
 std::string DescribeDelete(const CMD_DATA& request)
 {
     const std::int16_t argument = DeleteArgument(request);
-    if (argument == PLC_DELETE_ARG_START)
+    if (argument == PLC_DELETE_ARG_START) {
         return "start   " + Key(request);
-    if (argument == PLC_DELETE_ARG_RELEASE)
+    }
+    if (argument == PLC_DELETE_ARG_RELEASE) {
         return "release " + Key(request);
+    }
     return "delete  " + Key(request) + Print("  unknown argument %d", int{argument});
 }
 
@@ -49,8 +51,9 @@ std::string DescribeStates(const CMD_DATA& answer)
     std::string text;
     for (const StepState& state : AnsweredStates(answer)) {
         text += state.logicResult ? " 1" : " 0";
-        if (state.value != PLC_NO_VALUE)
+        if (state.value != PLC_NO_VALUE) {
             text += Print(":%" PRId32, state.value);
+        }
     }
     return text;
 }
@@ -69,8 +72,9 @@ std::string DescribeRequest(const CMD_DATA& request)
     case PLC_CMD_DELETE_VAR:
         return DescribeDelete(request);
     case PLC_CMD_PRG_STATE:
-        if (const auto steps = RequestedSteps(request))
+        if (const auto steps = RequestedSteps(request)) {
             return "steps   " + Steps(*steps);
+        }
         return "steps   stop";
     default:
         return Print(
@@ -84,13 +88,15 @@ std::string DescribeRequest(const CMD_DATA& request)
 std::string DescribeAnswer(AnswerKind kind, const CMD_DATA* answer)
 {
     const std::string what = kind == AnswerKind::ReadVar ? "value   " : "states  ";
-    if (answer == nullptr)
+    if (answer == nullptr) {
         return what + "null pointer";
+    }
     std::string text = kind == AnswerKind::ReadVar
                            ? Key(*answer) + "  " + Number(AnsweredValue(*answer))
                            : Steps(AnsweredSteps(*answer)) + " " + DescribeStates(*answer);
-    if (answer->length > PLC_CMD_SIZE)
+    if (answer->length > PLC_CMD_SIZE) {
         text += Print("  (length %u)", unsigned{answer->length});
+    }
     return what + text;
 }
 

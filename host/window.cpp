@@ -60,8 +60,9 @@ void HostWindow::BuildProblem()
     m_problem.set_message_type(Gtk::MESSAGE_ERROR);
     m_problem.set_show_close_button(true);
     m_problem.signal_response().connect([this](int) { m_problem.hide(); });
-    if (auto* const area = dynamic_cast<Gtk::Container*>(m_problem.get_content_area()))
+    if (auto* const area = dynamic_cast<Gtk::Container*>(m_problem.get_content_area())) {
         area->add(m_problemText);
+    }
 }
 
 void HostWindow::SetLanguage(const std::string& language)

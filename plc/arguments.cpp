@@ -16,10 +16,12 @@ namespace {
 
 unsigned KindOf(const Operand& operand)
 {
-    if (operand.area == Area::Timer)
+    if (operand.area == Area::Timer) {
         return takesTimer;
-    if (operand.area == Area::Counter)
+    }
+    if (operand.area == Area::Counter) {
         return takesCounter;
+    }
     return operand.width == Width::Bit ? takesBit : takesNumber;
 }
 
@@ -28,8 +30,9 @@ std::string Missing(const Operand& operand)
 {
     const std::string name = OperandName(operand);
     const std::uint32_t size = AreaSize(operand.area, operand.block);
-    if (size == 0)
+    if (size == 0) {
         return name + " does not exist: there is no data block " + std::to_string(operand.block);
+    }
     const bool isNumbered = operand.area == Area::Timer || operand.area == Area::Counter;
     return name + " does not exist: the last " + (isNumbered ? "number" : "byte") +
            " of this area is " + std::to_string(size - 1);
@@ -51,11 +54,13 @@ std::variant<std::uint32_t, std::string> ParseBits(std::string text, int base)
     std::uint32_t bits = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, bits, base);
-    if (error == std::errc::result_out_of_range)
+    if (error == std::errc::result_out_of_range) {
         return "the number does not fit 32 bits";
-    if (error != std::errc() || stop != end)
+    }
+    if (error != std::errc() || stop != end) {
         return base == 2 ? "expected binary digits after 2#"
                          : "expected hexadecimal digits after 16#";
+    }
     return bits;
 }
 
@@ -64,10 +69,12 @@ std::variant<std::uint32_t, std::string> ParseFloat(const std::string& text)
     float number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc::result_out_of_range)
+    if (error == std::errc::result_out_of_range) {
         return "the number does not fit single precision";
-    if (error != std::errc() || stop != end)
+    }
+    if (error != std::errc() || stop != end) {
         return "expected a floating-point number such as 1.5 or -2.0e3";
+    }
     static_assert(sizeof(number) == sizeof(std::uint32_t));
     std::uint32_t bits = 0;
     std::memcpy(&bits, &number, sizeof(bits));
@@ -79,12 +86,14 @@ std::variant<std::uint32_t, std::string> ParseDecimal(const std::string& text)
     std::int32_t number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc::result_out_of_range)
+    if (error == std::errc::result_out_of_range) {
         return "the number is not between " +
                std::to_string(std::numeric_limits<std::int32_t>::min()) + " and " +
                std::to_string(std::numeric_limits<std::int32_t>::max());
-    if (error != std::errc() || stop != end)
+    }
+    if (error != std::errc() || stop != end) {
         return "expected a number such as 100, -5, 16#1F, 2#1010 or 1.5";
+    }
     return static_cast<std::uint32_t>(number);
 }
 
@@ -94,10 +103,12 @@ std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text)
 {
     constexpr std::string_view hexadecimal = "16#";
     constexpr std::string_view binary = "2#";
-    if (text.compare(0, hexadecimal.size(), hexadecimal) == 0)
+    if (text.compare(0, hexadecimal.size(), hexadecimal) == 0) {
         return ParseBits(text.substr(hexadecimal.size()), 16);
-    if (text.compare(0, binary.size(), binary) == 0)
+    }
+    if (text.compare(0, binary.size(), binary) == 0) {
         return ParseBits(text.substr(binary.size()), 2);
+    }
     // The standard conversions know no plus sign.
     const bool hasPlus = text.size() > 1 && text[0] == '+' && IsDigit(text[1]);
     const std::string number = hasPlus ? text.substr(1) : text;
@@ -126,10 +137,12 @@ std::string ExpectedArguments(unsigned arguments)
         {takesBlock, "a block such as PB10 or FB3"}};
     std::string text;
     for (const auto& [kind, words] : kinds) {
-        if ((arguments & kind) == 0)
+        if ((arguments & kind) == 0) {
             continue;
-        if (!text.empty())
+        }
+        if (!text.empty()) {
             text += ", or ";
+        }
         text += words;
     }
     return text;
@@ -141,15 +154,18 @@ ReadArgument(unsigned arguments, std::string_view text)
     const std::string joined = WithoutBlanks(text);
     if ((arguments & takesConstant) != 0 && joined.find_first_of("+-0123456789") == 0) {
         const auto constant = ParseConstant(joined);
-        if (const auto* error = std::get_if<std::string>(&constant))
+        if (const auto* error = std::get_if<std::string>(&constant)) {
             return *error + ", " + Found(text);
+        }
         return std::get<std::uint32_t>(constant);
     }
     const auto operand = ParseOperand(joined);
-    if (!operand || (arguments & KindOf(*operand)) == 0)
+    if (!operand || (arguments & KindOf(*operand)) == 0) {
         return "expected " + ExpectedArguments(arguments) + ", " + Found(text);
-    if (!Exists(*operand))
+    }
+    if (!Exists(*operand)) {
         return Missing(*operand);
+    }
     return *operand;
 }
 

@@ -79,27 +79,31 @@ void Assembler::AddLine(std::string_view text)
 {
     m_text = text;
     ++m_sourceLine;
-    if (const auto bad = FindBadByte(text))
+    if (const auto bad = FindBadByte(text)) {
         AddError(bad->at, bad->message);
-    if (text.size() > maxLineBytes)
+    }
+    if (text.size() > maxLineBytes) {
         AddError(
             0,
             "the line has " + std::to_string(text.size()) + " bytes, the listing takes " +
                 std::to_string(maxLineBytes));
+    }
     const SourceLine line = SplitLine(text);
-    if (line.mnemonic.text == "TITLE")
+    if (line.mnemonic.text == "TITLE") {
         BeginBlock(line);
-    else if (m_inBlock)
+    } else if (m_inBlock) {
         AddListingLine(line);
-    else
+    } else {
         AddOutside(line);
+    }
 }
 
 void Assembler::AddOutside(const SourceLine& line)
 {
     const bool isRemark = line.mnemonic.text.empty() && !line.hasLabel;
-    if (isRemark || std::exchange(m_reportedOutside, true))
+    if (isRemark || std::exchange(m_reportedOutside, true)) {
         return;
+    }
     AddError(
         line.hasLabel ? line.label.at : line.mnemonic.at,
         "expected the beginning of a block such as 'PB10: TITLE Conveyor', found " +
@@ -115,19 +119,21 @@ void Assembler::BeginBlock(const SourceLine& line)
             "expected BE at the end of " + m_program.blocks.back().name + " first");
         EndBlock();
     }
-    if (!IsBlockName(name))
+    if (!IsBlockName(name)) {
         AddError(
             line.label.at,
             "expected the block's name before TITLE (OB1, PB0 to PB999 or FB0 to FB999, and a "
             "colon), " +
                 Found(name));
-    else if (!m_blocks.emplace(name, m_program.blocks.size()).second)
+    } else if (!m_blocks.emplace(name, m_program.blocks.size()).second) {
         AddError(line.label.at, "there are two blocks " + name);
-    if (m_nextStep > maxFirstStep)
+    }
+    if (m_nextStep > maxFirstStep) {
         AddError(
             line.label.at,
             "the first step of " + name + " is " + std::to_string(m_nextStep) +
                 ", the debug file takes " + std::to_string(maxFirstStep) + " at most");
+    }
     m_inBlock = true;
     m_reportedOutside = false;
     m_program.blocks.push_back({name, std::string(line.argument.text), m_nextStep, {}});
@@ -137,8 +143,9 @@ void Assembler::BeginBlock(const SourceLine& line)
 void Assembler::EndBlock()
 {
     ResolveLabels();
-    for (const Word& bracket : m_openBrackets)
+    for (const Word& bracket : m_openBrackets) {
         AddErrorAt(m_sourceLine, 1, "expected ')' for " + Quoted(bracket.text));
+    }
     m_openBrackets.clear();
     m_inBlock = false;
 }
@@ -146,36 +153,43 @@ void Assembler::EndBlock()
 void Assembler::AddListingLine(const SourceLine& line)
 {
     Block& block = m_program.blocks.back();
-    if (block.lines.size() == maxBlockLines)
+    if (block.lines.size() == maxBlockLines) {
         AddError(0, block.name + " has more than " + std::to_string(maxBlockLines) + " lines");
+    }
     Line listing;
     listing.text = m_text;
-    if (IsExecutable(m_text))
+    if (IsExecutable(m_text)) {
         listing.step = m_nextStep++;
-    if (line.hasLabel)
+    }
+    if (line.hasLabel) {
         AddLabel(line.label);
-    if (!line.mnemonic.text.empty())
+    }
+    if (!line.mnemonic.text.empty()) {
         AddInstruction(line, listing);
+    }
     const Op op = listing.op;
     block.lines.push_back(std::move(listing));
-    if (op == Op::BlockEnd)
+    if (op == Op::BlockEnd) {
         EndBlock();
+    }
 }
 
 void Assembler::AddLabel(const Word& label)
 {
     const std::size_t line = m_program.blocks.back().lines.size();
-    if (!IsIdentifier(label.text))
+    if (!IsIdentifier(label.text)) {
         AddError(
             label.at,
             "expected a label of letters, digits and underscores before the colon, " +
                 Found(label.text));
-    else if (IsBlockName(label.text))
+    } else if (IsBlockName(label.text)) {
         AddError(label.at, "expected TITLE after the name of block " + std::string(label.text));
-    else if (!m_labels.emplace(label.text, line).second)
+    } else if (!m_labels.emplace(label.text, line).second) {
         AddError(label.at, "there are two labels " + Quoted(label.text) + " in this block");
-    if (!m_openBrackets.empty())
+    }
+    if (!m_openBrackets.empty()) {
         AddError(label.at, "a label cannot stand between brackets");
+    }
 }
 
 void Assembler::AddInstruction(const SourceLine& line, Line& listing)
@@ -193,17 +207,19 @@ void Assembler::AddInstruction(const SourceLine& line, Line& listing)
 void Assembler::CheckBrackets(const Word& mnemonic, Op op)
 {
     if (op >= Op::AndOpen && op <= Op::OrNotOpen) {
-        if (m_openBrackets.size() == maxOpenBrackets)
+        if (m_openBrackets.size() == maxOpenBrackets) {
             AddError(
                 mnemonic.at,
                 "more than " + std::to_string(maxOpenBrackets) +
                     " brackets are open inside each other");
+        }
         m_openBrackets.push_back(mnemonic);
     } else if (op == Op::Close) {
-        if (m_openBrackets.empty())
+        if (m_openBrackets.empty()) {
             AddError(mnemonic.at, "')' without an open bracket");
-        else
+        } else {
             m_openBrackets.pop_back();
+        }
     } else if (TransfersControl(op) && !m_openBrackets.empty()) {
         AddError(mnemonic.at, Quoted(mnemonic.text) + " cannot stand between brackets");
         m_openBrackets.clear();
@@ -213,26 +229,29 @@ void Assembler::CheckBrackets(const Word& mnemonic, Op op)
 void Assembler::AddArgument(const Instruction& instruction, const Word& argument, Line& listing)
 {
     const unsigned takes = instruction.arguments;
-    if (takes == takesText)
+    if (takes == takesText) {
         return;
+    }
     if (takes == takesNothing) {
-        if (!argument.text.empty())
+        if (!argument.text.empty()) {
             AddError(
                 argument.at,
                 "expected nothing after " + Quoted(instruction.mnemonic) + ", " +
                     Found(argument.text));
+        }
         return;
     }
     if (argument.text.empty()) {
         AddError(m_text.size(), "expected " + ExpectedArguments(takes) + ", " + Found(""));
         return;
     }
-    if (takes == takesLabel)
+    if (takes == takesLabel) {
         AddReference(m_jumps, argument);
-    else if (takes == takesBlock)
+    } else if (takes == takesBlock) {
         AddReference(m_calls, argument);
-    else
+    } else {
         AddOperand(takes, argument, listing);
+    }
 }
 
 void Assembler::AddReference(std::vector<Reference>& references, const Word& name)
@@ -264,13 +283,14 @@ void Assembler::ResolveLabels()
     Block& block = m_program.blocks.back();
     for (const Reference& jump : m_jumps) {
         const auto label = m_labels.find(jump.name);
-        if (label == m_labels.end())
+        if (label == m_labels.end()) {
             AddErrorAt(
                 jump.sourceLine,
                 jump.column,
                 "there is no label " + Quoted(jump.name) + " in " + block.name);
-        else
+        } else {
             block.lines[jump.line].number = static_cast<std::uint32_t>(label->second);
+        }
     }
     m_jumps.clear();
     m_labels.clear();
@@ -280,11 +300,12 @@ void Assembler::ResolveCalls()
 {
     for (const Reference& call : m_calls) {
         const auto block = m_blocks.find(call.name);
-        if (block == m_blocks.end())
+        if (block == m_blocks.end()) {
             AddErrorAt(call.sourceLine, call.column, "there is no block " + Quoted(call.name));
-        else
+        } else {
             m_program.blocks[call.block].lines[call.line].number =
                 static_cast<std::uint32_t>(block->second);
+        }
     }
 }
 
@@ -296,12 +317,14 @@ Assembly Assembler::Finish()
     }
     ResolveCalls();
     const auto entry = m_blocks.find("OB1");
-    if (entry == m_blocks.end())
+    if (entry == m_blocks.end()) {
         AddErrorAt(std::max<std::size_t>(m_sourceLine, 1), 1, "there is no cyclic block OB1");
-    else
+    } else {
         m_program.entry = entry->second;
-    if (m_errors.empty())
+    }
+    if (m_errors.empty()) {
         return {std::move(m_program), {}};
+    }
     std::stable_sort(m_errors.begin(), m_errors.end(), [](const auto& a, const auto& b) {
         return std::pair(a.line, a.column) < std::pair(b.line, b.column);
     });
@@ -319,14 +342,16 @@ std::string ErrorText(const SourceError& error)
 Assembly Assemble(std::string_view source, const std::string& file)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (source.substr(0, byteOrderMark.size()) == byteOrderMark)
+    if (source.substr(0, byteOrderMark.size()) == byteOrderMark) {
         source.remove_prefix(byteOrderMark.size());
+    }
     Assembler assembler(file);
     while (!source.empty()) {
         const std::size_t end = std::min(source.find('\n'), source.size());
         std::string_view line = source.substr(0, end);
-        if (!line.empty() && line.back() == '\r')
+        if (!line.empty() && line.back() == '\r') {
             line.remove_suffix(1);
+        }
         assembler.AddLine(line);
         source.remove_prefix(std::min(end + 1, source.size()));
     }
@@ -338,8 +363,9 @@ Assembly AssembleFile(const std::string& path)
     std::ifstream in(path, std::ios::binary);
     std::ostringstream source;
     source << in.rdbuf();
-    if (!in.is_open() || source.bad())
+    if (!in.is_open() || source.bad()) {
         return {std::nullopt, {{path, 0, 0, "cannot read the file"}}};
+    }
     return Assemble(source.str(), path);
 }
 

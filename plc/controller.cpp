@@ -42,8 +42,9 @@ Controller::~Controller()
 void Controller::Start()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_status.running)
+    if (m_status.running) {
         return;
+    }
     m_status.running = true;
     m_status.stopped.reset();
     m_status.max = {};
@@ -79,8 +80,9 @@ void Controller::Run()
     const auto begin = Clock::now();
     auto due = begin;
     milliseconds seen{0};
-    if (m_process)
+    if (m_process) {
         m_process->PowerOn(m_image);
+    }
     for (;;) {
         // Whole milliseconds since the beginning, so that no rounding adds up.
         const auto now = duration_cast<milliseconds>(Clock::now() - begin);
@@ -89,22 +91,26 @@ void Controller::Run()
         // A cycle that took longer than its period puts off the next one; none is made up for.
         due = std::max(due + period, Clock::now());
         std::unique_lock lock(m_mutex);
-        if (m_wake.wait_until(lock, due, [this] { return m_end; }))
+        if (m_wake.wait_until(lock, due, [this] { return m_end; })) {
             return;
+        }
     }
 }
 
 void Controller::RunOneCycle(milliseconds elapsed)
 {
-    for (const auto& work : TakePosted())
+    for (const auto& work : TakePosted()) {
         work(m_image);
+    }
     const bool running = Status().running;
     const auto begin = Clock::now();
-    if (m_process)
+    if (m_process) {
         m_process->Advance(m_image, elapsed);
+    }
     const auto stopped = running ? m_program->RunCycle(m_image, elapsed) : std::nullopt;
-    if (!running || stopped)
+    if (!running || stopped) {
         m_image.ClearOutputs();
+    }
     const auto duration = duration_cast<microseconds>(Clock::now() - begin);
 
     std::uint64_t cycle = 0;
@@ -121,8 +127,9 @@ void Controller::RunOneCycle(milliseconds elapsed)
         }
         cycle = m_status.cycles;
     }
-    if (m_afterCycle)
+    if (m_afterCycle) {
         m_afterCycle(m_image, *m_program, cycle);
+    }
 }
 
 } // namespace plc

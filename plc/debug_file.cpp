@@ -20,8 +20,9 @@ constexpr unsigned bitsPerByte = 8;
 /// Appends the lowest @p count bytes of @p value, the lowest first.
 void AppendNumber(std::string& bytes, std::uint32_t value, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i, value >>= bitsPerByte)
+    for (std::size_t i = 0; i < count; ++i, value >>= bitsPerByte) {
         bytes += static_cast<char>(value & 0xFFU);
+    }
 }
 
 /// "PB10 Conveyor", in the bytes of a block record: cut after a whole character, zero-terminated.
@@ -30,8 +31,9 @@ std::string NameField(const Block& block)
     std::string name = block.title.empty() ? block.name : block.name + " " + block.title;
     if (name.size() >= nameBytes) {
         std::size_t cut = nameBytes - 1;
-        while (ContinuesCharacter(name[cut]))
+        while (ContinuesCharacter(name[cut])) {
             --cut;
+        }
         name.resize(cut);
     }
     name.resize(nameBytes, '\0');
@@ -60,18 +62,21 @@ bool WriteDebugFile(const Program& program, std::ostream& out)
         AppendNumber(index, static_cast<std::uint32_t>(block.firstStep), 2);
         AppendNumber(index, static_cast<std::uint32_t>(block.lines.size()), 2);
         AppendNumber(index, static_cast<std::uint32_t>(offset), 4);
-        for (const Line& line : block.lines)
+        for (const Line& line : block.lines) {
             offset += line.text.size() + 1;
+        }
     }
-    if (offset > std::numeric_limits<std::int32_t>::max())
+    if (offset > std::numeric_limits<std::int32_t>::max()) {
         return false;
+    }
 
     std::string header(signature);
     AppendNumber(header, static_cast<std::uint32_t>(offset), 4);
     out << header;
     for (const Block& block : program.blocks) {
-        for (const Line& line : block.lines)
+        for (const Line& line : block.lines) {
             out << line.text << '\n';
+        }
     }
     out << index << std::flush;
     return out.good();
@@ -87,8 +92,9 @@ std::optional<std::string> WriteDebugFile(const Program& program, const std::str
     std::error_code error;
     if (written && out) {
         std::filesystem::rename(fresh, path, error);
-        if (!error)
+        if (!error) {
             return std::nullopt;
+        }
     }
     std::error_code ignored;
     std::filesystem::remove(fresh, ignored);

@@ -46,8 +46,9 @@ Image::Image()
 
 std::optional<Cell> Image::Find(const Operand& operand)
 {
-    if (!Exists(operand))
+    if (!Exists(operand)) {
         return std::nullopt;
+    }
     const Layout& layout = TheLayout();
     Cell cell{Cell::Kind::Memory, operand.width, operand.bit, operand.address};
     switch (operand.area) {
@@ -77,22 +78,27 @@ Cell Image::CellOf(std::string_view name)
 {
     const auto operand = ParseOperand(name);
     const auto cell = operand ? Find(*operand) : std::nullopt;
-    if (!cell)
+    if (!cell) {
         throw std::invalid_argument("no operand " + std::string(name));
+    }
     return *cell;
 }
 
 std::uint32_t Image::Read(const Cell& cell) const
 {
-    if (cell.kind == Cell::Kind::Timer)
+    if (cell.kind == Cell::Kind::Timer) {
         return m_timers[cell.index].Value();
-    if (cell.kind == Cell::Kind::Counter)
+    }
+    if (cell.kind == Cell::Kind::Counter) {
         return m_counters[cell.index].Value();
-    if (cell.width == Width::Bit)
+    }
+    if (cell.width == Width::Bit) {
         return IsOn(cell) ? 1 : 0;
+    }
     std::uint32_t value = 0;
-    for (std::uint32_t i = 0; i < ByteCount(cell.width); ++i)
+    for (std::uint32_t i = 0; i < ByteCount(cell.width); ++i) {
         value = value << bitsPerByte | m_bytes[cell.index + i];
+    }
     return value;
 }
 
@@ -107,17 +113,20 @@ void Image::Write(const Cell& cell, std::uint32_t value)
         const unsigned others = m_bytes[cell.index] & ~mask;
         m_bytes[cell.index] = static_cast<std::uint8_t>((value & 1U) != 0 ? others | mask : others);
     } else {
-        for (std::uint32_t i = ByteCount(cell.width); i-- > 0; value >>= bitsPerByte)
+        for (std::uint32_t i = ByteCount(cell.width); i-- > 0; value >>= bitsPerByte) {
             m_bytes[cell.index + i] = static_cast<std::uint8_t>(value & byteMask);
+        }
     }
 }
 
 bool Image::IsOn(const Cell& cell) const
 {
-    if (cell.kind == Cell::Kind::Timer)
+    if (cell.kind == Cell::Kind::Timer) {
         return m_timers[cell.index].Output();
-    if (cell.kind == Cell::Kind::Counter)
+    }
+    if (cell.kind == Cell::Kind::Counter) {
         return m_counters[cell.index].Output();
+    }
     return ((static_cast<unsigned>(m_bytes[cell.index]) >> cell.bit) & 1U) != 0;
 }
 
@@ -130,15 +139,17 @@ std::optional<std::uint32_t> Image::Read(const Operand& operand) const
 bool Image::Write(const Operand& operand, std::uint32_t value)
 {
     const auto cell = Find(operand);
-    if (cell)
+    if (cell) {
         Write(*cell, value);
+    }
     return cell.has_value();
 }
 
 void Image::AdvanceTimers(std::chrono::milliseconds elapsed)
 {
-    for (Timer& timer : m_timers)
+    for (Timer& timer : m_timers) {
         timer.Advance(elapsed);
+    }
 }
 
 void Image::ClearOutputs()

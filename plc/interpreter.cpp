@@ -22,8 +22,9 @@ bool Contains(const std::optional<StepRange>& range, std::int32_t step)
 
 bool UsesAccumulator(const Line& line)
 {
-    if (line.op == Op::Set)
+    if (line.op == Op::Set) {
         return line.operand.area == Area::Counter;
+    }
     const auto& all = Instructions();
     return line.op == Op::LoadConstant ||
            std::any_of(all.begin(), all.end(), [&line](const Instruction& instruction) {
@@ -43,8 +44,9 @@ public:
 
     std::vector<Code> Compile()
     {
-        for (std::size_t i = 0; i < m_block.lines.size(); ++i)
+        for (std::size_t i = 0; i < m_block.lines.size(); ++i) {
             AddLine(static_cast<std::uint32_t>(i));
+        }
         const auto end = static_cast<std::uint32_t>(m_block.lines.size());
         m_code.push_back({OperationOf(Op::BlockEnd), {}, 0, end}); // If the last line is not one.
         PlaceJumps();
@@ -58,22 +60,26 @@ private:
         m_starts.push_back(static_cast<std::uint32_t>(m_code.size()));
         // These change neither logic result nor accumulator, and what follows them may not be run.
         const bool recordsFirst = TransfersControl(line.op);
-        if (recordsFirst)
+        if (recordsFirst) {
             AddRecording(line, number);
+        }
         if (const Operation run = OperationOf(line.op)) {
             const Cell cell = Image::Find(line.operand).value_or(Cell{});
-            if (line.op >= Op::Jump && line.op <= Op::JumpIfOverflow)
+            if (line.op >= Op::Jump && line.op <= Op::JumpIfOverflow) {
                 m_jumps.push_back(m_code.size());
+            }
             m_code.push_back({run, cell, line.number, number});
         }
-        if (!recordsFirst)
+        if (!recordsFirst) {
             AddRecording(line, number);
+        }
     }
 
     void AddRecording(const Line& line, std::uint32_t number)
     {
-        if (line.step == noStep || !Contains(m_watched, line.step))
+        if (line.step == noStep || !Contains(m_watched, line.step)) {
             return;
+        }
         const auto slot = static_cast<std::uint32_t>(line.step - m_watched->first);
         m_code.push_back(
             {UsesAccumulator(line) ? RecordResultAndAccumulator : RecordResult, {}, slot, number});
@@ -133,8 +139,9 @@ std::optional<StopReason> Interpreter::RunCycle(Image& image, std::chrono::milli
     image.AdvanceTimers(elapsed);
     Machine machine(m_codes, image, m_states, m_limit);
     const auto cause = machine.Run(static_cast<std::uint32_t>(m_program.entry));
-    if (!cause)
+    if (!cause) {
         return std::nullopt;
+    }
     const auto [block, index] = machine.Here();
     const std::uint32_t line = m_codes[block][index].line + 1;
     return StopReason{*cause, m_program.blocks[block].name + ", line " + std::to_string(line)};
@@ -144,14 +151,16 @@ bool Interpreter::Watch(std::optional<StepRange> range)
 {
     const bool fits = !range || (range->first <= range->last &&
                                  std::int64_t{range->last} - range->first < maxWatchedSteps);
-    if (!fits)
+    if (!fits) {
         range.reset();
+    }
     std::vector<StepState> states(
         range ? static_cast<std::size_t>(range->last - range->first) + 1 : 0);
     for (std::size_t i = 0; i < m_states.size(); ++i) {
         const std::int32_t step = m_watched->first + static_cast<std::int32_t>(i);
-        if (Contains(range, step))
+        if (Contains(range, step)) {
             states[static_cast<std::size_t>(step - range->first)] = m_states[i];
+        }
     }
     m_states = std::move(states);
     const auto before = std::exchange(m_watched, range);
@@ -163,8 +172,9 @@ bool Interpreter::Watch(std::optional<StepRange> range)
 void Interpreter::CompileBlocks(const std::optional<StepRange>& touched)
 {
     for (std::size_t i = 0; touched && i < m_codes.size(); ++i) {
-        if (Overlap(*touched, m_steps[i]))
+        if (Overlap(*touched, m_steps[i])) {
             m_codes[i] = BlockCompiler(m_program.blocks[i], m_watched).Compile();
+        }
     }
 }
 

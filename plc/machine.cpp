@@ -39,10 +39,12 @@ void Machine::JumpTo(std::uint32_t target)
         Stop(StopCause::JumpOutOfBounds);
         return;
     }
-    if (target < m_next.index)
+    if (target < m_next.index) {
         CountTurn();
-    if (!m_ended)
+    }
+    if (!m_ended) {
         m_next.index = target;
+    }
 }
 
 void Machine::Call(std::uint32_t block)
@@ -56,8 +58,9 @@ void Machine::Call(std::uint32_t block)
         return;
     }
     CountTurn();
-    if (m_ended)
+    if (m_ended) {
         return;
+    }
     m_callers.push_back(m_next);
     m_next = {block, 0};
     m_code = &m_blocks[block];
@@ -82,13 +85,15 @@ void Machine::Stop(StopCause cause)
 
 void Machine::CountTurn()
 {
-    if (++m_turns % turnsPerLook != 0)
+    if (++m_turns % turnsPerLook != 0) {
         return;
+    }
     const auto now = std::chrono::steady_clock::now();
-    if (m_turns == turnsPerLook)
+    if (m_turns == turnsPerLook) {
         m_deadline = now + m_limit;
-    else if (now >= m_deadline)
+    } else if (now >= m_deadline) {
         Stop(StopCause::CycleTooLong);
+    }
 }
 
 } // namespace plc

@@ -18,8 +18,9 @@ constexpr std::uint8_t highestBit = 7;
 /// Takes @p prefix off the front of @p text if it stands there.
 bool TakePrefix(std::string_view& text, std::string_view prefix)
 {
-    if (text.substr(0, prefix.size()) != prefix)
+    if (text.substr(0, prefix.size()) != prefix) {
         return false;
+    }
     text.remove_prefix(prefix.size());
     return true;
 }
@@ -30,8 +31,9 @@ std::optional<std::uint16_t> TakeNumber(std::string_view& text)
 {
     std::uint16_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc())
+    if (error != std::errc()) {
         return std::nullopt;
+    }
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     return number;
 }
@@ -69,8 +71,9 @@ bool IsNumbered(Area area)
 bool TakeWidth(std::string_view& text, Operand& operand)
 {
     operand.width = Width::Word;
-    if (IsNumbered(operand.area))
+    if (IsNumbered(operand.area)) {
         return true;
+    }
     constexpr std::tuple<std::string_view, Width> letters[] = {
         {"B", Width::Byte}, {"W", Width::Word}, {"D", Width::DoubleWord}};
     for (const auto& [letter, width] : letters) {
@@ -104,8 +107,9 @@ std::string_view AreaLetter(Area area)
 
 std::string_view WidthLetter(const Operand& operand)
 {
-    if (IsNumbered(operand.area))
+    if (IsNumbered(operand.area)) {
         return {};
+    }
     switch (operand.width) {
     case Width::Bit:
         return operand.area == Area::DataBlock ? "X" : "";
@@ -184,15 +188,18 @@ bool Exists(const Operand& operand)
 std::optional<Operand> ParseOperand(std::string_view name)
 {
     Operand operand;
-    if (!TakeArea(name, operand) || !TakeWidth(name, operand))
+    if (!TakeArea(name, operand) || !TakeWidth(name, operand)) {
         return std::nullopt;
+    }
     const auto address = TakeNumber(name);
-    if (!address)
+    if (!address) {
         return std::nullopt;
+    }
     operand.address = *address;
     if (operand.width == Width::Bit) {
-        if (!TakePrefix(name, ".") || name.size() != 1 || name[0] < '0' || name[0] > '7')
+        if (!TakePrefix(name, ".") || name.size() != 1 || name[0] < '0' || name[0] > '7') {
             return std::nullopt;
+        }
         operand.bit = static_cast<std::uint8_t>(name[0] - '0');
         name.remove_prefix(1);
     }
@@ -202,12 +209,14 @@ std::optional<Operand> ParseOperand(std::string_view name)
 std::string OperandName(const Operand& operand)
 {
     std::string name(AreaLetter(operand.area));
-    if (operand.area == Area::DataBlock)
+    if (operand.area == Area::DataBlock) {
         name += std::to_string(operand.block) + ".DB";
+    }
     name += WidthLetter(operand);
     name += std::to_string(operand.address);
-    if (operand.width == Width::Bit)
+    if (operand.width == Width::Bit) {
         name += "." + std::to_string(operand.bit);
+    }
     return name;
 }
 

@@ -68,10 +68,11 @@ void Close(Machine& machine, const Code&)
     const bool value = machine.logicResult != bracket.negates;
     machine.logicResult = bracket.logicResult;
     machine.inLogic = bracket.inLogic;
-    if (bracket.isOr)
+    if (bracket.isOr) {
         CombineOr(machine, value);
-    else
+    } else {
         CombineAnd(machine, value);
+    }
 }
 
 void Assign(Machine& machine, const Code& code)
@@ -82,23 +83,26 @@ void Assign(Machine& machine, const Code& code)
 
 void Set(Machine& machine, const Code& code)
 {
-    if (code.cell.kind == Cell::Kind::Counter)
+    if (code.cell.kind == Cell::Kind::Counter) {
         machine.image.CounterAt(code.cell.index)
             .Set(machine.logicResult, LowWord(machine.accumulator1));
-    else if (machine.logicResult)
+    } else if (machine.logicResult) {
         machine.image.Write(code.cell, 1);
+    }
     machine.inLogic = false;
 }
 
 void Reset(Machine& machine, const Code& code)
 {
     machine.inLogic = false;
-    if (!machine.logicResult)
+    if (!machine.logicResult) {
         return;
-    if (code.cell.kind == Cell::Kind::Timer)
+    }
+    if (code.cell.kind == Cell::Kind::Timer) {
         machine.image.TimerAt(code.cell.index).Reset();
-    else
+    } else {
         machine.image.Write(code.cell, 0);
+    }
 }
 
 /// Keeps the logic result in a bit until the next cycle, and compares it with the last one there.
@@ -178,18 +182,20 @@ template <typename Function> void Calculate32(Machine& machine, const Code&)
 
 void Divide16(Machine& machine, const Code& code)
 {
-    if (LowWord(machine.accumulator1) == 0)
+    if (LowWord(machine.accumulator1) == 0) {
         machine.Stop(StopCause::DivisionByZero);
-    else
+    } else {
         Calculate16<std::divides<>>(machine, code);
+    }
 }
 
 void Divide32(Machine& machine, const Code& code)
 {
-    if (machine.accumulator1 == 0)
+    if (machine.accumulator1 == 0) {
         machine.Stop(StopCause::DivisionByZero);
-    else
+    } else {
         Calculate32<std::divides<>>(machine, code);
+    }
 }
 
 template <typename Function> void Compare16(Machine& machine, const Code&)
@@ -230,8 +236,9 @@ void CountDown(Machine& machine, const Code& code)
 void JumpWhen(Machine& machine, const Code& code, bool condition)
 {
     machine.inLogic = false;
-    if (condition)
+    if (condition) {
         machine.JumpTo(code.number);
+    }
 }
 
 void Jump(Machine& machine, const Code& code)
@@ -263,8 +270,9 @@ void Call(Machine& machine, const Code& code)
 void CallIf(Machine& machine, const Code& code)
 {
     machine.inLogic = false;
-    if (machine.logicResult)
+    if (machine.logicResult) {
         machine.Call(code.number);
+    }
 }
 
 void EndAlways(Machine& machine, const Code&)
@@ -276,8 +284,9 @@ void EndAlways(Machine& machine, const Code&)
 void EndIf(Machine& machine, const Code&)
 {
     machine.inLogic = false;
-    if (machine.logicResult)
+    if (machine.logicResult) {
         machine.EndBlock();
+    }
 }
 
 } // namespace

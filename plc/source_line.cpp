@@ -25,8 +25,9 @@ bool IsLetter(char c)
 Word Trimmed(std::string_view line, std::size_t begin, std::size_t end)
 {
     const std::size_t first = line.find_first_not_of(blanks, begin);
-    if (first >= end)
+    if (first >= end) {
         return {};
+    }
     const std::size_t last = line.find_last_not_of(blanks, end - 1);
     return {line.substr(first, last - first + 1), first};
 }
@@ -50,14 +51,17 @@ std::size_t CharacterLength(std::string_view text)
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     for (std::size_t length = 1; length <= std::size(forms); ++length) {
         const Form& form = forms[length - 1];
-        if ((byte(0) & form.mask) != form.lead)
+        if ((byte(0) & form.mask) != form.lead) {
             continue;
-        if (text.size() < length)
+        }
+        if (text.size() < length) {
             return 0;
+        }
         std::uint32_t character = byte(0) & ~form.mask;
         for (std::size_t i = 1; i < length; ++i) {
-            if (!ContinuesCharacter(text[i]))
+            if (!ContinuesCharacter(text[i])) {
                 return 0;
+            }
             character = character << 6U | (byte(i) & ~tailMask);
         }
         const bool isSurrogate = character >= firstSurrogate && character <= lastSurrogate;
@@ -99,13 +103,15 @@ bool IsIdentifier(std::string_view text)
 
 bool IsBlockName(std::string_view text)
 {
-    if (text == "OB1")
+    if (text == "OB1") {
         return true;
+    }
     constexpr std::size_t kindLength = 2;
     constexpr std::size_t mostDigits = 3;
     const std::string_view kind = text.substr(0, kindLength);
-    if (kind != "PB" && kind != "FB")
+    if (kind != "PB" && kind != "FB") {
         return false;
+    }
     const std::string_view number = text.substr(kindLength);
     return !number.empty() && number.size() <= mostDigits &&
            std::all_of(number.begin(), number.end(), IsDigit) &&
@@ -116,11 +122,13 @@ std::optional<LineError> FindBadByte(std::string_view text)
 {
     for (std::size_t at = 0; at < text.size();) {
         const auto byte = static_cast<unsigned char>(text[at]);
-        if ((byte < ' ' && byte != '\t') || byte == deleteCharacter)
+        if ((byte < ' ' && byte != '\t') || byte == deleteCharacter) {
             return LineError{at, "a control character cannot stand in a line"};
+        }
         const std::size_t length = CharacterLength(text.substr(at));
-        if (length == 0)
+        if (length == 0) {
             return LineError{at, "expected a character in UTF-8"};
+        }
         at += length;
     }
     return std::nullopt;

@@ -17,10 +17,11 @@ void Timer::Drive(TimerKind kind, bool input, std::int16_t units)
     m_kind = kind;
     m_input = input;
     if (kind == TimerKind::OffDelay) {
-        if (input)
+        if (input) {
             Reset();
-        else if (falling)
+        } else if (falling) {
             Run(units);
+        }
         m_output = m_output || input || falling;
     } else if (rising) {
         m_output = kind == TimerKind::Pulse;
@@ -28,8 +29,9 @@ void Timer::Drive(TimerKind kind, bool input, std::int16_t units)
     } else if (!input) {
         Reset();
     }
-    if (m_running && m_left.count() == 0)
+    if (m_running && m_left.count() == 0) {
         Expire();
+    }
 }
 
 void Timer::Reset()
@@ -41,11 +43,13 @@ void Timer::Reset()
 
 void Timer::Advance(std::chrono::milliseconds elapsed)
 {
-    if (!m_running)
+    if (!m_running) {
         return;
+    }
     m_left = std::max(m_left - elapsed, std::chrono::milliseconds{0});
-    if (m_left.count() == 0)
+    if (m_left.count() == 0) {
         Expire();
+    }
 }
 
 void Timer::Expire()
@@ -62,28 +66,32 @@ std::uint16_t Timer::Value() const
 
 void Timer::SetValue(std::uint16_t units)
 {
-    if (m_running)
+    if (m_running) {
         m_left = timerUnit * std::min(units, maxCount);
+    }
 }
 
 void Counter::Up(bool input)
 {
-    if (input && !m_upInput && m_value < maxCount)
+    if (input && !m_upInput && m_value < maxCount) {
         ++m_value;
+    }
     m_upInput = input;
 }
 
 void Counter::Down(bool input)
 {
-    if (input && !m_downInput && m_value > 0)
+    if (input && !m_downInput && m_value > 0) {
         --m_value;
+    }
     m_downInput = input;
 }
 
 void Counter::Set(bool input, std::int16_t value)
 {
-    if (input && !m_setInput)
+    if (input && !m_setInput) {
         m_value = static_cast<std::uint16_t>(std::max<int>(value, 0));
+    }
     m_setInput = input;
 }
 

@@ -39,14 +39,15 @@ Options ParseOptions(const std::vector<std::string>& arguments)
     Options options;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
-        if (argument == "-h" || argument == "--help")
+        if (argument == "-h" || argument == "--help") {
             options.isHelp = true;
-        else if (argument == "-o" && i + 1 < arguments.size())
+        } else if (argument == "-o" && i + 1 < arguments.size()) {
             options.prefix = arguments[++i];
-        else if (argument.rfind('-', 0) == 0 || !options.source.empty())
+        } else if (argument.rfind('-', 0) == 0 || !options.source.empty()) {
             options.isValid = false;
-        else
+        } else {
             options.source = argument;
+        }
     }
     options.isValid = options.isValid && (options.isHelp || !options.source.empty());
     return options;
@@ -55,20 +56,24 @@ Options ParseOptions(const std::vector<std::string>& arguments)
 std::size_t CountLines(const plc::Program& program)
 {
     std::size_t lines = 0;
-    for (const plc::Block& block : program.blocks)
+    for (const plc::Block& block : program.blocks) {
         lines += block.lines.size();
+    }
     return lines;
 }
 
 ExitStatus Assemble(const Options& options)
 {
     const plc::Assembly assembly = plc::AssembleFile(options.source);
-    for (const plc::SourceError& error : assembly.errors)
+    for (const plc::SourceError& error : assembly.errors) {
         std::cerr << plc::ErrorText(error) << '\n';
-    if (!assembly.program)
+    }
+    if (!assembly.program) {
         return exitSourceErrors;
-    if (options.prefix.empty())
+    }
+    if (options.prefix.empty()) {
         return exitDone;
+    }
     if (const auto failure = plc::WriteDebugFile(*assembly.program, options.prefix)) {
         std::cerr << "plcasm: " << *failure << '\n';
         return exitCannotWrite;

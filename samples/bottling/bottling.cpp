@@ -54,8 +54,9 @@ bool IsNear(const Bottle& bottle, double position)
 
 void BottlingLine::PowerOn(Image& image)
 {
-    for (const PanelSwitch& element : bottlingSwitches)
+    for (const PanelSwitch& element : bottlingSwitches) {
         image.Write(Image::CellOf(element.operand), element.initially ? 1 : 0);
+    }
     m_line.tankLevel = initialTank;
     Advance(image, std::chrono::milliseconds{0});
 }
@@ -99,29 +100,34 @@ void BottlingLine::MoveBelt(double seconds, bool infeed)
     m_line.beltTravel += distance;
 
     auto& bottles = m_line.bottles;
-    for (Bottle& bottle : bottles)
+    for (Bottle& bottle : bottles) {
         bottle.position += distance;
+    }
     if (!bottles.empty() && bottles.back().position > 1) {
         bottles.pop_back();
         ++m_line.delivered;
     }
     const bool hasRoom = bottles.empty() || bottles.front().position >= bottleSpacing;
-    if (infeed && hasRoom && distance > 0)
+    if (infeed && hasRoom && distance > 0) {
         bottles.insert(bottles.begin(), Bottle{0, 0});
+    }
 }
 
 void BottlingLine::Fill(double seconds)
 {
     double& tank = m_line.tankLevel;
-    if (m_line.supplyOpen)
+    if (m_line.supplyOpen) {
         tank = std::min(tank + supplyPerSecond * seconds, 1.0);
-    if (!m_line.valveOpen)
+    }
+    if (!m_line.valveOpen) {
         return;
+    }
     const double amount = std::min(fillPerSecond * seconds, tank * bottlesPerTank);
     tank -= amount / bottlesPerTank;
     for (Bottle& bottle : m_line.bottles) {
-        if (IsNear(bottle, fillPosition))
+        if (IsNear(bottle, fillPosition)) {
             bottle.level += amount;
+        }
     }
 }
 

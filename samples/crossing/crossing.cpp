@@ -25,8 +25,9 @@ constexpr double pressTime = 0.3;
 /// @return whether one came.
 bool Advance(Traffic& traffic, bool comes, bool isGreen, double gap, double seconds)
 {
-    if (comes)
+    if (comes) {
         ++traffic.waiting;
+    }
     traffic.sinceLastPassed += seconds;
     if (isGreen && traffic.waiting > 0 && traffic.sinceLastPassed >= gap) {
         --traffic.waiting;
@@ -53,8 +54,9 @@ void Crossing::Advance(Image& image, std::chrono::milliseconds elapsed)
     const auto comes = [&](double average) { return m_random.HappensOnceIn(average, seconds); };
     samples::Advance(m_main, comes(mainInterval), image.IsOn(mainGreen), carGap, seconds);
     samples::Advance(m_side, comes(sideInterval), image.IsOn(sideGreen), carGap, seconds);
-    if (samples::Advance(m_walk, comes(walkInterval), image.IsOn(walkGreen), 0, seconds))
+    if (samples::Advance(m_walk, comes(walkInterval), image.IsOn(walkGreen), 0, seconds)) {
         m_buttonTime = pressTime;
+    }
     m_buttonTime = std::max(m_buttonTime - seconds, 0.0);
     image.Write(button, m_buttonTime > 0 ? 1 : 0);
     image.Write(sideCar, m_side.waiting > 0 ? 1 : 0);

@@ -27,8 +27,9 @@ std::uint32_t TestBench::NextNumber()
 {
     constexpr std::uint32_t bits32 = 32;
     const std::uint32_t number = m_random.Next() >> m_random.Below(bits32);
-    if (number % smallNumbers == 0)
+    if (number % smallNumbers == 0) {
         return number & 1U;
+    }
     return m_random.Below(2) != 0 ? number : 0U - number;
 }
 

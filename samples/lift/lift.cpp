@@ -57,8 +57,9 @@ void Lift::Advance(Image& image, std::chrono::milliseconds elapsed)
     MoveDoor(image, seconds);
     MovePassengers(seconds);
     PressButtons(image);
-    for (int floor = 0; floor < liftFloors; ++floor)
+    for (int floor = 0; floor < liftFloors; ++floor) {
         image.Write(floorSensors.at(static_cast<std::size_t>(floor)), IsAt(floor) ? 1 : 0);
+    }
     image.Write(doorClosed, m_door <= 0 ? 1 : 0);
     image.Write(doorOpen, m_door >= 1 ? 1 : 0);
     image.Write(lightBarrier, m_passing > passingTime - barrierTime ? 1 : 0);
@@ -95,11 +96,13 @@ void Lift::MovePassengers(double seconds)
         const int way = 1 + static_cast<int>(m_random.Below(liftFloors - 1));
         m_passengers.push_back({from, (from + way) % liftFloors});
     }
-    for (Passenger& passenger : m_passengers)
+    for (Passenger& passenger : m_passengers) {
         passenger.seconds += seconds;
+    }
     m_passing = std::max(m_passing - seconds, 0.0);
-    if (m_passing > 0)
+    if (m_passing > 0) {
         return;
+    }
     const auto leaving =
         std::find_if(m_passengers.begin(), m_passengers.end(), [this](const Passenger& passenger) {
             return passenger.isInside && IsOpenAt(passenger.to);

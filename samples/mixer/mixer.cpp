@@ -51,8 +51,9 @@ std::uint32_t Tenths(double value)
 
 void Mixer::PowerOn(Image& image)
 {
-    for (const plc::Cell& cell : {goOn, emergencyReleased, stirrerHealthy, handValveA})
+    for (const plc::Cell& cell : {goOn, emergencyReleased, stirrerHealthy, handValveA}) {
         image.Write(cell, 1);
+    }
     m_temperature = ambient;
     Advance(image, std::chrono::milliseconds{0});
 }
@@ -64,10 +65,12 @@ void Mixer::Advance(Image& image, std::chrono::milliseconds elapsed)
     m_valveB = Follow(m_valveB, image.IsOn(valveB), seconds);
     m_drain = Follow(m_drain, image.IsOn(drainValve), seconds);
     Pour(seconds, image.IsOn(handValveA) ? m_valveA * flowOfA : 0, m_valveB * flowOfB);
-    if (image.IsOn(stirrer))
+    if (image.IsOn(stirrer)) {
         m_mixed += (1 - m_mixed) * seconds / mixingTime;
-    if (image.IsOn(heater) && Weight() > emptyWeight)
+    }
+    if (image.IsOn(heater) && Weight() > emptyWeight) {
         m_temperature += heating / std::max(Weight(), 1.0) * seconds;
+    }
     m_temperature -= (m_temperature - ambient) * cooling * seconds;
     Drain(seconds);
 
@@ -81,8 +84,9 @@ void Mixer::Advance(Image& image, std::chrono::milliseconds elapsed)
 void Mixer::Pour(double seconds, double flowA, double flowB)
 {
     const double amount = (flowA + flowB) * seconds;
-    if (amount <= 0)
+    if (amount <= 0) {
         return;
+    }
     const double kept = Weight() / (Weight() + amount);
     m_materialA += flowA * seconds;
     m_materialB += flowB * seconds;
@@ -93,8 +97,9 @@ void Mixer::Pour(double seconds, double flowA, double flowB)
 void Mixer::Drain(double seconds)
 {
     const double weight = Weight();
-    if (weight <= 0)
+    if (weight <= 0) {
         return;
+    }
     const double kept = std::max(weight - m_drain * flowOfDrain * seconds, 0.0) / weight;
     m_materialA *= kept;
     m_materialB *= kept;

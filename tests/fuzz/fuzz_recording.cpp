@@ -24,8 +24,9 @@ std::string Encoded(const plchost::Recording& recording)
 {
     std::string bytes = plchost::EncodeRecordingHead();
     bytes += plchost::EncodeEvent({{}, plchost::EventKind::Listing, true, recording.listing});
-    for (const plchost::RecordedEvent& event : recording.events)
+    for (const plchost::RecordedEvent& event : recording.events) {
         bytes += plchost::EncodeEvent(event);
+    }
     return bytes;
 }
 
@@ -35,8 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const auto decoded = plchost::DecodeRecording(Text(data, size));
     const auto* const recording = std::get_if<plchost::Recording>(&decoded);
-    if (recording == nullptr)
+    if (recording == nullptr) {
         return 0;
+    }
     const auto again = plchost::DecodeRecording(Encoded(*recording));
     const auto* const same = std::get_if<plchost::Recording>(&again);
     Require(
@@ -45,9 +47,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     NoDebugger debugger;
     plchost::Player player(debugger, *recording, 1, [](const std::string&) {});
-    for (const plchost::RecordedEvent& event : recording->events)
-        if (const auto record = plchost::RecordOf(event.bytes))
+    for (const plchost::RecordedEvent& event : recording->events) {
+        if (const auto record = plchost::RecordOf(event.bytes)) {
             player.Request(*record);
+        }
+    }
     player.Advance({});
     player.Advance(plchost::Player::Clock::time_point(plchost::longestRecording));
     Require(player.Position() == player.Length(), "everything is played");

@@ -30,8 +30,9 @@ std::atomic<std::int32_t> shownValue = 0;
 
 void Send(PlcRequestCallback callback, const CMD_DATA& request)
 {
-    if (callback != nullptr)
+    if (callback != nullptr) {
         callback(&request);
+    }
 }
 
 CMD_DATA DeleteRequest(std::uint16_t key, std::int16_t argument)
@@ -56,16 +57,19 @@ void Close(GtkWidget*, gpointer)
     isOpen = false;
     window = nullptr;
     g_source_remove(timer);
-    if (defect == "keeps-variables")
+    if (defect == "keeps-variables") {
         return;
-    for (std::uint16_t key = 0; key < asked; ++key)
+    }
+    for (std::uint16_t key = 0; key < asked; ++key) {
         Send(host.pfnDeleteVarRequest, DeleteRequest(key, PLC_DELETE_ARG_RELEASE));
+    }
 }
 
 gboolean ShowValue(gpointer)
 {
-    if (defect != "loses-answers")
+    if (defect != "loses-answers") {
         gtk_label_set_text(GTK_LABEL(label), std::to_string(shownValue).c_str());
+    }
     return G_SOURCE_CONTINUE;
 }
 
@@ -90,8 +94,9 @@ void AskTheOperator()
 int Take(const unsigned char* answer)
 {
     constexpr std::size_t wholeValue = valueAt + sizeof(std::int32_t);
-    if (!isOpen || answer == nullptr)
+    if (!isOpen || answer == nullptr) {
         return 0;
+    }
     std::uint16_t length = 0;
     std::memcpy(&length, answer + 2, sizeof length);
     CMD_DATA copy{};
@@ -113,15 +118,18 @@ EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
 {
     host = *init;
     OpenWindow();
-    if (defect == "warns")
+    if (defect == "warns") {
         gtk_widget_show(nullptr);
-    if (defect == "asks")
+    }
+    if (defect == "asks") {
         AskTheOperator();
+    }
     for (asked = 0; asked < operands.size();) {
         const std::uint16_t key = asked++;
         Send(host.pfnReadVarRequest, ReadRequest(key));
-        if (window == nullptr) // destroyed by the callback
+        if (window == nullptr) { // destroyed by the callback
             return 0;
+        }
         Send(host.pfnDeleteVarRequest, DeleteRequest(key, PLC_DELETE_ARG_START));
     }
     isOpen = true;
@@ -130,12 +138,15 @@ EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
 
 EXPORTED void ExportDestroyPlcDebugger()
 {
-    if (window == nullptr)
+    if (window == nullptr) {
         return;
-    if (defect == "crashes")
+    }
+    if (defect == "crashes") {
         raise(SIGSEGV);
-    while (defect == "never-returns")
+    }
+    while (defect == "never-returns") {
         pause();
+    }
     gtk_widget_destroy(window);
 }
 

@@ -17,9 +17,11 @@ static int32_t OnRead(const CMD_DATA* request)
 static gboolean OnEnd(gpointer unused)
 {
     (void)unused;
-    for (GList* window = gtk_window_list_toplevels(); window; window = window->next)
-        if (gtk_widget_get_visible(window->data))
+    for (GList* window = gtk_window_list_toplevels(); window; window = window->next) {
+        if (gtk_widget_get_visible(window->data)) {
             printf("%s, %d asked for\n", gtk_window_get_title(window->data), asked);
+        }
+    }
     gtk_main_quit();
     return G_SOURCE_REMOVE;
 }
@@ -29,8 +31,9 @@ int main(int argc, char** argv)
     PLC_DBG_INIT init = {.pfnReadVarRequest = OnRead};
     gtk_init(&argc, &argv);
     g_strlcpy(init.szPath, argv[1], sizeof init.szPath);
-    if (!ExportCreatePlcDebugger(&init))
+    if (!ExportCreatePlcDebugger(&init)) {
         return 1;
+    }
     g_timeout_add(500, OnEnd, NULL);
     gtk_main();
     ExportDestroyPlcDebugger();

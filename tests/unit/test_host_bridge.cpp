@@ -339,8 +339,9 @@ TEST_F(StepsTest, UnchangedAreAnsweredEveryTwentiethCycle)
     Cycle();
     CountAnswers();
 
-    for (std::uint64_t i = 1; i < stateRefreshCycles; ++i)
+    for (std::uint64_t i = 1; i < stateRefreshCycles; ++i) {
         Cycle();
+    }
     EXPECT_EQ(CountAnswers(), 0U);
     Cycle();
     EXPECT_EQ(CountAnswers(), 1U);
@@ -352,8 +353,9 @@ TEST_F(StepsTest, ChangedAreAnsweredSoonerButNotInEveryCycle)
     CountAnswers();
 
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 1; i < stateCyclesApart; ++i)
+    for (std::uint64_t i = 1; i < stateCyclesApart; ++i) {
         Cycle();
+    }
     EXPECT_EQ(CountAnswers(), 0U);
     Cycle();
 
@@ -368,8 +370,9 @@ TEST_F(StepsTest, AreNotAnsweredWhileThePlcStands)
     CountAnswers();
 
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i)
+    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
         StandStill();
+    }
 
     EXPECT_EQ(CountAnswers(), 0U);
 }
@@ -392,8 +395,9 @@ TEST_F(StepsTest, EndWithAStop)
 
     bridge.Request(StopRequest());
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i)
+    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
         Cycle();
+    }
 
     EXPECT_EQ(CountAnswers(), 0U);
     EXPECT_FALSE(program.watched);
@@ -429,8 +433,9 @@ TEST_F(BridgeTest, RequestsAndCyclesMayRunAtTheSameTime)
     std::atomic<bool> done{false};
     program.states = {{true, 17}};
     std::thread plc([&] {
-        while (!done)
+        while (!done) {
             Cycle();
+        }
     });
 
     for (int i = 0; i < 200; ++i) {

@@ -32,8 +32,9 @@ Layout DocumentedLayout()
         inside = line == "`PLC_DBG_INIT`:" || (inside && (line.empty() || line[0] == '|'));
         const auto name = line.find_first_not_of("| `");
         if (!inside || line.empty() || line.find_first_of("0123456789") == std::string::npos ||
-            line.find("bits") != std::string::npos)
+            line.find("bits") != std::string::npos) {
             continue;
+        }
         const auto narrow = line.find('|', name);
         const auto wide = line.find('|', narrow + 1);
         layout[line.substr(name, line.find_first_of("` ", name) - name)] = {

@@ -24,8 +24,9 @@ struct FaultTest : testing::Test
 
     static void Tick(Misbehave& faulty, std::uint64_t times)
     {
-        for (std::uint64_t i = 0; i < times; ++i)
+        for (std::uint64_t i = 0; i < times; ++i) {
             faulty.Tick();
+        }
     }
 };
 
@@ -139,8 +140,9 @@ TEST(NamedFaults, AreAllListedForIntegrators)
     std::ifstream file(ProjectFile("docs/integration.md"));
     const std::string page(std::istreambuf_iterator<char>(file), {});
 
-    for (const NamedFault& named : NamedFaults())
+    for (const NamedFault& named : NamedFaults()) {
         EXPECT_THAT(page, testing::HasSubstr(std::string("| `") + named.name + "` |"));
+    }
 }
 
 } // namespace

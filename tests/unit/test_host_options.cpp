@@ -118,8 +118,9 @@ TEST(ParseOptions, HelpTellsEveryFaultAndStatus)
 
     ASSERT_TRUE(std::holds_alternative<ExitStatus>(parsed));
     EXPECT_EQ(std::get<ExitStatus>(parsed).status, exitGood);
-    for (const NamedFault& named : NamedFaults())
+    for (const NamedFault& named : NamedFaults()) {
         EXPECT_THAT(help, HasSubstr(named.description));
+    }
     EXPECT_THAT(help, HasSubstr("3  the debugger called back on another thread"));
 }
 

@@ -60,8 +60,9 @@ struct PlayerTest : testing::Test
     std::vector<std::pair<int, int>> Values()
     {
         std::vector<std::pair<int, int>> values;
-        for (const RecordedAnswer& answer : sink.Take())
+        for (const RecordedAnswer& answer : sink.Take()) {
             values.emplace_back(answer.record.key, AnsweredValue(answer.record));
+        }
         return values;
     }
 

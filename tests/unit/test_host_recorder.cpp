@@ -96,15 +96,17 @@ TEST_F(RecorderTest, ThreadsThatAnswerAtOnceLoseNothing)
     {
         Recorder recorder(file, "listing");
         std::vector<std::thread> threads;
-        for (std::uint16_t key = 0; key < threadCount; ++key)
+        for (std::uint16_t key = 0; key < threadCount; ++key) {
             threads.emplace_back([&recorder, key] {
                 for (int value = 0; value < answersEach; ++value) {
                     const CMD_DATA answer = MakeReadAnswer(key, value);
                     recorder.Answer(AnswerKind::ReadVar, &answer, true);
                 }
             });
-        for (std::thread& thread : threads)
+        }
+        for (std::thread& thread : threads) {
             thread.join();
+        }
     }
 
     EXPECT_THAT(Read().events, SizeIs(threadCount * answersEach));

@@ -24,8 +24,9 @@ std::string FileOf(const std::vector<RecordedEvent>& events)
 {
     std::string file =
         EncodeRecordingHead() + EncodeEvent({0us, EventKind::Listing, true, "listing"});
-    for (const RecordedEvent& event : events)
+    for (const RecordedEvent& event : events) {
         file += EncodeEvent(event);
+    }
     return file;
 }
 
@@ -95,8 +96,9 @@ TEST(DecodeRecording, RefusesEveryFileThatEndsBeforeTheFirstEvent)
 {
     const std::string first = FileOf({});
 
-    for (std::size_t size = 0; size < first.size(); ++size)
+    for (std::size_t size = 0; size < first.size(); ++size) {
         EXPECT_NE(ProblemOf(first.substr(0, size)), "") << size;
+    }
     EXPECT_THAT(ProblemOf(first.substr(0, 20)), HasSubstr("torn before its first record"));
 }
 
@@ -186,8 +188,9 @@ TEST(WatchedOperands, StandInTheOrderOfTheirFirstRequest)
          {ReadRequest(0, "MW20"),
           DeleteRequest(0, PLC_DELETE_ARG_START),
           ReadRequest(1, "EB3"),
-          ReadRequest(2, "MW20")})
+          ReadRequest(2, "MW20")}) {
         recording.events.push_back({0us, EventKind::Request, true, Bytes(request)});
+    }
     recording.events.push_back({0us, EventKind::ReadAnswer, true, Bytes(MakeReadAnswer(1, 2))});
 
     EXPECT_THAT(WatchedOperands(recording), ElementsAre("MW20", "EB3"));

@@ -47,8 +47,9 @@ void Destroy()
 
 int TakeAnswer(unsigned char* answer)
 {
-    if (!library->takesAnswers || answer == nullptr)
+    if (!library->takesAnswers || answer == nullptr) {
         return 0;
+    }
     CMD_DATA record{};
     std::memcpy(&record, answer, sizeof record);
     library->answers.push_back(record);
@@ -76,8 +77,9 @@ struct SessionTest : testing::Test
 
     void Poll(int times)
     {
-        for (int i = 0; i < times; ++i)
+        for (int i = 0; i < times; ++i) {
             session.Poll();
+        }
     }
 
     FakeLibrary fake;
@@ -156,8 +158,9 @@ TEST_F(SessionTest, ClosingAgainWhileItAsksToSaveKeepsAnswersOut)
     bool taken = true;
     bool again = false;
     fake.duringDestroy = [&] {
-        if (std::exchange(again, true))
+        if (std::exchange(again, true)) {
             return;
+        }
         session.Close();
         taken = Answer();
         EXPECT_EQ(Open(), "");
@@ -231,8 +234,9 @@ TEST_F(SessionTest, AThreadThatAnswersNeverMeetsADestroy)
 {
     std::atomic<bool> done{false};
     std::thread plc([&] {
-        while (!done)
+        while (!done) {
             Answer();
+        }
     });
 
     std::size_t duringDestroy = 0;

@@ -208,8 +208,9 @@ TEST(DebugFileProblem, IsAFileWithoutABlock)
     const TempDir dir;
 
     for (const std::string& bytes :
-         {DebugFile(12, 0), DebugFile(0, 1), DebugFile(12, 1).substr(0, 14), std::string()})
+         {DebugFile(12, 0), DebugFile(0, 1), DebugFile(12, 1).substr(0, 14), std::string()}) {
         EXPECT_THAT(DebugFileProblem(dir.Write("d", bytes)), HasSubstr("holds no block"));
+    }
 }
 
 } // namespace

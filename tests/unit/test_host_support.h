@@ -92,8 +92,9 @@ public:
     bool Answer(AnswerKind kind, const CMD_DATA* answer) override
     {
         const std::lock_guard lock(m_mutex);
-        if (!open)
+        if (!open) {
             return false;
+        }
         answers.push_back({kind, answer == nullptr, answer == nullptr ? CMD_DATA{} : *answer});
         return answer != nullptr;
     }

@@ -23,8 +23,9 @@ protected:
 
     void TearDown() override
     {
-        for (const Variable& variable : m_variables)
+        for (const Variable& variable : m_variables) {
             setenv(variable.name, variable.value.c_str(), 1);
+        }
     }
 
 private:

@@ -57,8 +57,9 @@ TEST(ParseConstant, ReadsFloatingPointAsSinglePrecisionBits)
 
 TEST(ParseConstant, RefusesOtherText)
 {
-    for (const char* text : {"", "-", "+", "+-5", "12a", "8#17", "1e3", "--5"})
+    for (const char* text : {"", "-", "+", "+-5", "12a", "8#17", "1e3", "--5"}) {
         EXPECT_NE(ConstantError(text), "") << text;
+    }
 }
 
 } // namespace

@@ -24,8 +24,9 @@ std::vector<std::string> ErrorsOf(const std::string& source)
     const auto assembly = Assemble(source, "a.il");
     EXPECT_EQ(assembly.program.has_value(), assembly.errors.empty());
     std::vector<std::string> texts;
-    for (const auto& error : assembly.errors)
+    for (const auto& error : assembly.errors) {
         texts.push_back(plc::ErrorText(error));
+    }
     return texts;
 }
 
@@ -38,16 +39,18 @@ std::vector<std::string> BodyErrors(const std::string& body)
 std::vector<std::int32_t> StepsOf(const plc::Block& block)
 {
     std::vector<std::int32_t> steps;
-    for (const plc::Line& line : block.lines)
+    for (const plc::Line& line : block.lines) {
         steps.push_back(line.step);
+    }
     return steps;
 }
 
 std::string Lines(std::size_t count, const std::string& line)
 {
     std::string text;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         text += line + "\n";
+    }
     return text;
 }
 

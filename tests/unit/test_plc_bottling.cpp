@@ -266,8 +266,9 @@ TEST_F(Bottling, EveryVariableOfItsWatchListExistsAndMostOfThemMove)
 
     for (int second = 0; second < 180; ++second) {
         machine.Run(1s);
-        for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t i = 0; i < names.size(); ++i) {
             values[i].insert(machine.Read(names[i]));
+        }
     }
 
     EXPECT_LE(names.size(), 20U);
@@ -279,10 +280,12 @@ TEST_F(Bottling, EveryVariableOfItsWatchListExistsAndMostOfThemMove)
 
 TEST_F(Bottling, SwitchesAndLampsAreBitsOfTheMachine)
 {
-    for (const auto& element : samples::bottlingSwitches)
+    for (const auto& element : samples::bottlingSwitches) {
         EXPECT_EQ(machine.IsOn(element.operand), element.initially) << element.english;
-    for (const auto& element : samples::bottlingLamps)
+    }
+    for (const auto& element : samples::bottlingLamps) {
         EXPECT_NO_THROW(plc::Image::CellOf(element.operand)) << element.english;
+    }
 }
 
 } // namespace

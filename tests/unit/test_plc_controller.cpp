@@ -34,8 +34,9 @@ public:
         image.Write(motor, 1);
         image.Write(cyclesSeen, image.Read(cyclesSeen) + 1);
         image.Write(timeSeen, image.Read(timeSeen) + static_cast<std::uint32_t>(elapsed.count()));
-        if (image.IsOn(stopWish))
+        if (image.IsOn(stopWish)) {
             return plc::StopReason{plc::StopCause::DivisionByZero, "OB1, line 3"};
+        }
         return std::nullopt;
     }
 

@@ -20,8 +20,9 @@ std::string Lamps(const plctest::Machine& machine, const std::string& byte)
     std::string lamps;
     for (const char* lamp : {"r", "y", "g"}) {
         const std::size_t bit = std::string("ryg").find(lamp);
-        if (machine.IsOn(byte + "." + std::to_string(bit)))
+        if (machine.IsOn(byte + "." + std::to_string(bit))) {
             lamps += lamp;
+        }
     }
     return lamps;
 }
@@ -32,8 +33,9 @@ class Pictures
 public:
     void Add(const std::string& lamps)
     {
-        if (m_seen.empty() || m_seen.back() != lamps)
+        if (m_seen.empty() || m_seen.back() != lamps) {
             m_seen.push_back(lamps);
+        }
     }
 
     const std::vector<std::string>& Seen() const { return m_seen; }
@@ -104,12 +106,14 @@ TEST_F(CrossingTest, EveryLightGoesThroughItsPicturesInOrder)
     const std::vector<std::string> road{"r", "ry", "g", "y"};
     for (const Pictures* light : {&mainRoad, &sideRoad}) {
         ASSERT_GT(light->Seen().size(), 12U);
-        for (std::size_t i = 0; i < light->Seen().size(); ++i)
+        for (std::size_t i = 0; i < light->Seen().size(); ++i) {
             EXPECT_EQ(light->Seen()[i], road[i % 4]) << i;
+        }
     }
     ASSERT_GT(walk.Seen().size(), 3U);
-    for (std::size_t i = 0; i < walk.Seen().size(); ++i)
+    for (std::size_t i = 0; i < walk.Seen().size(); ++i) {
         EXPECT_EQ(walk.Seen()[i], i % 2 == 0 ? "r" : "g") << i;
+    }
 }
 
 TEST_F(CrossingTest, TheRequestLampAnswersTheButtonUntilTheWalkLight)

@@ -59,8 +59,9 @@ private:
     std::uint32_t Number(std::size_t at, std::size_t count) const
     {
         std::uint32_t value = 0;
-        for (std::size_t i = count; i-- > 0;)
+        for (std::size_t i = count; i-- > 0;) {
             value = value << 8U | static_cast<unsigned char>(m_bytes.at(at + i));
+        }
         return value;
     }
 
@@ -76,8 +77,9 @@ private:
             const std::string judged =
                 text.find(':') == std::string::npos ? text : text.substr(text.find(':') + 1);
             bool isExecutable = true;
-            for (const char* word : {"NOP", "BLD", "NETWORK", "TITLE"})
+            for (const char* word : {"NOP", "BLD", "NETWORK", "TITLE"}) {
                 isExecutable = isExecutable && judged.find(word) == std::string::npos;
+            }
             lines.push_back({text, isExecutable ? static_cast<std::int32_t>(step++) : -1});
         }
         return lines;

@@ -17,8 +17,9 @@ std::vector<std::string> DocumentLines()
 {
     std::ifstream in(ProjectFile("docs/statement-list.md"));
     std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);)
+    for (std::string line; std::getline(in, line);) {
         lines.push_back(line);
+    }
     EXPECT_FALSE(lines.empty());
     return lines;
 }
@@ -49,8 +50,9 @@ unsigned ArgumentsIn(const std::string& cell)
         {"text", plc::takesText}};
     unsigned arguments = plc::takesNothing;
     for (const auto& [word, kind] : kinds) {
-        if (cell.find(word) != std::string::npos)
+        if (cell.find(word) != std::string::npos) {
             arguments |= kind;
+        }
     }
     return arguments;
 }
@@ -60,12 +62,14 @@ std::map<std::string, unsigned> DescribedInstructions()
 {
     std::map<std::string, unsigned> described;
     for (const std::string& line : DocumentLines()) {
-        if (line.rfind("| `", 0) != 0)
+        if (line.rfind("| `", 0) != 0) {
             continue;
+        }
         const std::size_t bar = line.find('|', 1);
         const std::string operands = line.substr(bar + 1, line.find('|', bar + 1) - bar - 1);
-        for (const std::string& word : CodeWords(line.substr(0, bar)))
+        for (const std::string& word : CodeWords(line.substr(0, bar))) {
             described[word] |= ArgumentsIn(operands);
+        }
     }
     return described;
 }
@@ -77,18 +81,21 @@ std::vector<std::string> Examples()
     bool isInside = false;
     for (const std::string& line : DocumentLines()) {
         const bool isCode = line.rfind("    ", 0) == 0;
-        if (isCode && !isInside)
+        if (isCode && !isInside) {
             examples.emplace_back();
-        if (isCode)
+        }
+        if (isCode) {
             examples.back() += line.substr(4) + "\n";
+        }
         isInside = isCode;
     }
     for (std::string& example : examples) {
         const bool isBlock = example.find("TITLE") != std::string::npos;
-        if (isBlock)
+        if (isBlock) {
             example += plctest::CyclicBlock("");
-        else
+        } else {
             example = plctest::CyclicBlock(example);
+        }
     }
     return examples;
 }
@@ -96,8 +103,9 @@ std::vector<std::string> Examples()
 TEST(Documentation, DescribesEveryInstructionWithItsOperands)
 {
     std::map<std::string, unsigned> known;
-    for (const plc::Instruction& instruction : plc::Instructions())
+    for (const plc::Instruction& instruction : plc::Instructions()) {
         known.emplace(instruction.mnemonic, instruction.arguments);
+    }
 
     EXPECT_EQ(DescribedInstructions(), known);
 }
@@ -109,8 +117,9 @@ TEST(Documentation, ItsExamplesAreProper)
     EXPECT_NE(examples[0].find("LABEL: MNEMONIC"), std::string::npos) << "the form of a line";
     examples.erase(examples.begin());
 
-    for (const std::string& example : examples)
+    for (const std::string& example : examples) {
         EXPECT_EQ(plctest::Errors(plc::Assemble(example, "example")), "") << example;
+    }
 }
 
 } // namespace

@@ -29,8 +29,10 @@ TEST(Image, StartsWithEverythingZero)
 {
     const Image image;
 
-    for (const char* name : {"AB0", "EW62", "MD508", "T127", "Z63", "DB1.DBW2300", "DB100.DBB999"})
+    for (const char* name :
+         {"AB0", "EW62", "MD508", "T127", "Z63", "DB1.DBW2300", "DB100.DBB999"}) {
         EXPECT_EQ(ReadByName(image, name), 0U) << name;
+    }
 }
 
 TEST(Image, WordsAndDoubleWordsHaveTheHighByteFirst)
@@ -74,8 +76,9 @@ TEST(Image, NoTwoAreasShareMemory)
     std::set<std::uint32_t> firsts;
     std::size_t areas = 3;
 
-    for (const char* name : {"AB0", "EB0", "MB0"})
+    for (const char* name : {"AB0", "EB0", "MB0"}) {
         firsts.insert(Image::CellOf(name).index);
+    }
     for (const auto& block : plc::DataBlocks()) {
         const std::string name = "DB" + std::to_string(block.number) + ".DBB0";
         firsts.insert(Image::CellOf(name).index);
@@ -103,8 +106,9 @@ TEST(Image, AnOperandThatDoesNotExistIsNeitherReadNorWritten)
 TEST(Image, ClearingTheOutputsTouchesNothingElse)
 {
     Image image;
-    for (const char* name : {"AB0", "AB63", "EB0", "MB0"})
+    for (const char* name : {"AB0", "AB63", "EB0", "MB0"}) {
         WriteByName(image, name, 0xFF);
+    }
 
     image.ClearOutputs();
 
@@ -273,8 +277,9 @@ TEST(Counter, CountsRisingEdgesUpAndDown)
 {
     Counter counter;
 
-    for (const bool input : {true, true, false, true, false, true})
+    for (const bool input : {true, true, false, true, false, true}) {
         counter.Up(input);
+    }
     counter.Down(true);
     counter.Down(true);
 

@@ -65,11 +65,13 @@ TEST_F(InstructionsSample, HoldsEveryInstruction)
 {
     std::ifstream in(ProjectFile("samples/instructions/instructions.il"));
     std::set<std::string> used;
-    for (std::string line; std::getline(in, line);)
+    for (std::string line; std::getline(in, line);) {
         used.emplace(plc::SplitLine(line).mnemonic.text);
+    }
 
-    for (const plc::Instruction& instruction : plc::Instructions())
+    for (const plc::Instruction& instruction : plc::Instructions()) {
         EXPECT_EQ(used.count(std::string(instruction.mnemonic)), 1U) << instruction.mnemonic;
+    }
 }
 
 TEST_F(InstructionsSample, CombinesBits)
@@ -163,8 +165,9 @@ TEST_F(InstructionsSample, Counts)
         first -= (rising & 2U) != 0 && first > 0 ? 1 : 0;
         second = (rising & 4U) != 0 ? 20 : second;
         second -= (rising & 8U) != 0 && second > 0 ? 1 : 0;
-        if (In(4))
+        if (In(4)) {
             first = 0;
+        }
         EXPECT_EQ(machine.Read("AW46"), first);
         EXPECT_EQ(machine.Read("AW48"), second);
         EXPECT_EQ(machine.IsOn("A38.3"), first > 0);

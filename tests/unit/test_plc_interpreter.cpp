@@ -482,8 +482,9 @@ TEST(Stops, ABlockThatCallsItselfCallsTooDeep)
 TEST(Stops, ManyLevelsOfCallsAreFine)
 {
     std::string source = "OB1: TITLE\n BA PB1\n BE\n";
-    for (int i = 1; i < 64; ++i)
+    for (int i = 1; i < 64; ++i) {
         source += "PB" + std::to_string(i) + ": TITLE\n BA PB" + std::to_string(i + 1) + "\n BE\n";
+    }
     source += "PB64: TITLE\n L 1\n T MB0\n BE\n";
 
     auto machine = WithBlocks(source);
@@ -535,15 +536,17 @@ TEST(Stops, TheNextCycleStartsAfresh)
 
 TEST(Instructions, EveryOneDoesSomethingButTheRemarks)
 {
-    for (const plc::Instruction& instruction : plc::Instructions())
+    for (const plc::Instruction& instruction : plc::Instructions()) {
         EXPECT_EQ(plc::OperationOf(instruction.op) == nullptr, instruction.op == plc::Op::Remark)
             << instruction.mnemonic;
+    }
 }
 
 TEST(Instructions, HaveNamesOfTheirOwn)
 {
-    for (const plc::Instruction& instruction : plc::Instructions())
+    for (const plc::Instruction& instruction : plc::Instructions()) {
         EXPECT_EQ(plc::FindInstruction(instruction.mnemonic), &instruction);
+    }
     EXPECT_EQ(plc::FindInstruction("u"), nullptr);
     EXPECT_EQ(plc::FindInstruction(""), nullptr);
 }

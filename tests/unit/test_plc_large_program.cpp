@@ -19,8 +19,9 @@ constexpr std::size_t addsPerBlock = 40;
 std::string AddingBlock(const std::string& name, std::size_t additions, const std::string& calls)
 {
     std::string text = name + ": TITLE Generated\n" + calls;
-    for (std::size_t i = 0; i < additions; ++i)
+    for (std::size_t i = 0; i < additions; ++i) {
         text += " L MD0\n L 1\n +D\n T MD0\n";
+    }
     return text + " BE\n";
 }
 
@@ -32,11 +33,13 @@ std::string NameOf(std::size_t block)
 std::string GeneratedSource()
 {
     std::string calls;
-    for (std::size_t block = 1; block < blocks; ++block)
+    for (std::size_t block = 1; block < blocks; ++block) {
         calls += " BA " + NameOf(block) + "\n";
+    }
     std::string source = AddingBlock("OB1", 0, calls);
-    for (std::size_t block = 1; block < blocks - 1; ++block)
+    for (std::size_t block = 1; block < blocks - 1; ++block) {
         source += AddingBlock(NameOf(block), addsPerBlock, "");
+    }
     // Title, remark and end fill the last one up.
     return source + AddingBlock(NameOf(blocks - 1), (lastBlockLines - 3) / 4, "// a remark\n");
 }
@@ -61,8 +64,9 @@ TEST_F(LargeProgram, RunsToItsEndInEveryCycle)
 {
     plctest::Machine machine(program);
 
-    for (int cycle = 0; cycle < 20; ++cycle)
+    for (int cycle = 0; cycle < 20; ++cycle) {
         ASSERT_FALSE(machine.Cycle());
+    }
 
     EXPECT_EQ(machine.Read("MD0"), 20 * additions);
 }
@@ -92,8 +96,9 @@ TEST_F(LargeProgram, HasADebugFileWithEveryBlock)
 
     std::size_t listing = 0;
     for (const plc::Block& block : program.blocks) {
-        for (const plc::Line& line : block.lines)
+        for (const plc::Line& line : block.lines) {
             listing += line.text.size() + 1;
+        }
     }
     EXPECT_EQ(out.str().size(), 12 + listing + 4 + blocks * 56);
 }

@@ -55,15 +55,17 @@ TEST(ParseOperand, RefusesWhatIsNoName)
          {"",      "E",       "X1.0",   "E1",        "E1.",         "E1.8",     "E1.17",
           "EB1.0", "EW",      "eb1",    "EB 1",      "EB-1",        "EB+1",     "EB1x",
           "DB10",  "DB10.",   "DB10.4", "DB10.DB4",  "DB.DBW4",     "DB10.DW4", "TB5",
-          "T5.0",  "MW70000", "A1.x5",  "DB10.DBX4", "DB10.DBW4.0", "ZW1",      "EX1.0"})
+          "T5.0",  "MW70000", "A1.x5",  "DB10.DBX4", "DB10.DBW4.0", "ZW1",      "EX1.0"}) {
         EXPECT_FALSE(ParseOperand(text)) << text;
+    }
 }
 
 TEST(OperandName, IsWhatTheParserReads)
 {
     for (const char* name :
-         {"EB10", "A3.5", "M100.0", "MW20", "MD4", "DB1.DBX10.3", "DB64.DBB3", "T5", "Z12"})
+         {"EB10", "A3.5", "M100.0", "MW20", "MD4", "DB1.DBX10.3", "DB64.DBB3", "T5", "Z12"}) {
         EXPECT_EQ(plc::OperandName(ParseOperand(name).value()), name);
+    }
 }
 
 TEST(Exists, TheWholeOperandLiesInItsArea)

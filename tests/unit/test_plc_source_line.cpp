@@ -84,18 +84,22 @@ TEST(ColumnOf, CountsCharactersFromOne)
 
 TEST(IsBlockName, KnowsTheThreeKinds)
 {
-    for (const char* name : {"OB1", "PB0", "PB999", "FB1", "FB10"})
+    for (const char* name : {"OB1", "PB0", "PB999", "FB1", "FB10"}) {
         EXPECT_TRUE(IsBlockName(name)) << name;
-    for (const char* name : {"", "P", "PB", "OB2", "OB", "PB01", "PB1000", "DB10", "pb1", "PB1x"})
+    }
+    for (const char* name : {"", "P", "PB", "OB2", "OB", "PB01", "PB1000", "DB10", "pb1", "PB1x"}) {
         EXPECT_FALSE(IsBlockName(name)) << name;
+    }
 }
 
 TEST(IsIdentifier, IsMadeOfLettersDigitsAndUnderscores)
 {
-    for (const char* name : {"M001", "_x", "end_2"})
+    for (const char* name : {"M001", "_x", "end_2"}) {
         EXPECT_TRUE(IsIdentifier(name)) << name;
-    for (const char* name : {"", "1M", "M 1", "Öl", "M-1"})
+    }
+    for (const char* name : {"", "1M", "M 1", "Öl", "M-1"}) {
         EXPECT_FALSE(IsIdentifier(name)) << name;
+    }
 }
 
 } // namespace

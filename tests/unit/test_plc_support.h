@@ -23,16 +23,18 @@ namespace plctest {
 inline std::string Errors(const plc::Assembly& assembly)
 {
     std::string text;
-    for (const plc::SourceError& error : assembly.errors)
+    for (const plc::SourceError& error : assembly.errors) {
         text += plc::ErrorText(error) + "\n";
+    }
     return text;
 }
 
 /// @throws std::invalid_argument with all errors of the source.
 inline plc::Program Assembled(plc::Assembly assembly)
 {
-    if (!assembly.program)
+    if (!assembly.program) {
         throw std::invalid_argument(Errors(assembly));
+    }
     return std::move(*assembly.program);
 }
 
@@ -67,8 +69,9 @@ public:
 
     std::optional<plc::StopReason> Cycle(std::chrono::milliseconds elapsed = plc::timerUnit)
     {
-        if (m_process)
+        if (m_process) {
             m_process->Advance(image, elapsed);
+        }
         return m_program->RunCycle(image, elapsed);
     }
 
@@ -87,8 +90,9 @@ public:
                 ADD_FAILURE() << plc::StopText(*stop);
                 return false;
             }
-            if (condition())
+            if (condition()) {
                 return true;
+            }
         }
         return false;
     }

@@ -13,10 +13,11 @@ namespace plc {
 void PrintTo(const StepState& state, std::ostream* out)
 {
     *out << state.logicResult << "/";
-    if (state.accumulator)
+    if (state.accumulator) {
         *out << *state.accumulator;
-    else
+    } else {
         *out << "-";
+    }
 }
 
 } // namespace plc

@@ -29,8 +29,9 @@ class EndOfMemory
 public:
     EndOfMemory()
     {
-        if (m_pages == MAP_FAILED || mprotect(m_pages + m_pageSize, m_pageSize, PROT_NONE) != 0)
+        if (m_pages == MAP_FAILED || mprotect(m_pages + m_pageSize, m_pageSize, PROT_NONE) != 0) {
             throw std::runtime_error("no memory for the checks");
+        }
     }
 
     ~EndOfMemory() { munmap(m_pages, 2 * m_pageSize); }
@@ -77,8 +78,9 @@ void RequireShown(TrialHost& host, std::int32_t value)
 
 void Shown(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     RequireShown(host, 1);
     RequireShown(host, someValue);
     host.Destroy();
@@ -94,8 +96,9 @@ void DuringCreate(TrialHost& host)
     };
     const bool created = host.Create() == 1;
     host.reaction = nullptr;
-    if (host.Require(created, "create does not return 1"))
+    if (host.Require(created, "create does not return 1")) {
         host.Destroy();
+    }
     host.IsGone();
 }
 
@@ -104,22 +107,25 @@ int AnswerFromThreads(const TrialHost& host)
 {
     std::atomic<int> taken = 0;
     std::vector<std::thread> threads;
-    for (std::uint16_t key = 0; key < threadCount; ++key)
+    for (std::uint16_t key = 0; key < threadCount; ++key) {
         threads.emplace_back([&host, &taken, key] {
             for (int value = 0; value < answersEach; ++value) {
                 const CMD_DATA answer = MakeReadAnswer(key, value);
                 taken += host.Answer(AnswerKind::ReadVar, &answer);
             }
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     return taken;
 }
 
 void FromThreads(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     const auto before = StillPicture(host);
     host.Reports().Step("answers from four threads");
     std::atomic<int> taken = -1;
@@ -134,8 +140,9 @@ void FromThreads(TrialHost& host)
 
 void MeetTheCloseBox(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Reports().Step("closes the window while four threads answer");
     std::thread answering([&] { AnswerFromThreads(host); });
     gtk_window_close(DebuggerWindow());
@@ -148,8 +155,9 @@ void MeetTheCloseBox(TrialHost& host)
 
 void OfAnyLength(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Reports().Step("answers with every length word");
     EndOfMemory memory;
     for (unsigned length = 0; length <= wildLength; ++length) {
@@ -160,11 +168,13 @@ void OfAnyLength(TrialHost& host)
         for (const auto kind : {AnswerKind::ReadVar, AnswerKind::ProgramState}) {
             if (!host.Require(
                     host.Answer(kind, memory.Put(answer, size)) == 1,
-                    "an answer of length " + std::to_string(length) + " is not taken"))
+                    "an answer of length " + std::to_string(length) + " is not taken")) {
                 return;
+            }
         }
-        if (length % 1024 == 0)
+        if (length % 1024 == 0) {
             g_main_context_iteration(nullptr, FALSE);
+        }
     }
     RequireShown(host, someValue);
     host.Destroy();
@@ -173,8 +183,9 @@ void OfAnyLength(TrialHost& host)
 
 void NobodyAskedFor(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Reports().Step("answers for keys, steps and commands that nobody asked for");
     const std::vector<plchost::StepState> states(plchost::maxStepsInAnswer, {true, 1});
     for (const std::int32_t first : {INT32_MIN, -1, 0, 7, INT32_MAX}) {

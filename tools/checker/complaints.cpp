@@ -47,8 +47,9 @@ std::string ComplaintIn(GLogLevelFlags level, const GLogField* fields, gsize cou
         std::any_of(knownComplaints.begin(), knownComplaints.end(), [message](const char* words) {
             return std::strstr(message, words) != nullptr;
         });
-    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) == 0 || known)
+    if ((level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) == 0 || known) {
         return "";
+    }
     return std::string(FieldOf(fields, count, "GLIB_DOMAIN")) + ": " + message;
 }
 

@@ -19,17 +19,20 @@ void BeforeCreate(TrialHost& host)
         host.Require(host.Answer(kind, nullptr) == 0, "a null answer before create is taken");
     }
     host.Destroy();
-    if (host.Open())
+    if (host.Open()) {
         host.Destroy();
+    }
 }
 
 void OpenAndClose(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     std::vector<std::string> operands;
-    for (const auto& [key, operand] : host.Served())
+    for (const auto& [key, operand] : host.Served()) {
         operands.push_back(operand);
+    }
     host.Require(operands == TrialHost::Operands(), "the list is not asked for in its order");
     host.Destroy();
     host.IsGone();
@@ -37,8 +40,9 @@ void OpenAndClose(TrialHost& host)
 
 void RecordMayGo(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.init = {};
     host.Destroy();
     host.IsGone();
@@ -47,36 +51,44 @@ void RecordMayGo(TrialHost& host)
 void AgainAndAgain(TrialHost& host)
 {
     for (int round = 0; round < rounds; ++round) {
-        if (!host.Open())
+        if (!host.Open()) {
             return;
+        }
         host.Require(host.Served().count(0) == 1, "a new debugger does not count keys from 0");
         host.Destroy();
-        if (!host.IsGone())
+        if (!host.IsGone()) {
             return;
+        }
     }
 }
 
 void DestroyedTwice(TrialHost& host)
 {
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Destroy();
     host.Destroy();
-    if (host.IsGone() && host.Open())
+    if (host.IsGone() && host.Open()) {
         host.Destroy();
+    }
 }
 
 void ClosedByTheOperator(TrialHost& host)
 {
     for (int round = 0; round < rounds; ++round) {
-        if (!host.Open())
+        if (!host.Open()) {
             return;
+        }
         host.Reports().Step("closes the window");
         gtk_window_close(DebuggerWindow());
-        if (!host.Await("the releases after the close box", [&] { return host.Served().empty(); }))
+        if (!host.Await(
+                "the releases after the close box", [&] { return host.Served().empty(); })) {
             return;
-        if (!host.IsGone())
+        }
+        if (!host.IsGone()) {
             return;
+        }
         host.Destroy();
     }
 }
@@ -85,14 +97,16 @@ void DestroyedInsideACallback(TrialHost& host)
 {
     bool destroyed = false;
     host.reaction = [&](const CMD_DATA& request) {
-        if (request.command == PLC_CMD_READ_VAR && !std::exchange(destroyed, true))
+        if (request.command == PLC_CMD_READ_VAR && !std::exchange(destroyed, true)) {
             host.Destroy();
+        }
     };
     host.Require(host.Create() == 0, "create does not return 0 when a callback has destroyed");
     host.IsGone();
     host.reaction = nullptr;
-    if (host.Open())
+    if (host.Open()) {
         host.Destroy();
+    }
 }
 
 void NullCallbacks(TrialHost& host)
@@ -100,8 +114,9 @@ void NullCallbacks(TrialHost& host)
     const auto path = host.init;
     host.init = {};
     std::copy(std::begin(path.szPath), std::end(path.szPath), host.init.szPath);
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Reports().Step("closes the window");
     gtk_window_close(DebuggerWindow());
     host.IsGone();
@@ -113,12 +128,14 @@ void PathWithoutZero(TrialHost& host)
 {
     const std::string name = "machine";
     std::string path = host.Folder() + "/";
-    while (path.size() + name.size() < PLC_PATH_SIZE)
+    while (path.size() + name.size() < PLC_PATH_SIZE) {
         path += (PLC_PATH_SIZE - path.size() - name.size()) % 2 == 0 ? "./" : "/";
+    }
     path += name;
     path.copy(host.init.szPath, PLC_PATH_SIZE);
-    if (!host.Open())
+    if (!host.Open()) {
         return;
+    }
     host.Destroy();
     host.IsGone();
 }

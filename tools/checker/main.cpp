@@ -51,15 +51,17 @@ std::vector<Check> AllChecks()
 std::vector<std::string> Names()
 {
     std::vector<std::string> names;
-    for (const Check& check : AllChecks())
+    for (const Check& check : AllChecks()) {
         names.emplace_back(check.name);
+    }
     return names;
 }
 
 void ListChecks()
 {
-    for (const Check& check : AllChecks())
+    for (const Check& check : AllChecks()) {
         std::cout << check.name << ": " << check.sentence << '\n';
+    }
 }
 
 /// @return whether nothing is wrong.
@@ -68,16 +70,18 @@ bool RunAll(const Options& options)
     int wrong = 0;
     int count = 0;
     for (const Check& check : AllChecks()) {
-        if (!options.only.empty() && options.only != check.name)
+        if (!options.only.empty() && options.only != check.name) {
             continue;
+        }
         const auto findings =
             RunTrial(check.name, options.library, std::chrono::seconds(options.limit));
         ++count;
         wrong += findings.empty() ? 0 : 1;
         std::cout << (findings.empty() ? "ok     " : "WRONG  ") << check.name << ": "
                   << check.sentence << '\n';
-        for (const std::string& finding : findings)
+        for (const std::string& finding : findings) {
             std::cout << "         " << finding << '\n';
+        }
         std::cout.flush();
     }
     std::cout << count << " checks, " << wrong << " wrong" << std::endl;
@@ -94,8 +98,9 @@ int Run(const Options& options)
     const auto here = std::find_if(checks.begin(), checks.end(), [&](const Check& check) {
         return options.here == check.name;
     });
-    if (here != checks.end())
+    if (here != checks.end()) {
         return RunCheckHere(*here, options.library, options.reportTo);
+    }
     if (gtk_init_check(nullptr, nullptr) == FALSE) {
         std::cerr << "plcdebug-check: no display (set DISPLAY, or run it under a virtual X server)"
                   << std::endl;
@@ -123,8 +128,9 @@ int Main(int argc, char** argv)
     app.add_option("--report-to", options.reportTo)->group("");
     try {
         app.parse(argc, argv);
-        if (options.library.empty() && list->count() == 0)
+        if (options.library.empty() && list->count() == 0) {
             throw CLI::RequiredError("LIBRARY");
+        }
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exitGood : exitUsage;
     }

@@ -35,17 +35,21 @@ std::string RequestProblem(const CMD_DATA& request)
 {
     const std::size_t length = LengthOf(request);
     const std::string words = "the request \"" + plchost::DescribeRequest(request) + "\"";
-    if (length == 0)
+    if (length == 0) {
         return words + " has no known command word";
-    if (length != request.length)
+    }
+    if (length != request.length) {
         return words + " states " + std::to_string(request.length) + " bytes and has " +
                std::to_string(length);
-    if (request.command == PLC_CMD_READ_VAR && plchost::ReadOperand(request).empty())
+    }
+    if (request.command == PLC_CMD_READ_VAR && plchost::ReadOperand(request).empty()) {
         return words + " names no operand";
+    }
     const auto steps =
         request.command == PLC_CMD_PRG_STATE ? plchost::RequestedSteps(request) : std::nullopt;
-    if (steps && plchost::CountSteps(*steps) != request.key)
+    if (steps && plchost::CountSteps(*steps) != request.key) {
         return words + " counts " + std::to_string(request.key) + " steps";
+    }
     return "";
 }
 

@@ -30,12 +30,13 @@ struct Reading
     void Take(const std::string& line)
     {
         const std::string text = line.substr(1);
-        if (line[0] == Report::stepMark)
+        if (line[0] == Report::stepMark) {
             step = text;
-        else if (line[0] == Report::doneMark)
+        } else if (line[0] == Report::doneMark) {
             done = true;
-        else if (std::find(findings.begin(), findings.end(), text) == findings.end())
+        } else if (std::find(findings.begin(), findings.end(), text) == findings.end()) {
             findings.push_back(text); // what is wrong a thousand times is said once
+        }
     }
 
     void Add(std::string_view bytes)
@@ -58,15 +59,18 @@ bool ReadAll(int file, Clock::time_point end, Reading& reading)
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         pollfd waiting{file, POLLIN, 0};
-        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0)
+        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0) {
             return false;
+        }
         const ssize_t count = read(file, buffer.data(), buffer.size());
-        if (count == 0)
+        if (count == 0) {
             return true;
-        if (count > 0)
+        }
+        if (count > 0) {
             reading.Add({buffer.data(), static_cast<std::size_t>(count)});
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             throw std::runtime_error(std::string("cannot read the report: ") + strerror(errno));
+        }
     }
 }
 
@@ -101,11 +105,13 @@ std::vector<std::string>
 RunTrial(const std::string& check, const std::string& library, std::chrono::seconds limit)
 {
     std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0)
+    if (pipe(ends.data()) != 0) {
         throw std::runtime_error(std::string("cannot make a pipe: ") + strerror(errno));
+    }
     const pid_t child = fork();
-    if (child < 0)
+    if (child < 0) {
         throw std::runtime_error(std::string("cannot start a process: ") + strerror(errno));
+    }
     if (child == 0) {
         close(ends[0]);
         Become(check, library, ends[1]);
@@ -114,18 +120,20 @@ RunTrial(const std::string& check, const std::string& library, std::chrono::seco
     Reading reading;
     const bool ended = ReadAll(ends[0], Clock::now() + limit, reading);
     close(ends[0]);
-    if (!ended)
+    if (!ended) {
         kill(child, SIGKILL);
+    }
     int status = 0;
     waitpid(child, &status, 0);
     const std::string where = " while the host " + reading.step;
-    if (!ended)
+    if (!ended) {
         reading.findings.push_back(
             "does not return within " + std::to_string(limit.count()) + " s" + where);
-    else if (!reading.done && (WIFSIGNALED(status) || reading.findings.empty()))
+    } else if (!reading.done && (WIFSIGNALED(status) || reading.findings.empty())) {
         reading.findings.push_back(EndOf(status) + where);
-    else if (WIFSIGNALED(status))
+    } else if (WIFSIGNALED(status)) {
         reading.findings.push_back(EndOf(status) + " when the host ends");
+    }
     return reading.findings;
 }
 

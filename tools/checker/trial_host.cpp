@@ -25,8 +25,9 @@ constexpr guint lookAgainMs = 5;
 GLogWriterOutput
 NoteComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer report)
 {
-    if (const std::string complaint = ComplaintIn(level, fields, count); !complaint.empty())
+    if (const std::string complaint = ComplaintIn(level, fields, count); !complaint.empty()) {
         static_cast<const Report*>(report)->Wrong("the toolkit complains: " + complaint);
+    }
     return G_LOG_WRITER_HANDLED;
 }
 
@@ -34,8 +35,9 @@ std::string NewFolder()
 {
     std::string pattern =
         (std::filesystem::temp_directory_path() / "plcdebug-check-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
+    if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("cannot make a folder like " + pattern);
+    }
     return pattern;
 }
 
@@ -43,13 +45,16 @@ std::string NewFolder()
 std::string WriteFiles(const plchost::ConfigFiles& files)
 {
     const auto assembly = plc::Assemble("OB1: TITLE Check\n U E0.0\n = A0.0\n BE\n", "check");
-    if (!assembly.program)
+    if (!assembly.program) {
         throw std::logic_error("the program of the checks has errors");
-    if (const auto problem = plc::WriteDebugFile(*assembly.program, files.prefix))
+    }
+    if (const auto problem = plc::WriteDebugFile(*assembly.program, files.prefix)) {
         return *problem;
+    }
     std::string list;
-    for (const std::string& operand : TrialHost::Operands())
+    for (const std::string& operand : TrialHost::Operands()) {
         list += operand + "/D\n";
+    }
     return plchost::UseWatchList(files, list);
 }
 
@@ -75,16 +80,18 @@ void Report::Line(char mark, const std::string& text) const
     std::string line = mark + text;
     std::replace(line.begin(), line.end(), '\n', ' ');
     line += '\n';
-    if (write(m_file, line.data(), line.size()) < 0)
+    if (write(m_file, line.data(), line.size()) < 0) {
         _exit(1); // nobody reads the report any more
+    }
 }
 
 TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
     : init{}, m_plugin(plugin), m_report(report), m_files(plchost::FilesIn(NewFolder(), "machine")),
       m_threads(std::this_thread::get_id()), m_port(*this, m_threads, false)
 {
-    if (const std::string problem = WriteFiles(m_files); !problem.empty())
+    if (const std::string problem = WriteFiles(m_files); !problem.empty()) {
         throw std::runtime_error(problem);
+    }
     init = m_port.InitRecord(m_files.prefix);
     g_log_set_writer_func(NoteComplaint, const_cast<Report*>(&report), nullptr);
     const auto look = [](gpointer host) -> gboolean {
@@ -97,8 +104,9 @@ TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
 TrialHost::~TrialHost()
 {
     g_source_remove(m_timer);
-    if (const std::string violation = m_threads.Violation(); !violation.empty())
+    if (const std::string violation = m_threads.Violation(); !violation.empty()) {
         m_report.Wrong(violation);
+    }
     std::error_code ignored;
     std::filesystem::remove_all(m_files.folder, ignored);
 }
@@ -141,8 +149,9 @@ bool TrialHost::IsGone()
     const bool deaf = Await("answers to be refused once no debugger is open", [&] {
         return Answer(plchost::AnswerKind::ReadVar, &answer) == 0;
     });
-    for (const auto& [key, operand] : m_served)
+    for (const auto& [key, operand] : m_served) {
         m_report.Wrong("the variable " + operand + " is never released");
+    }
     return closed && deaf && m_served.empty();
 }
 
@@ -158,8 +167,9 @@ bool TrialHost::Await(const std::string& what, const std::function<bool()>& cond
 {
     const auto end = std::chrono::steady_clock::now() + waitLimit;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+        if (std::chrono::steady_clock::now() > end) {
             return Require(false, "waited in vain for " + what);
+        }
         // The timer that looks for dialogs ends each wait.
         g_main_context_iteration(nullptr, TRUE);
     }
@@ -168,34 +178,40 @@ bool TrialHost::Await(const std::string& what, const std::function<bool()>& cond
 
 bool TrialHost::Require(bool holds, const std::string& finding)
 {
-    if (!holds)
+    if (!holds) {
         m_report.Wrong(finding);
+    }
     return holds;
 }
 
 void TrialHost::Request(const CMD_DATA& request)
 {
-    if (const std::string problem = RequestProblem(request); !problem.empty())
+    if (const std::string problem = RequestProblem(request); !problem.empty()) {
         m_report.Wrong(problem);
-    if (request.command == PLC_CMD_READ_VAR)
+    }
+    if (request.command == PLC_CMD_READ_VAR) {
         m_read[request.key] = plchost::ReadOperand(request);
+    }
     if (request.command == PLC_CMD_DELETE_VAR) {
-        if (plchost::DeleteArgument(request) == PLC_DELETE_ARG_START)
+        if (plchost::DeleteArgument(request) == PLC_DELETE_ARG_START) {
             m_served.insert(m_read.extract(request.key));
-        else
+        } else {
             Require(
                 m_served.erase(request.key) + m_read.erase(request.key) == 1,
                 "key " + std::to_string(request.key) + " is released and was not in use");
+        }
     }
-    if (reaction)
+    if (reaction) {
         reaction(request);
+    }
 }
 
 void TrialHost::LookForDialogs()
 {
     GtkWindow* const dialog = OpenDialog();
-    if (dialog == nullptr)
+    if (dialog == nullptr) {
         return;
+    }
     if (!expectsDialogs) {
         m_report.Wrong("a dialog appears: " + DescribeDialog(dialog));
         _exit(1); // nobody is there to answer it

@@ -14,8 +14,9 @@ std::vector<GtkWindow*> VisibleWindows()
     for (const GList* item = all.get(); item != nullptr; item = item->next) {
         auto* const window = static_cast<GtkWindow*>(item->data);
         if (gtk_window_get_window_type(window) == GTK_WINDOW_TOPLEVEL &&
-            gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE)
+            gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE) {
             windows.push_back(window);
+        }
     }
     return windows;
 }
@@ -27,9 +28,11 @@ bool IsDialog(GtkWindow* window)
 
 GtkWindow* FirstWindow(bool dialog)
 {
-    for (GtkWindow* window : VisibleWindows())
-        if (IsDialog(window) == dialog)
+    for (GtkWindow* window : VisibleWindows()) {
+        if (IsDialog(window) == dialog) {
             return window;
+        }
+    }
     return nullptr;
 }
 
@@ -56,17 +59,19 @@ GtkWindow* OpenDialog()
 std::string DescribeDialog(GtkWindow* dialog)
 {
     std::string words = TextOf(dialog, "title");
-    if (GTK_IS_MESSAGE_DIALOG(dialog))
+    if (GTK_IS_MESSAGE_DIALOG(dialog)) {
         words += ": " + TextOf(dialog, "text") + ' ' + TextOf(dialog, "secondary-text");
+    }
     return words;
 }
 
 void Confirm(GtkWindow* dialog)
 {
-    if (GTK_IS_DIALOG(dialog))
+    if (GTK_IS_DIALOG(dialog)) {
         gtk_dialog_response(GTK_DIALOG(dialog), GTK_RESPONSE_OK);
-    else
+    } else {
         gtk_window_close(dialog);
+    }
 }
 
 std::vector<std::uint8_t> PictureOf(GtkWindow* window)
@@ -76,8 +81,9 @@ std::vector<std::uint8_t> PictureOf(GtkWindow* window)
         gdk_pixbuf_get_from_window(
             shown, 0, 0, gdk_window_get_width(shown), gdk_window_get_height(shown)),
         &g_object_unref);
-    if (!picture)
+    if (!picture) {
         return {};
+    }
     const std::uint8_t* const pixels = gdk_pixbuf_read_pixels(picture.get());
     return {pixels, pixels + gdk_pixbuf_get_byte_length(picture.get())};
 }
