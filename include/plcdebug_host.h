@@ -1,8 +1,8 @@
 #ifndef PLCDEBUG_HOST_H
 #define PLCDEBUG_HOST_H
 
-/** The host boundary of libplcdebug.so, whole: everything that a host program needs.
- *  Plain C, usable from C99 and C++11 on.
+/** The host boundary of libplcdebug.so, whole: everything that a host program needs, with the
+ *  records in plcdebug_records.h. Plain C, usable from C99 and C++11 on.
  *
  *  The debugger is one window that a machine-control program opens and closes. It never talks to
  *  the controller itself: it asks the host through the callbacks of PLC_DBG_INIT, and the host
@@ -15,14 +15,14 @@
  *    4. calls ExportDestroyPlcDebugger() when it is done, also after the operator has closed the
  *       window, before it opens the debugger again or ends.
  *
- *  All numbers in records are little-endian and may stand unaligned.
- *
  *  Thread tags, the last line of each description:
  *    [gui-thread]                      only on the thread that runs the GTK main loop
  *    [gui-thread, inside a callback]   the plug-in calls the host, on the GUI thread
  *    [any-thread]                      on every thread, also several at a time
  *    [not during destroy]              not while ExportDestroyPlcDebugger() runs
  */
+
+#include "plcdebug_records.h"
 
 #include <stddef.h>
 #include <stdint.h>
@@ -31,61 +31,15 @@
 extern "C" {
 #endif
 
-/** Command words at byte 0 of a request. The command word of an answer is not looked at. */
-enum
-{
-    PLC_CMD_READ_VAR = 0x600D,
-    PLC_CMD_WRITE_VAR = 0x600E,
-    PLC_CMD_DELETE_VAR = 0x600F,
-    PLC_CMD_PRG_STATE = 0x6010
-};
+/** The version of the boundary. It rises by one when a record, a callback or an export changes, or
+ *  what one of them means; not when the headers only explain or offer more. */
+#define PLCDEBUG_BOUNDARY_VERSION 1
 
-/** Arguments of a delete-variable request, at byte 6. */
+/** Bytes of a path prefix. */
 enum
 {
-    PLC_DELETE_ARG_START = 1,   /* right after a read request: serve this variable from now on */
-    PLC_DELETE_ARG_RELEASE = -1 /* the variable has left the watch list: serve it no longer */
-};
-
-/** Sizes in bytes. */
-enum
-{
-    PLC_CMD_HEADER_SIZE = 6,
-    PLC_CMD_PAYLOAD_SIZE = 500,
-    PLC_CMD_SIZE = 506,
     PLC_PATH_SIZE = 256
 };
-
-/** A step without a value in a program-state answer: this one, or -1. */
-#define PLC_NO_VALUE INT32_C(0x7FFFFFFF)
-
-/** One request or one answer, 506 bytes.
- *
- *  Payloads (offsets from the start of the record):
- *
- *  Read request 0x600D        6: operand name, 8-bit, zero-terminated. length = 7 + characters.
- *  Write request 0x600E       key 0. 6: int32 value. 10: operand name, zero-terminated.
- *                             length = 11 + characters.
- *  Delete request 0x600F      6: int16 argument, PLC_DELETE_ARG_*. length = 8.
- *  Program-state request      4: uint16 count of steps, 6: int32 first step, 10: int32 last step.
- *  0x6010                     length = 14. All three 0: stop. A new range replaces the former one.
- *
- *  Read answer                4: uint16 key of the read request. 6: int32 value.
- *                             length = 10.
- *  Program-state answer       6: int32 first step, 10: int32 last step, both as requested.
- *                             14: n = last - first + 1 bytes, 1 where the logic result is set.
- *                             14 + n: n int32 values; PLC_NO_VALUE or -1 for none.
- *                             length = 14 + 5 n, at most 504.
- *
- *  Values: a byte or word operand is taken from the low 8 or 16 bits, sign-extended; floating
- *  point travels as the bit pattern of an IEEE 754 single. */
-typedef struct CMD_DATA
-{
-    uint16_t command;                      /* 0: PLC_CMD_* */
-    uint16_t length;                       /* 2: meaningful bytes of the record, header included */
-    uint16_t key;                          /* 4: request id of the variable, or count of steps */
-    uint8_t payload[PLC_CMD_PAYLOAD_SIZE]; /* 6 */
-} CMD_DATA;
 
 /** Takes one request. The record belongs to the plug-in and is valid only during the call: copy
  *  what you keep. The result is not looked at. The host may answer from inside the call, and may
@@ -155,17 +109,8 @@ typedef int (*PlcAnswerExport)(unsigned char* answer);
 
 #ifdef __cplusplus
 }
-#define PLCDEBUG_STATIC_ASSERT(condition, text) static_assert(condition, text)
-#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
-#define PLCDEBUG_STATIC_ASSERT(condition, text) _Static_assert(condition, text)
-#else
-#define PLCDEBUG_STATIC_ASSERT(condition, text) struct PlcDebugNoStaticAssert
 #endif
 
-PLCDEBUG_STATIC_ASSERT(sizeof(CMD_DATA) == PLC_CMD_SIZE, "a record has 506 bytes");
-PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, length) == 2, "length word at byte 2");
-PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, key) == 4, "key at byte 4");
-PLCDEBUG_STATIC_ASSERT(offsetof(CMD_DATA, payload) == PLC_CMD_HEADER_SIZE, "payload at byte 6");
 PLCDEBUG_STATIC_ASSERT(
     sizeof(PLC_DBG_INIT) == PLC_PATH_SIZE + 6 * sizeof(void*),
     "280 bytes on 32 bits, 304 on 64 bits");
@@ -181,7 +126,5 @@ PLCDEBUG_STATIC_ASSERT(
 PLCDEBUG_STATIC_ASSERT(
     offsetof(PLC_DBG_INIT, pfnDeleteVarRequest) == PLC_PATH_SIZE + 4 * sizeof(void*),
     "fifth callback");
-
-#undef PLCDEBUG_STATIC_ASSERT
 
 #endif
