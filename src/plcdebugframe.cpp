@@ -2,6 +2,7 @@
 
 #include "plcdebug.h"
 #include "plcdebugframe_drain.h"
+#include "plcdebugframe_texts.h"
 #include "plcinfodlg.h"
 #include "plcmodal.h"
 #include "plcnotebook.h"
@@ -27,13 +28,6 @@ const char* const keyLanguagePath = "LanguagePath";
 const char* const keyLanguage = "Language";
 const char* const keyLastFile = "PLCLastFile";
 const char* const listFileWildcard = " (*.plc)|*.plc";
-
-/// @return @p text, or a blank for an empty one, for which the toolkit would take a label and an
-///         accelerator of its own or refuse the menu.
-wxString NotEmpty(const wxString& text)
-{
-    return text.empty() ? wxString(" ") : text;
-}
 
 struct MenuItem
 {
@@ -114,23 +108,6 @@ private:
 
 } // namespace
 
-wxString StartDirectory(wxString pathPrefix)
-{
-    if (pathPrefix.EndsWith("/")) {
-        pathPrefix.RemoveLast();
-    }
-    const std::size_t slash = pathPrefix.rfind('/');
-    return slash == wxString::npos ? pathPrefix : pathPrefix.Left(slash);
-}
-
-wxString ItemLabel(const wxString& label, const wxString& acceleratorLetter)
-{
-    if (acceleratorLetter.empty() || acceleratorLetter == "...") {
-        return NotEmpty(label);
-    }
-    return NotEmpty(label) + "\tCtrl-" + acceleratorLetter;
-}
-
 wxBEGIN_EVENT_TABLE(PlcDebugFrame, wxFrame)
     EVT_MENU(wxID_NEW, PlcDebugFrame::OnMenuNewClose)
     EVT_MENU(wxID_OPEN, PlcDebugFrame::OnMenuOpen)
@@ -188,8 +165,8 @@ void PlcDebugFrame::CreateMenus()
 {
     m_pFileMenu = CreateMenu(fileItems);
     auto* menuBar = new wxMenuBar;
-    menuBar->Append(m_pFileMenu, NotEmpty(LanguageText(TextId::MenuFile)));
-    menuBar->Append(CreateMenu(helpItems), NotEmpty(LanguageText(TextId::MenuHelp)));
+    menuBar->Append(m_pFileMenu, MenuLabel(LanguageText(TextId::MenuFile)));
+    menuBar->Append(CreateMenu(helpItems), MenuLabel(LanguageText(TextId::MenuHelp)));
     SetMenuBar(menuBar);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "plcdebug_host.h"
-#include "plcintlang.h"
 
 #include <ktcore/ktconfiguration.h>
 #include <ktcore/ktvaluequeue.h>
@@ -16,14 +15,6 @@
 class PlcNoteBook;
 class PlcPrgPanel;
 class PlcVarPanel;
-
-/// @return the directory of the configuration file: of "/a/b/prog" and "/a/b/c/" alike it is
-/// "/a/b".
-///         A prefix without a '/' is returned whole.
-wxString StartDirectory(wxString pathPrefix);
-
-/// The label of a menu item, with its accelerator; none for an empty letter and for "...".
-wxString ItemLabel(const wxString& label, const wxString& acceleratorLetter);
 
 /// The debugger's one window: menu, pages, timer and orderly exit. GUI thread, except for the two
 /// Process functions.

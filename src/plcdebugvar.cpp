@@ -1,7 +1,6 @@
 #include "plcdebugvar.h"
 
 #include "plcdebugvar_value.h"
-#include "plcmodal.h"
 
 #include <cstring>
 #include <cwchar>
@@ -201,19 +200,10 @@ wxString RefusalText(const AddressVerdict& verdict)
                : LanguageText(*verdict.message);
 }
 
-bool PlcDebugVar::CheckVarAddress(const wxString& text, bool showErrors) const
-{
-    const AddressVerdict verdict = JudgeAddress(*this, text);
-    if (showErrors && verdict.message) {
-        ShowMessage(TextId::AddressCaption, RefusalText(verdict));
-    }
-    return verdict.valid;
-}
-
 wxString PlcDebugVar::GetVarName(bool withBlank) const
 {
     const wxString prefix = NamePrefix(*this);
-    if (prefix.empty() || !CheckVarAddress(address, false)) {
+    if (prefix.empty() || !JudgeAddress(*this, address).valid) {
         return "";
     }
     return prefix + (withBlank ? " " : "") + address;

@@ -10,7 +10,8 @@
 #include <optional>
 
 // One watched PLC operand: its address grammar, display and entry formats, request payloads.
-// No windows but the message box of CheckVarAddress. GUI thread, because of the texts.
+// No windows but the message box of CheckVarAddress(), which is not part of the core;
+// JudgeAddress() is. GUI thread, because of the texts.
 
 /// Operand areas; also the item positions in the settings dialog.
 enum eVarArea : std::int32_t

@@ -57,7 +57,7 @@ OutOfRange(const char* name, const PlcDebugVar& var, const wxString& address, lo
     return {name, var, address, false, TextId::AddressRange, bound};
 }
 
-class CheckVarAddress : public testing::TestWithParam<AddressCase>
+class AddressText : public testing::TestWithParam<AddressCase>
 {
 };
 
@@ -65,7 +65,7 @@ const auto nameOfCase = [](const auto& info) { return std::string(info.param.nam
 
 } // namespace
 
-TEST_P(CheckVarAddress, Judges)
+TEST_P(AddressText, IsJudged)
 {
     const AddressCase& given = GetParam();
 
@@ -76,7 +76,6 @@ TEST_P(CheckVarAddress, Judges)
     if (given.message == TextId::AddressRange) {
         EXPECT_EQ(verdict.bound, given.bound);
     }
-    EXPECT_EQ(given.var.CheckVarAddress(given.address, false), given.valid);
 }
 
 namespace {
@@ -90,7 +89,7 @@ const PlcDebugVar inputDouble = Operand(eAreaInput, eSizeDouble);
 
 INSTANTIATE_TEST_SUITE_P(
     Text,
-    CheckVarAddress,
+    AddressText,
     testing::ValuesIn(std::vector<AddressCase>{
         Refused("emptyForAByte", inputByte, "", TextId::AddressInvalid),
         Refused("lettersForAByte", inputByte, "x", TextId::AddressInvalid),
@@ -130,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Bound,
-    CheckVarAddress,
+    AddressText,
     testing::ValuesIn(std::vector<AddressCase>{
         Valid("inputByte63", inputByte, "63"),
         OutOfRange("inputByte64", inputByte, "64", 64),
@@ -156,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Block,
-    CheckVarAddress,
+    AddressText,
     testing::ValuesIn(std::vector<AddressCase>{
         Valid("db4Byte16", DbOperand(4, eSizeByte), "16"),
         OutOfRange("db4Byte17", DbOperand(4, eSizeByte), "17", 17),
@@ -172,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     nameOfCase);
 
-TEST(CheckVarAddress, OfAnAreaThatDoesNotExistIsRefusedWithoutAMessage)
+TEST(JudgeAddress, OfAnAreaThatDoesNotExistIsRefusedWithoutAMessage)
 {
     for (const int area : {6, 100, -1, -2147483647}) {
         PlcDebugVar var = inputByte;
@@ -186,7 +185,7 @@ TEST(CheckVarAddress, OfAnAreaThatDoesNotExistIsRefusedWithoutAMessage)
     }
 }
 
-TEST(CheckVarAddress, OfEveryBlockStopsAtTheBlocksLimit)
+TEST(JudgeAddress, OfEveryBlockStopsAtTheBlocksLimit)
 {
     std::vector<std::pair<int, long>> limits = {
         {1, 2302},
@@ -222,12 +221,12 @@ TEST(CheckVarAddress, OfEveryBlockStopsAtTheBlocksLimit)
     EXPECT_EQ(limits.size(), varDBs.size());
 }
 
-TEST(CheckVarAddress, TakesTheRecordsOwnAddressForNothing)
+TEST(JudgeAddress, TakesTheRecordsOwnAddressForNothing)
 {
     PlcDebugVar var = inputByte;
     var.address = "rubbish";
 
-    EXPECT_TRUE(var.CheckVarAddress("5", false));
+    EXPECT_TRUE(JudgeAddress(var, "5").valid);
 }
 
 // ---- Names

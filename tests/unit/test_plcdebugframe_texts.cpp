@@ -1,4 +1,4 @@
-#include "plcdebugframe.h"
+#include "plcdebugframe_texts.h"
 
 #include <gtest/gtest.h>
 
