@@ -124,20 +124,29 @@ void Host::OpenOrClose()
 
 bool Host::OpenDebugger()
 {
-    std::string problem = DebugFileProblem(m_ground.files.debugFile);
-    if (problem.empty()) {
-        problem = WriteSettings(
-            m_ground.files.settings, {m_ground.dataFolder + "/languages", m_ground.language});
+    if (const auto opened = TryToOpen(); !opened) {
+        Report(opened.Message());
+        return false;
     }
-    if (problem.empty()) {
-        problem = m_session.Open(m_port.InitRecord(m_ground.files.prefix));
+    return true;
+}
+
+base::Result<void> Host::TryToOpen()
+{
+    if (auto readable = CheckDebugFile(m_ground.files.debugFile); !readable) {
+        return readable;
     }
-    if (problem.empty()) {
-        return true;
+    const DebuggerSettings settings{m_ground.dataFolder + "/languages", m_ground.language};
+    if (auto written = WriteSettings(m_ground.files.settings, settings); !written) {
+        return written;
     }
+    return m_session.Open(m_port.InitRecord(m_ground.files.prefix));
+}
+
+void Host::Report(const std::string& problem)
+{
     Tell(problem);
     m_window->ShowProblem(problem);
-    return false;
 }
 
 /// Once the main loop runs. The time of --run counts from here: however slow the machine is, the
@@ -159,23 +168,21 @@ void Host::Begin()
 
 void Host::CheckThreads()
 {
-    const std::string violation = m_threads.Violation();
-    if (violation.empty() || std::exchange(m_violationTold, true)) {
+    const auto kept = m_threads.Check();
+    if (kept || std::exchange(m_violationTold, true)) {
         return;
     }
-    Tell(violation);
-    m_window->ShowProblem(violation);
+    Report(kept.Message());
     m_status = exitThreadRule;
 }
 
 void Host::CheckRecorder()
 {
-    const std::string problem = m_recorder ? m_recorder->Problem() : "";
-    if (problem.empty() || std::exchange(m_recorderProblemTold, true)) {
+    const auto complete = m_recorder ? m_recorder->Check() : base::Result<void>();
+    if (complete || std::exchange(m_recorderProblemTold, true)) {
         return;
     }
-    Tell(problem);
-    m_window->ShowProblem(problem);
+    Report(complete.Message());
 }
 
 void Host::EndRun()

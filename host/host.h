@@ -44,6 +44,8 @@ private:
     std::unique_ptr<AnswerSource> MakeSource();
     void OpenOrClose();
     bool OpenDebugger();
+    base::Result<void> TryToOpen();
+    void Report(const std::string& problem);
     void Begin();
     void CheckThreads();
     void CheckRecorder();

@@ -24,7 +24,7 @@ std::string FileName(const std::string& path)
 
 } // namespace
 
-std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder)
+base::Result<std::string> FindPlugin(const std::string& programFolder)
 {
     const std::filesystem::path program(programFolder);
     const std::array<std::filesystem::path, 3> folders{
@@ -41,12 +41,12 @@ std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder
         }
         seen += (seen.empty() ? "" : ", ") + folder.lexically_normal().string();
     }
-    return LoadError{
+    return base::Failure{
         std::string(libraryName) + " not found, looked in " + seen +
         " (build or install it, or name it with --plugin PATH)"};
 }
 
-std::variant<std::string, LoadError> FindDataFolder(const std::string& programFolder)
+base::Result<std::string> FindDataFolder(const std::string& programFolder)
 {
     const auto folder =
         (std::filesystem::path(programFolder) / ".." / "share" / "plcdebug").lexically_normal();
@@ -54,23 +54,23 @@ std::variant<std::string, LoadError> FindDataFolder(const std::string& programFo
     if (std::filesystem::is_directory(folder, ignored)) {
         return folder.string();
     }
-    return LoadError{
+    return base::Failure{
         "no folder \"" + folder.string() +
         "\" with language files and samples (install it, or name it with --data-dir DIR)"};
 }
 
-std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
+base::Result<Plugin> LoadPlugin(const std::string& path)
 {
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored)) {
-        return LoadError{"no file \"" + path + "\" (name the library with --plugin PATH)"};
+        return base::Failure{"no file \"" + path + "\" (name the library with --plugin PATH)"};
     }
 
     // A path without a slash would send dlopen() to the system's folders.
     const std::string absolute = std::filesystem::absolute(path).string();
     void* const library = dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
-        return LoadError{
+        return base::Failure{
             std::string("cannot load the library: ") + dlerror() +
             " (is it built for this architecture, and is everything installed that it needs?)"};
     }
@@ -87,7 +87,7 @@ std::variant<Plugin, LoadError> LoadPlugin(const std::string& path)
         missing = "ExportAnswerProgState";
     }
     if (missing != nullptr) {
-        return LoadError{
+        return base::Failure{
             FileName(path) + " has no symbol \"" + missing + "\" (is it an older library?)"};
     }
     return plugin;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "plcdebug_host.h"
+#include "result.h"
 
 #include <string>
-#include <variant>
 
 // Finds the debugger library and the host's data, and loads the library. No windows. Any thread.
 
@@ -19,22 +19,17 @@ struct Plugin
     PlcAnswerExport answerProgramState;
 };
 
-/// Why a library could not be loaded: the step that failed, the thing, the cure.
-struct LoadError
-{
-    std::string message;
-};
-
 /// The library that belongs to a program: the first of ../lib, the multi-architecture folder in it
 /// and the program's own folder that holds a libplcdebug.so.
 /// @param programFolder the folder in which the program itself lies.
 /// @return its path, or where it was looked for.
-std::variant<std::string, LoadError> FindPlugin(const std::string& programFolder);
+base::Result<std::string> FindPlugin(const std::string& programFolder);
 
 /// The folder with the language files and samples that belongs to a program: ../share/plcdebug.
 /// @return its path, or where it was looked for.
-std::variant<std::string, LoadError> FindDataFolder(const std::string& programFolder);
+base::Result<std::string> FindDataFolder(const std::string& programFolder);
 
-std::variant<Plugin, LoadError> LoadPlugin(const std::string& path);
+/// @return the library, or the step that failed, the thing, the cure.
+base::Result<Plugin> LoadPlugin(const std::string& path);
 
 } // namespace plchost

@@ -28,19 +28,19 @@ struct StartError : std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-template <typename Result> Result Demand(std::variant<Result, LoadError> result)
+void Demand(const base::Result<void>& result)
 {
-    if (const auto* error = std::get_if<LoadError>(&result)) {
-        throw StartError{error->message};
+    if (!result) {
+        throw StartError{result.Message()};
     }
-    return std::get<Result>(std::move(result));
 }
 
-void Demand(const std::string& problem)
+template <typename T> T Demand(base::Result<T> result)
 {
-    if (!problem.empty()) {
-        throw StartError{problem};
+    if (!result) {
+        throw StartError{result.Message()};
     }
+    return *std::move(result);
 }
 
 plc::Program ReadProgram(const std::string& file)
@@ -98,9 +98,7 @@ void PrepareMachine(const Options& options, Ground& ground)
     const std::string source = options.program.empty() ? bottling + ".il" : options.program;
     ground.program = ReadProgram(source);
     ground.files = PrepareFiles(options, source);
-    if (const auto problem = plc::WriteDebugFile(ground.program, ground.files.prefix)) {
-        throw StartError{*problem};
-    }
+    Demand(plc::WriteDebugFile(ground.program, ground.files.prefix));
     if (options.program.empty()) {
         Demand(SeedWatchList(ground.files, bottling + ".plc"));
     }

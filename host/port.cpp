@@ -10,16 +10,17 @@ void ThreadRule::Note(const char* callback)
         return;
     }
     const std::lock_guard lock(m_mutex);
-    if (m_violation.empty()) {
-        m_violation = std::string("the callback ") + callback +
-                      " came on another thread than the GUI thread (a fault of the library)";
+    if (m_kept) {
+        m_kept = base::Failure{
+            std::string("the callback ") + callback +
+            " came on another thread than the GUI thread (a fault of the library)"};
     }
 }
 
-std::string ThreadRule::Violation() const
+base::Result<void> ThreadRule::Check() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_violation;
+    return m_kept;
 }
 
 RequestPort* RequestPort::m_pCurrent = nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plcdebug_host.h"
+#include "result.h"
 
 #include <mutex>
 #include <string>
@@ -32,13 +33,13 @@ public:
 
     /// @param callback the name of the callback that runs on the calling thread.
     void Note(const char* callback);
-    /// @return empty, or a sentence about the first callback that broke the rule.
-    std::string Violation() const;
+    /// @return a sentence about the first callback that broke the rule, if any.
+    base::Result<void> Check() const;
 
 private:
     const std::thread::id m_guiThread;
-    mutable std::mutex m_mutex; ///< Guards m_violation.
-    std::string m_violation;
+    mutable std::mutex m_mutex; ///< Guards m_kept.
+    base::Result<void> m_kept;
 };
 
 /// Connects the callbacks with a handler for as long as it lives. One at a time.

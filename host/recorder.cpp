@@ -18,8 +18,9 @@ Recorder::Recorder(const std::string& file, std::string_view listing)
     : m_path(file), m_file(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, fileMode))
 {
     if (m_file < 0) {
-        m_problem = "cannot write the recording \"" + m_path + "\": " + std::strerror(errno) +
-                    "; nothing is recorded";
+        m_complete = base::Failure{
+            "cannot write the recording \"" + m_path + "\": " + std::strerror(errno) +
+            "; nothing is recorded"};
     } else {
         Append(EncodeRecordingHead());
     }
@@ -46,10 +47,10 @@ void Recorder::Answer(AnswerKind kind, const CMD_DATA* answer, bool taken)
         CountingBytes(answer));
 }
 
-std::string Recorder::Problem() const
+base::Result<void> Recorder::Check() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_problem;
+    return m_complete;
 }
 
 void Recorder::Write(EventKind kind, bool taken, std::string bytes)
@@ -72,7 +73,8 @@ void Recorder::Append(std::string_view bytes)
             continue;
         }
         if (written < 0) {
-            m_problem = "the recording \"" + m_path + "\" ends early: " + std::strerror(errno);
+            m_complete = base::Failure{
+                "the recording \"" + m_path + "\" ends early: " + std::strerror(errno)};
             close(std::exchange(m_file, -1));
             return;
         }

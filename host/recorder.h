@@ -30,8 +30,8 @@ public:
     /// @param taken what the plug-in said: false when no debugger is open.
     void Answer(AnswerKind kind, const CMD_DATA* answer, bool taken);
 
-    /// @return empty, or why the recording has ended early.
-    std::string Problem() const;
+    /// @return why the recording has ended early, if it has.
+    base::Result<void> Check() const;
 
 private:
     void Write(EventKind kind, bool taken, std::string bytes);
@@ -41,7 +41,7 @@ private:
     const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
     mutable std::mutex m_mutex; ///< Guards what follows; held while one event is written.
     int m_file = -1;            ///< -1: not open, or given up.
-    std::string m_problem;
+    base::Result<void> m_complete;
 };
 
 /// Records the answers on their way.

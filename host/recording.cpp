@@ -116,18 +116,19 @@ std::string TornRemark(std::size_t offset)
            "; everything before it is played";
 }
 
-std::string HeadProblem(std::string_view bytes)
+base::Result<void> CheckHead(std::string_view bytes)
 {
     if (bytes.substr(0, magic.size()) != magic || bytes.size() < headSize) {
-        return "is no recording (plchost --record FILE makes one)";
+        return base::Failure{"is no recording (plchost --record FILE makes one)"};
     }
     Reader reader(bytes.substr(magic.size()));
     const std::uint64_t version = reader.Number(4);
     if (version == formatVersion) {
-        return "";
+        return {};
     }
-    return "has format version " + std::to_string(version) + ", and this plchost plays version " +
-           std::to_string(formatVersion) + " (take the plchost that has recorded it)";
+    return base::Failure{
+        "has format version " + std::to_string(version) + ", and this plchost plays version " +
+        std::to_string(formatVersion) + " (take the plchost that has recorded it)"};
 }
 
 } // namespace
@@ -150,11 +151,10 @@ std::string EncodeEvent(const RecordedEvent& event)
     return bytes + event.bytes;
 }
 
-std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes)
+base::Result<Recording> DecodeRecording(std::string_view bytes)
 {
-    const std::string problem = HeadProblem(bytes);
-    if (!problem.empty()) {
-        return LoadError{problem};
+    if (const auto head = CheckHead(bytes); !head) {
+        return base::Failure{head.Message()};
     }
     Recording recording;
     bool hasListing = false;
@@ -169,7 +169,8 @@ std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes)
         }
         const EventHead head = HeadOf(reader);
         if (!IsSound(head, !hasListing, before)) {
-            return LoadError{"is damaged at byte " + std::to_string(offset) + " (copy it again)"};
+            return base::Failure{
+                "is damaged at byte " + std::to_string(offset) + " (copy it again)"};
         }
         if (reader.Left() < head.size) {
             recording.remark = TornRemark(offset);
@@ -186,21 +187,21 @@ std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes)
         hasListing = true;
     }
     if (!hasListing) {
-        return LoadError{"is torn before its first record; there is nothing to play"};
+        return base::Failure{"is torn before its first record; there is nothing to play"};
     }
     return recording;
 }
 
-std::variant<Recording, LoadError> ReadRecording(const std::string& file)
+base::Result<Recording> ReadRecording(const std::string& file)
 {
     std::ifstream in(file, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     if (!in.is_open() || in.bad()) {
-        return LoadError{"cannot read the recording \"" + file + "\": " + std::strerror(errno)};
+        return base::Failure{"cannot read the recording \"" + file + "\": " + std::strerror(errno)};
     }
     auto decoded = DecodeRecording(bytes);
-    if (auto* const error = std::get_if<LoadError>(&decoded)) {
-        error->message.insert(0, "\"" + file + "\" ");
+    if (!decoded) {
+        return base::Failure{"\"" + file + "\" " + decoded.Message()};
     }
     return decoded;
 }

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "loader.h"
 #include "plcdebug_host.h"
+#include "result.h"
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 // The file of recorded requests and answers, in memory: docs/formats.md describes it. No windows.
@@ -50,11 +49,11 @@ std::string EncodeRecordingHead();
 std::string EncodeEvent(const RecordedEvent& event);
 
 /// An event that is torn at the end of the bytes is left out, with a remark.
-/// @return what else is wrong with the bytes, without the name of the file.
-std::variant<Recording, LoadError> DecodeRecording(std::string_view bytes);
+/// @return the recording, or what is wrong with the bytes, without the name of the file.
+base::Result<Recording> DecodeRecording(std::string_view bytes);
 
 /// @return the recording, or a sentence that names the file.
-std::variant<Recording, LoadError> ReadRecording(const std::string& file);
+base::Result<Recording> ReadRecording(const std::string& file);
 
 /// The bytes of a record that its length word covers, 6 to 506; none for a null pointer.
 std::string CountingBytes(const CMD_DATA* record);

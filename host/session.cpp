@@ -50,10 +50,10 @@ DebuggerSession::DebuggerSession(
 {
 }
 
-std::string DebuggerSession::Open(PLC_DBG_INIT init)
+base::Result<void> DebuggerSession::Open(PLC_DBG_INIT init)
 {
     if (m_open || IsBusy()) {
-        return "";
+        return {};
     }
     m_open = true;
     m_pollsWithoutWindow = 0;
@@ -65,10 +65,11 @@ std::string DebuggerSession::Open(PLC_DBG_INIT init)
     m_open = created;
     m_onChange();
     if (!failed) {
-        return "";
+        return {};
     }
-    return "the debugger does not open: the library could not set up its toolkit (is it the one "
-           "for this GTK version?)";
+    return base::Failure{
+        "the debugger does not open: the library could not set up its toolkit (is it the one for "
+        "this GTK version?)"};
 }
 
 void DebuggerSession::Close()

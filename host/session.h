@@ -3,6 +3,7 @@
 #include "answers.h"
 #include "loader.h"
 #include "plcdebug_host.h"
+#include "result.h"
 
 #include <functional>
 #include <mutex>
@@ -47,8 +48,8 @@ public:
         std::function<void()> onChange);
 
     /// Opens the debugger, if it is closed.
-    /// @return empty, or why it did not open.
-    std::string Open(PLC_DBG_INIT init);
+    /// @return why it did not open, if so; that the host has closed it meanwhile is no failure.
+    base::Result<void> Open(PLC_DBG_INIT init);
 
     /// Closes the debugger, if it is open or about to open; may run a dialog that asks whether to
     /// save. Called again meanwhile, it ends that dialog.

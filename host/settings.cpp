@@ -99,11 +99,6 @@ std::string Escaped(std::string_view value)
     return Trimmed(value) == value && value.substr(0, 1) != "\"" ? escaped : '"' + escaped + '"';
 }
 
-std::string CannotWrite(const std::string& file)
-{
-    return "cannot write \"" + file + "\" (is the folder writable? --config-dir names another)";
-}
-
 /// Writes a new file and puts it in the place of the old one.
 bool ReplaceWhole(const std::string& file, const std::string& text)
 {
@@ -179,12 +174,12 @@ std::string WithSetting(std::string_view text, std::string_view key, std::string
     return result;
 }
 
-std::string WriteSettings(const std::string& file, const DebuggerSettings& settings)
+base::Result<void> WriteSettings(const std::string& file, const DebuggerSettings& settings)
 {
     const std::string old = ReadFile(file);
     std::string text = WithSetting(old, languagePathKey, settings.languagePath);
     text = WithSetting(text, languageKey, settings.language);
-    return text == old ? "" : ReplaceFile(file, text);
+    return text == old ? base::Result<void>() : ReplaceFile(file, text);
 }
 
 std::string ReadLanguage(const std::string& file)
@@ -192,11 +187,11 @@ std::string ReadLanguage(const std::string& file)
     return SettingIn(ReadFile(file), languageKey).value_or("");
 }
 
-std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
+base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sample)
 {
     const std::string settings = ReadFile(files.settings);
     if (!SettingIn(settings, lastFileKey).value_or("").empty()) {
-        return "";
+        return {};
     }
     const std::string list = files.prefix + ".plc";
     std::error_code error;
@@ -204,18 +199,18 @@ std::string SeedWatchList(const ConfigFiles& files, const std::string& sample)
         fs::copy_file(sample, list, error);
     }
     if (error) {
-        return "cannot copy the sample list \"" + sample + "\" to \"" + list +
-               "\": " + error.message();
+        return base::Failure{
+            "cannot copy the sample list \"" + sample + "\" to \"" + list +
+            "\": " + error.message()};
     }
     return ReplaceFile(files.settings, WithSetting(settings, lastFileKey, list));
 }
 
-std::string UseWatchList(const ConfigFiles& files, const std::string& lines)
+base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines)
 {
     const std::string list = files.prefix + ".plc";
-    std::string problem = ReplaceFile(list, lines);
-    if (!problem.empty()) {
-        return problem;
+    if (auto replaced = ReplaceFile(list, lines); !replaced) {
+        return replaced;
     }
     return ReplaceFile(files.settings, WithSetting(ReadFile(files.settings), lastFileKey, list));
 }
@@ -226,18 +221,22 @@ std::string ReadFile(const std::string& file)
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-std::string ReplaceFile(const std::string& file, const std::string& content)
+base::Result<void> ReplaceFile(const std::string& file, const std::string& content)
 {
-    return ReplaceWhole(file, content) ? "" : CannotWrite(file);
+    if (!ReplaceWhole(file, content)) {
+        return base::Failure{
+            "cannot write \"" + file + "\" (is the folder writable? --config-dir names another)"};
+    }
+    return {};
 }
 
-std::string DebugFileProblem(const std::string& file)
+base::Result<void> CheckDebugFile(const std::string& file)
 {
     constexpr std::int64_t indexOffsetAt = 8;
     constexpr const char* cure = " (start the host anew, it writes the file from its program)";
     std::ifstream in(file, std::ios::binary);
     if (!in) {
-        return "no program debug file \"" + file + "\"" + cure;
+        return base::Failure{"no program debug file \"" + file + "\"" + cure};
     }
     const auto numberAt = [&in](std::int64_t offset) {
         std::int32_t number = 0;
@@ -247,9 +246,9 @@ std::string DebugFileProblem(const std::string& file)
     };
     const std::int32_t index = numberAt(indexOffsetAt);
     if (index <= 0 || numberAt(index) <= 0) {
-        return "the program debug file \"" + file + "\" holds no block" + cure;
+        return base::Failure{"the program debug file \"" + file + "\" holds no block" + cure};
     }
-    return "";
+    return {};
 }
 
 } // namespace plchost

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "result.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,31 +38,26 @@ struct DebuggerSettings
 };
 
 /// Writes the host's own keys and no other. The file is replaced as a whole, or not at all.
-/// @return empty, or what went wrong.
-std::string WriteSettings(const std::string& file, const DebuggerSettings& settings);
+base::Result<void> WriteSettings(const std::string& file, const DebuggerSettings& settings);
 
 /// The language that was last chosen; empty when none was.
 std::string ReadLanguage(const std::string& file);
 
 /// Gives a machine without a last variable list a copy of its sample list.
-/// @return empty, or what went wrong.
-std::string SeedWatchList(const ConfigFiles& files, const std::string& sample);
+base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sample);
 
 /// Replaces the list of this machine and makes it the last one.
 /// @param lines of a variable list.
-/// @return empty, or what went wrong.
-std::string UseWatchList(const ConfigFiles& files, const std::string& lines);
+base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines);
 
 /// The bytes of a file; none when it cannot be read.
 std::string ReadFile(const std::string& file);
 
 /// Replaces a file as a whole, or leaves it as it was.
-/// @return empty, or what went wrong.
-std::string ReplaceFile(const std::string& file, const std::string& content);
+base::Result<void> ReplaceFile(const std::string& file, const std::string& content);
 
 /// Whether the debugger can open on this program debug file: without any block it would end the
 /// host.
-/// @return empty, or what is wrong with the file.
-std::string DebugFileProblem(const std::string& file);
+base::Result<void> CheckDebugFile(const std::string& file);
 
 } // namespace plchost

@@ -48,32 +48,33 @@ std::string WithoutBlanks(std::string_view text)
 }
 
 /// Digits of @p base, all of @p text.
-std::variant<std::uint32_t, std::string> ParseBits(std::string text, int base)
+base::Result<std::uint32_t> ParseBits(std::string text, int base)
 {
     text.erase(std::remove(text.begin(), text.end(), '_'), text.end());
     std::uint32_t bits = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, bits, base);
     if (error == std::errc::result_out_of_range) {
-        return "the number does not fit 32 bits";
+        return base::Failure{"the number does not fit 32 bits"};
     }
     if (error != std::errc() || stop != end) {
-        return base == 2 ? "expected binary digits after 2#"
-                         : "expected hexadecimal digits after 16#";
+        return base::Failure{
+            base == 2 ? "expected binary digits after 2#"
+                      : "expected hexadecimal digits after 16#"};
     }
     return bits;
 }
 
-std::variant<std::uint32_t, std::string> ParseFloat(const std::string& text)
+base::Result<std::uint32_t> ParseFloat(const std::string& text)
 {
     float number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error == std::errc::result_out_of_range) {
-        return "the number does not fit single precision";
+        return base::Failure{"the number does not fit single precision"};
     }
     if (error != std::errc() || stop != end) {
-        return "expected a floating-point number such as 1.5 or -2.0e3";
+        return base::Failure{"expected a floating-point number such as 1.5 or -2.0e3"};
     }
     static_assert(sizeof(number) == sizeof(std::uint32_t));
     std::uint32_t bits = 0;
@@ -81,25 +82,26 @@ std::variant<std::uint32_t, std::string> ParseFloat(const std::string& text)
     return bits;
 }
 
-std::variant<std::uint32_t, std::string> ParseDecimal(const std::string& text)
+base::Result<std::uint32_t> ParseDecimal(const std::string& text)
 {
     std::int32_t number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error == std::errc::result_out_of_range) {
-        return "the number is not between " +
-               std::to_string(std::numeric_limits<std::int32_t>::min()) + " and " +
-               std::to_string(std::numeric_limits<std::int32_t>::max());
+        return base::Failure{
+            "the number is not between " +
+            std::to_string(std::numeric_limits<std::int32_t>::min()) + " and " +
+            std::to_string(std::numeric_limits<std::int32_t>::max())};
     }
     if (error != std::errc() || stop != end) {
-        return "expected a number such as 100, -5, 16#1F, 2#1010 or 1.5";
+        return base::Failure{"expected a number such as 100, -5, 16#1F, 2#1010 or 1.5"};
     }
     return static_cast<std::uint32_t>(number);
 }
 
 } // namespace
 
-std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text)
+base::Result<std::uint32_t> ParseConstant(const std::string& text)
 {
     constexpr std::string_view hexadecimal = "16#";
     constexpr std::string_view binary = "2#";
@@ -148,25 +150,24 @@ std::string ExpectedArguments(unsigned arguments)
     return text;
 }
 
-std::variant<Operand, std::uint32_t, std::string>
-ReadArgument(unsigned arguments, std::string_view text)
+base::Result<Argument> ReadArgument(unsigned arguments, std::string_view text)
 {
     const std::string joined = WithoutBlanks(text);
     if ((arguments & takesConstant) != 0 && joined.find_first_of("+-0123456789") == 0) {
         const auto constant = ParseConstant(joined);
-        if (const auto* error = std::get_if<std::string>(&constant)) {
-            return *error + ", " + Found(text);
+        if (!constant) {
+            return base::Failure{constant.Message() + ", " + Found(text)};
         }
-        return std::get<std::uint32_t>(constant);
+        return Argument(*constant);
     }
     const auto operand = ParseOperand(joined);
     if (!operand || (arguments & KindOf(*operand)) == 0) {
-        return "expected " + ExpectedArguments(arguments) + ", " + Found(text);
+        return base::Failure{"expected " + ExpectedArguments(arguments) + ", " + Found(text)};
     }
     if (!Exists(*operand)) {
-        return Missing(*operand);
+        return base::Failure{Missing(*operand)};
     }
-    return *operand;
+    return Argument(*operand);
 }
 
 } // namespace plc

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "operand.h"
+#include "result.h"
 
 #include <cstdint>
 #include <string>
@@ -14,13 +15,14 @@ namespace plc {
 /// Reads a constant: "100", "-5", "16#1A2B", "2#1010_0101", "1.5e3"; floating point gives its
 /// single-precision bits.
 /// @return the 32 bits, or what is wrong with it.
-std::variant<std::uint32_t, std::string> ParseConstant(const std::string& text);
+base::Result<std::uint32_t> ParseConstant(const std::string& text);
+
+/// An operand, which exists, or the bits of a constant.
+using Argument = std::variant<Operand, std::uint32_t>;
 
 /// Reads an operand or a constant; blanks in it do not count.
 /// @param arguments what the instruction takes, an ArgumentSet.
-/// @return the operand, which exists; the bits of the constant; or what is wrong.
-std::variant<Operand, std::uint32_t, std::string>
-ReadArgument(unsigned arguments, std::string_view text);
+base::Result<Argument> ReadArgument(unsigned arguments, std::string_view text);
 
 /// "a timer such as T5, or a constant such as 100"
 std::string ExpectedArguments(unsigned arguments);

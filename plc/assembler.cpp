@@ -267,14 +267,14 @@ void Assembler::AddReference(std::vector<Reference>& references, const Word& nam
 
 void Assembler::AddOperand(unsigned arguments, const Word& argument, Line& listing)
 {
-    const auto result = ReadArgument(arguments, argument.text);
-    if (const auto* operand = std::get_if<Operand>(&result)) {
+    const auto read = ReadArgument(arguments, argument.text);
+    if (!read) {
+        AddError(argument.at, read.Message());
+    } else if (const auto* operand = std::get_if<Operand>(&*read)) {
         listing.operand = *operand;
-    } else if (const auto* constant = std::get_if<std::uint32_t>(&result)) {
-        listing.op = Op::LoadConstant;
-        listing.number = *constant;
     } else {
-        AddError(argument.at, std::get<std::string>(result));
+        listing.op = Op::LoadConstant;
+        listing.number = std::get<std::uint32_t>(*read);
     }
 }
 

@@ -82,7 +82,7 @@ bool WriteDebugFile(const Program& program, std::ostream& out)
     return out.good();
 }
 
-std::optional<std::string> WriteDebugFile(const Program& program, const std::string& prefix)
+base::Result<void> WriteDebugFile(const Program& program, const std::string& prefix)
 {
     const std::string path = prefix + std::string(debugFileSuffix);
     const std::string fresh = path + ".new";
@@ -93,12 +93,12 @@ std::optional<std::string> WriteDebugFile(const Program& program, const std::str
     if (written && out) {
         std::filesystem::rename(fresh, path, error);
         if (!error) {
-            return std::nullopt;
+            return {};
         }
     }
     std::error_code ignored;
     std::filesystem::remove(fresh, ignored);
-    return "cannot write " + path;
+    return base::Failure{"cannot write " + path};
 }
 
 } // namespace plc

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "program.h"
+#include "result.h"
 
-#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -28,8 +28,7 @@ bool IsExecutable(std::string_view line);
 /// @return false when the stream failed, or the listing is too long for the file's offsets.
 bool WriteDebugFile(const Program& program, std::ostream& out);
 
-/// Replaces @p prefix + debugFileSuffix as a whole.
-/// @return what went wrong, if anything; the file is then as it was.
-std::optional<std::string> WriteDebugFile(const Program& program, const std::string& prefix);
+/// Replaces @p prefix + debugFileSuffix as a whole, or leaves it as it was.
+base::Result<void> WriteDebugFile(const Program& program, const std::string& prefix);
 
 } // namespace plc

@@ -74,8 +74,8 @@ ExitStatus Assemble(const Options& options)
     if (options.prefix.empty()) {
         return exitDone;
     }
-    if (const auto failure = plc::WriteDebugFile(*assembly.program, options.prefix)) {
-        std::cerr << "plcasm: " << *failure << '\n';
+    if (const auto written = plc::WriteDebugFile(*assembly.program, options.prefix); !written) {
+        std::cerr << "plcasm: " << written.Message() << '\n';
         return exitCannotWrite;
     }
     std::cout << options.prefix << plc::debugFileSuffix << ": blocks "

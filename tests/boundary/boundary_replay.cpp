@@ -58,12 +58,11 @@ protected:
         Destroy();
         recorder.reset();
         const auto recording = plchost::ReadRecording(files.File("machine.rec"));
-        if (const auto* error = std::get_if<plchost::LoadError>(&recording)) {
-            return testing::AssertionFailure() << error->message;
+        if (!recording) {
+            return testing::AssertionFailure() << recording.Message();
         }
         OnGui([&] {
-            player.emplace(
-                exports, std::get<plchost::Recording>(recording), 1, [](const std::string&) {});
+            player.emplace(exports, *recording, 1, [](const std::string&) {});
             host.reaction = [this](const RecordedRequest& request) {
                 player->Request(request.record);
             };

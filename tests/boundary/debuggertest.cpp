@@ -22,10 +22,10 @@ namespace {
 plchost::Plugin LoadPlugin()
 {
     const auto loaded = plchost::LoadPlugin(PLCDEBUG_LIBRARY);
-    if (const auto* error = std::get_if<plchost::LoadError>(&loaded)) {
-        throw std::runtime_error(error->message);
+    if (!loaded) {
+        throw std::runtime_error(loaded.Message());
     }
-    return std::get<plchost::Plugin>(loaded);
+    return *loaded;
 }
 
 bool IsOnScreen(GtkWidget* widget)

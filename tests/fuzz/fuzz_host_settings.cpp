@@ -12,6 +12,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(plchost::SettingIn(after, "PLCLastFile") == list, "the value of another key stays");
     Require(
         plchost::WithSetting(after, "Language", "de") == after, "the same setting changes nothing");
-    static_cast<void>(plchost::DebugFileProblem(FileOf(before)));
+    static_cast<void>(plchost::CheckDebugFile(FileOf(before)));
     return 0;
 }

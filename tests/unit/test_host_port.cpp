@@ -1,3 +1,4 @@
+#include "messageof.h"
 #include "port.h"
 #include "test_host_support.h"
 
@@ -40,7 +41,7 @@ TEST_F(RequestPortTest, EveryCallbackReachesTheHandler)
 
     ASSERT_EQ(handler.requests.size(), 4U);
     EXPECT_EQ(BytesOf(handler.requests[3]), BytesOf(ReadRequest(5, "EB10")));
-    EXPECT_EQ(threads.Violation(), "");
+    EXPECT_TRUE(threads.Check());
 }
 
 TEST_F(RequestPortTest, PassesOnThePathAndTheHeight)
@@ -73,7 +74,7 @@ TEST_F(RequestPortTest, ACallbackOnAnotherThreadIsNamed)
     std::thread([&] { init.pfnPrgStateRequest(&request); }).join();
     std::thread([&] { init.pfnDeleteVarRequest(&request); }).join();
 
-    EXPECT_THAT(threads.Violation(), HasSubstr("pfnPrgStateRequest came on another thread"));
+    EXPECT_THAT(MessageOf(threads.Check()), HasSubstr("pfnPrgStateRequest came on another thread"));
 }
 
 } // namespace

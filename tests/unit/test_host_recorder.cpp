@@ -1,3 +1,4 @@
+#include "messageof.h"
 #include "record.h"
 #include "recorder.h"
 #include "tempdir.h"
@@ -21,10 +22,9 @@ struct RecorderTest : testing::Test
 {
     Recording Read() const
     {
-        const auto result = ReadRecording(file);
-        const auto* const error = std::get_if<LoadError>(&result);
-        EXPECT_EQ(error, nullptr) << error->message;
-        return error == nullptr ? std::get<Recording>(result) : Recording{};
+        const auto recording = ReadRecording(file);
+        EXPECT_EQ(MessageOf(recording), "");
+        return recording ? *recording : Recording{};
     }
 
     /// Records an answer, which passes on in any case. @return what the recorder then complains of.
@@ -34,7 +34,7 @@ struct RecorderTest : testing::Test
         RecordedAnswers recorded(sink, &recorder);
         const CMD_DATA answer = MakeReadAnswer(0, 5);
         EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
-        return recorder.Problem();
+        return MessageOf(recorder.Check());
     }
 
     const TempDir dir;
@@ -51,7 +51,7 @@ TEST_F(RecorderTest, EveryEventIsInTheFileWhileItIsStillBeingMade)
 
     const Recording recording = Read();
 
-    EXPECT_EQ(recorder.Problem(), "");
+    EXPECT_TRUE(recorder.Check());
     EXPECT_EQ(recording.remark, "");
     EXPECT_EQ(recording.listing, "listing");
     EXPECT_THAT(WatchedOperands(recording), ElementsAre("MW20"));

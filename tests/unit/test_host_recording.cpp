@@ -1,3 +1,4 @@
+#include "messageof.h"
 #include "record.h"
 #include "recording.h"
 #include "tempdir.h"
@@ -32,15 +33,13 @@ std::string FileOf(const std::vector<RecordedEvent>& events)
 
 std::string ProblemOf(const std::string& file)
 {
-    const auto decoded = DecodeRecording(file);
-    const auto* const error = std::get_if<LoadError>(&decoded);
-    return error == nullptr ? "" : error->message;
+    return MessageOf(DecodeRecording(file));
 }
 
 Recording Decoded(const std::string& file)
 {
     EXPECT_EQ(ProblemOf(file), "");
-    return std::get<Recording>(DecodeRecording(file));
+    return *DecodeRecording(file);
 }
 
 const std::vector<RecordedEvent>& TwoEvents()
@@ -152,11 +151,8 @@ TEST(ReadRecording, NamesTheFileThatItCannotRead)
     const auto missing = ReadRecording(dir.File("none"));
     const auto other = ReadRecording(dir.Write("list.plc", "MW20/D\n"));
 
-    ASSERT_TRUE(std::holds_alternative<LoadError>(missing));
-    EXPECT_THAT(std::get<LoadError>(missing).message, HasSubstr(dir.File("none")));
-    ASSERT_TRUE(std::holds_alternative<LoadError>(other));
-    EXPECT_THAT(
-        std::get<LoadError>(other).message, HasSubstr("\"" + dir.File("list.plc") + "\" is no"));
+    EXPECT_THAT(MessageOf(missing), HasSubstr(dir.File("none")));
+    EXPECT_THAT(MessageOf(other), HasSubstr("\"" + dir.File("list.plc") + "\" is no"));
 }
 
 TEST(CountingBytes, AreThoseThatTheLengthWordCovers)

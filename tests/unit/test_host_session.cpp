@@ -1,3 +1,4 @@
+#include "messageof.h"
 #include "record.h"
 #include "session.h"
 
@@ -66,7 +67,7 @@ struct SessionTest : testing::Test
     {
         PLC_DBG_INIT init{};
         init.szPath[0] = 'p';
-        return session.Open(init);
+        return MessageOf(session.Open(init));
     }
 
     bool Answer()

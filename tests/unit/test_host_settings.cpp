@@ -1,3 +1,4 @@
+#include "messageof.h"
 #include "settings.h"
 #include "tempdir.h"
 
@@ -85,7 +86,7 @@ TEST(WriteSettings, ChangesTheHostsOwnKeysOnly)
     const auto file =
         dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/y.plc\nLanguage=de\nOther=1\n");
 
-    EXPECT_EQ(WriteSettings(file, {"/lng", "en"}), "");
+    EXPECT_EQ(MessageOf(WriteSettings(file, {"/lng", "en"})), "");
 
     EXPECT_EQ(
         dir.Read("plcdebug.ini"),
@@ -101,7 +102,7 @@ TEST(WriteSettings, KeepsASymbolicLinkAndTheFilesMode)
         real, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     std::filesystem::create_symlink(real, dir.File("plcdebug.ini"));
 
-    EXPECT_EQ(WriteSettings(dir.File("plcdebug.ini"), {"/lng", "en"}), "");
+    EXPECT_EQ(MessageOf(WriteSettings(dir.File("plcdebug.ini"), {"/lng", "en"})), "");
 
     EXPECT_TRUE(std::filesystem::is_symlink(dir.File("plcdebug.ini")));
     EXPECT_THAT(dir.Read("real.ini"), HasSubstr("Language=en"));
@@ -113,7 +114,7 @@ TEST(WriteSettings, KeepsASymbolicLinkAndTheFilesMode)
 TEST(WriteSettings, TellsWhichFileCannotBeWritten)
 {
     EXPECT_THAT(
-        WriteSettings("/nowhere/plcdebug.ini", {"/lng", "en"}),
+        MessageOf(WriteSettings("/nowhere/plcdebug.ini", {"/lng", "en"})),
         HasSubstr("cannot write \"/nowhere/plcdebug.ini\""));
 }
 
@@ -132,7 +133,7 @@ struct SeedWatchListTest : testing::Test
 
 TEST_F(SeedWatchListTest, CopiesTheSampleAndRecordsIt)
 {
-    EXPECT_EQ(SeedWatchList(files, sample), "");
+    EXPECT_EQ(MessageOf(SeedWatchList(files, sample)), "");
 
     EXPECT_EQ(dir.Read("bottling.plc"), "EB0/B\n");
     EXPECT_EQ(
@@ -143,7 +144,7 @@ TEST_F(SeedWatchListTest, LeavesALastListAsItIs)
 {
     dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/mine.plc\n");
 
-    EXPECT_EQ(SeedWatchList(files, sample), "");
+    EXPECT_EQ(MessageOf(SeedWatchList(files, sample)), "");
 
     EXPECT_EQ(dir.Read("plcdebug.ini"), "[Settings]\nPLCLastFile=/x/mine.plc\n");
     EXPECT_FALSE(std::filesystem::exists(dir.File("bottling.plc")));
@@ -153,7 +154,7 @@ TEST_F(SeedWatchListTest, DoesNotOverwriteAListOfThatName)
 {
     dir.Write("bottling.plc", "MB1/D\n");
 
-    EXPECT_EQ(SeedWatchList(files, sample), "");
+    EXPECT_EQ(MessageOf(SeedWatchList(files, sample)), "");
 
     EXPECT_EQ(dir.Read("bottling.plc"), "MB1/D\n");
 }
@@ -163,7 +164,7 @@ TEST_F(SeedWatchListTest, AListToBeUsedReplacesTheLastOne)
     dir.Write("bottling.plc", "MB1/D\n");
     dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=/x/mine.plc\n");
 
-    EXPECT_EQ(UseWatchList(files, "MW20/D\n"), "");
+    EXPECT_EQ(MessageOf(UseWatchList(files, "MW20/D\n")), "");
 
     EXPECT_EQ(dir.Read("bottling.plc"), "MW20/D\n");
     EXPECT_EQ(
@@ -173,13 +174,15 @@ TEST_F(SeedWatchListTest, AListToBeUsedReplacesTheLastOne)
 TEST(UseWatchList, TellsWhichFileCannotBeWritten)
 {
     EXPECT_THAT(
-        UseWatchList(FilesIn("/nowhere", "bottling"), "MW20/D\n"),
+        MessageOf(UseWatchList(FilesIn("/nowhere", "bottling"), "MW20/D\n")),
         HasSubstr("cannot write \"/nowhere/bottling.plc\""));
 }
 
 TEST_F(SeedWatchListTest, TellsWhenThereIsNoSample)
 {
-    EXPECT_THAT(SeedWatchList(files, dir.File("none")), HasSubstr("cannot copy the sample list"));
+    EXPECT_THAT(
+        MessageOf(SeedWatchList(files, dir.File("none"))),
+        HasSubstr("cannot copy the sample list"));
     EXPECT_EQ(dir.Read("plcdebug.ini"), "");
 }
 
@@ -191,25 +194,26 @@ std::string DebugFile(std::uint8_t index, std::uint8_t blocks)
     return bytes;
 }
 
-TEST(DebugFileProblem, IsNoneWithOneBlock)
+TEST(CheckDebugFile, TakesAFileWithOneBlock)
 {
     const TempDir dir;
 
-    EXPECT_EQ(DebugFileProblem(dir.Write("d", DebugFile(12, 1))), "");
+    EXPECT_TRUE(CheckDebugFile(dir.Write("d", DebugFile(12, 1))));
 }
 
-TEST(DebugFileProblem, IsAMissingFile)
+TEST(CheckDebugFile, RefusesAMissingFile)
 {
-    EXPECT_THAT(DebugFileProblem("/nowhere/d"), HasSubstr("no program debug file \"/nowhere/d\""));
+    EXPECT_THAT(
+        MessageOf(CheckDebugFile("/nowhere/d")), HasSubstr("no program debug file \"/nowhere/d\""));
 }
 
-TEST(DebugFileProblem, IsAFileWithoutABlock)
+TEST(CheckDebugFile, RefusesAFileWithoutABlock)
 {
     const TempDir dir;
 
     for (const std::string& bytes :
          {DebugFile(12, 0), DebugFile(0, 1), DebugFile(12, 1).substr(0, 14), std::string()}) {
-        EXPECT_THAT(DebugFileProblem(dir.Write("d", bytes)), HasSubstr("holds no block"));
+        EXPECT_THAT(MessageOf(CheckDebugFile(dir.Write("d", bytes))), HasSubstr("holds no block"));
     }
 }
 

@@ -1,10 +1,10 @@
 #include "arguments.h"
+#include "messageof.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>
-#include <variant>
 
 namespace {
 
@@ -12,17 +12,14 @@ using plc::ParseConstant;
 
 std::uint32_t Constant(const std::string& text)
 {
-    const auto result = ParseConstant(text);
-    EXPECT_TRUE(std::holds_alternative<std::uint32_t>(result)) << text;
-    const auto* bits = std::get_if<std::uint32_t>(&result);
+    const auto bits = ParseConstant(text);
+    EXPECT_TRUE(bits) << text;
     return bits ? *bits : 0;
 }
 
 std::string ConstantError(const std::string& text)
 {
-    const auto result = ParseConstant(text);
-    const auto* error = std::get_if<std::string>(&result);
-    return error ? *error : "";
+    return MessageOf(ParseConstant(text));
 }
 
 TEST(ParseConstant, ReadsDecimalNumbersOf32Bits)

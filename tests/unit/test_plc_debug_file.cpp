@@ -1,4 +1,5 @@
 #include "debug_file.h"
+#include "messageof.h"
 #include "projectfile.h"
 #include "test_plc_support.h"
 
@@ -198,7 +199,7 @@ TEST_F(DebugFileOnDisk, IsWrittenBehindThePrefix)
 {
     const std::string prefix = (folder / "machine").string();
 
-    EXPECT_FALSE(plc::WriteDebugFile(program, prefix));
+    ASSERT_TRUE(plc::WriteDebugFile(program, prefix));
 
     std::ifstream in(prefix + "_plcdbgi.dat", std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -212,7 +213,8 @@ TEST_F(DebugFileOnDisk, AFolderThatDoesNotExistIsReported)
 {
     const std::string prefix = (folder / "missing" / "machine").string();
 
-    EXPECT_EQ(plc::WriteDebugFile(program, prefix), "cannot write " + prefix + "_plcdbgi.dat");
+    EXPECT_EQ(
+        MessageOf(plc::WriteDebugFile(program, prefix)), "cannot write " + prefix + "_plcdbgi.dat");
 }
 
 TEST_F(DebugFileOnDisk, AFailureLeavesTheFormerFile)
@@ -220,7 +222,7 @@ TEST_F(DebugFileOnDisk, AFailureLeavesTheFormerFile)
     const auto path = folder / "machine_plcdbgi.dat";
     std::filesystem::create_directories(path / "in the way");
 
-    EXPECT_TRUE(plc::WriteDebugFile(program, (folder / "machine").string()));
+    EXPECT_FALSE(plc::WriteDebugFile(program, (folder / "machine").string()));
 
     EXPECT_TRUE(std::filesystem::exists(path / "in the way"));
     EXPECT_FALSE(std::filesystem::exists(path.string() + ".new"));

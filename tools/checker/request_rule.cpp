@@ -31,26 +31,27 @@ std::size_t LengthOf(const CMD_DATA& request)
 
 } // namespace
 
-std::string RequestProblem(const CMD_DATA& request)
+base::Result<void> CheckRequest(const CMD_DATA& request)
 {
     const std::size_t length = LengthOf(request);
     const std::string words = "the request \"" + plchost::DescribeRequest(request) + "\"";
     if (length == 0) {
-        return words + " has no known command word";
+        return base::Failure{words + " has no known command word"};
     }
     if (length != request.length) {
-        return words + " states " + std::to_string(request.length) + " bytes and has " +
-               std::to_string(length);
+        return base::Failure{
+            words + " states " + std::to_string(request.length) + " bytes and has " +
+            std::to_string(length)};
     }
     if (request.command == PLC_CMD_READ_VAR && plchost::ReadOperand(request).empty()) {
-        return words + " names no operand";
+        return base::Failure{words + " names no operand"};
     }
     const auto steps =
         request.command == PLC_CMD_PRG_STATE ? plchost::RequestedSteps(request) : std::nullopt;
     if (steps && plchost::CountSteps(*steps) != request.key) {
-        return words + " counts " + std::to_string(request.key) + " steps";
+        return base::Failure{words + " counts " + std::to_string(request.key) + " steps"};
     }
-    return "";
+    return {};
 }
 
 } // namespace plccheck

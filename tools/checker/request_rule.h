@@ -1,14 +1,13 @@
 #pragma once
 
 #include "plcdebug_host.h"
-
-#include <string>
+#include "result.h"
 
 // Whether a request is as the boundary header describes it. No windows. Any thread.
 
 namespace plccheck {
 
-/// @return empty, or what is wrong with the request.
-std::string RequestProblem(const CMD_DATA& request);
+/// @return what is wrong with the request, if anything.
+base::Result<void> CheckRequest(const CMD_DATA& request);
 
 } // namespace plccheck

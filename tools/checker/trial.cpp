@@ -143,12 +143,11 @@ int RunCheckHere(const Check& check, const std::string& library, int reportFile)
     static const Report report(reportFile); // the toolkits may complain until the process ends
     gtk_init(nullptr, nullptr);
     report.Step("loads the library");
-    const auto loaded = plchost::LoadPlugin(library);
-    if (const auto* const error = std::get_if<plchost::LoadError>(&loaded)) {
-        report.Wrong(error->message);
-    } else {
-        TrialHost host(std::get<plchost::Plugin>(loaded), report);
+    if (const auto plugin = plchost::LoadPlugin(library)) {
+        TrialHost host(*plugin, report);
         check.run(host);
+    } else {
+        report.Wrong(plugin.Message());
     }
     report.Done();
     return 0;

@@ -41,15 +41,15 @@ std::string NewFolder()
     return pattern;
 }
 
-/// Writes the files that a debugger finds. @return empty, or what went wrong.
-std::string WriteFiles(const plchost::ConfigFiles& files)
+/// Writes the files that a debugger finds.
+base::Result<void> WriteFiles(const plchost::ConfigFiles& files)
 {
     const auto assembly = plc::Assemble("OB1: TITLE Check\n U E0.0\n = A0.0\n BE\n", "check");
     if (!assembly.program) {
         throw std::logic_error("the program of the checks has errors");
     }
-    if (const auto problem = plc::WriteDebugFile(*assembly.program, files.prefix)) {
-        return *problem;
+    if (auto written = plc::WriteDebugFile(*assembly.program, files.prefix); !written) {
+        return written;
     }
     std::string list;
     for (const std::string& operand : TrialHost::Operands()) {
@@ -89,8 +89,8 @@ TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
     : init{}, m_plugin(plugin), m_report(report), m_files(plchost::FilesIn(NewFolder(), "machine")),
       m_threads(std::this_thread::get_id()), m_port(*this, m_threads, false)
 {
-    if (const std::string problem = WriteFiles(m_files); !problem.empty()) {
-        throw std::runtime_error(problem);
+    if (const auto written = WriteFiles(m_files); !written) {
+        throw std::runtime_error(written.Message());
     }
     init = m_port.InitRecord(m_files.prefix);
     g_log_set_writer_func(NoteComplaint, const_cast<Report*>(&report), nullptr);
@@ -104,8 +104,8 @@ TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
 TrialHost::~TrialHost()
 {
     g_source_remove(m_timer);
-    if (const std::string violation = m_threads.Violation(); !violation.empty()) {
-        m_report.Wrong(violation);
+    if (const auto kept = m_threads.Check(); !kept) {
+        m_report.Wrong(kept.Message());
     }
     std::error_code ignored;
     std::filesystem::remove_all(m_files.folder, ignored);
@@ -186,8 +186,8 @@ bool TrialHost::Require(bool holds, const std::string& finding)
 
 void TrialHost::Request(const CMD_DATA& request)
 {
-    if (const std::string problem = RequestProblem(request); !problem.empty()) {
-        m_report.Wrong(problem);
+    if (const auto right = CheckRequest(request); !right) {
+        m_report.Wrong(right.Message());
     }
     if (request.command == PLC_CMD_READ_VAR) {
         m_read[request.key] = plchost::ReadOperand(request);
