@@ -1,6 +1,7 @@
 #include "host.h"
 
 #include "exit_status.h"
+#include "file.h"
 #include "live_machine.h"
 #include "replay_machine.h"
 
@@ -79,7 +80,8 @@ std::unique_ptr<Recorder> Host::MakeRecorder() const
     if (m_options.record.empty()) {
         return nullptr;
     }
-    return std::make_unique<Recorder>(m_options.record, ReadFile(m_ground.files.debugFile));
+    const auto listing = base::ReadFile(m_ground.files.debugFile);
+    return std::make_unique<Recorder>(m_options.record, listing ? *listing : "");
 }
 
 std::unique_ptr<AnswerSource> Host::MakeSource()

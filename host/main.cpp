@@ -111,7 +111,7 @@ void PrepareReplay(const Options& options, Ground& ground)
         std::cerr << "plchost: " << ground.recording->remark << std::endl;
     }
     ground.files = PrepareFiles(options, options.replay);
-    Demand(ReplaceFile(ground.files.debugFile, ground.recording->listing));
+    Demand(ReplaceConfigFile(ground.files.debugFile, ground.recording->listing));
     std::vector<std::string> operands = WatchedOperands(*ground.recording);
     operands.resize(std::min(operands.size(), longestWatchList));
     std::string list;

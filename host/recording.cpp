@@ -1,12 +1,10 @@
 #include "recording.h"
 
+#include "file.h"
 #include "record.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <set>
 
@@ -194,12 +192,11 @@ base::Result<Recording> DecodeRecording(std::string_view bytes)
 
 base::Result<Recording> ReadRecording(const std::string& file)
 {
-    std::ifstream in(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (!in.is_open() || in.bad()) {
-        return base::Failure{"cannot read the recording \"" + file + "\": " + std::strerror(errno)};
+    const auto bytes = base::ReadFile(file);
+    if (!bytes) {
+        return base::Failure{bytes.Message()};
     }
-    auto decoded = DecodeRecording(bytes);
+    auto decoded = DecodeRecording(*bytes);
     if (!decoded) {
         return base::Failure{"\"" + file + "\" " + decoded.Message()};
     }

@@ -1,5 +1,6 @@
 #include "settings.h"
 
+#include "file.h"
 #include "plcdebug_host.h"
 
 #include <algorithm>
@@ -99,26 +100,33 @@ std::string Escaped(std::string_view value)
     return Trimmed(value) == value && value.substr(0, 1) != "\"" ? escaped : '"' + escaped + '"';
 }
 
-/// Writes a new file and puts it in the place of the old one.
-bool ReplaceWhole(const std::string& file, const std::string& text)
+/// The text of the settings file; empty when there is none yet.
+base::Result<std::string> ReadSettings(const std::string& file)
 {
-    std::error_code error;
-    const fs::path target = fs::weakly_canonical(file, error); // a symbolic link stays
-    const fs::path fresh = target.string() + ".new";
-    {
-        std::ofstream out(fresh, std::ios::binary | std::ios::trunc);
-        out << text << std::flush;
-        if (!out) {
-            fs::remove(fresh, error);
-            return false;
-        }
+    std::error_code ignored;
+    return fs::exists(file, ignored) ? base::ReadFile(file) : std::string();
+}
+
+/// The value of a key; empty when it has none.
+std::string Setting(const std::string& file, std::string_view key)
+{
+    const auto text = ReadSettings(file);
+    return text ? SettingIn(*text, key).value_or("") : "";
+}
+
+/// Gives keys values; everything else in the file stays.
+base::Result<void>
+Change(const std::string& file, const std::vector<std::pair<std::string_view, std::string>>& values)
+{
+    const auto old = ReadSettings(file);
+    if (!old) {
+        return base::Failure{old.Message()};
     }
-    const fs::file_status old = fs::status(target, error);
-    if (fs::exists(old)) {
-        fs::permissions(fresh, old.permissions(), error);
+    std::string text = *old;
+    for (const auto& [key, value] : values) {
+        text = WithSetting(text, key, value);
     }
-    fs::rename(fresh, target, error);
-    return !error;
+    return text == *old ? base::Result<void>() : ReplaceConfigFile(file, text);
 }
 
 } // namespace
@@ -176,21 +184,18 @@ std::string WithSetting(std::string_view text, std::string_view key, std::string
 
 base::Result<void> WriteSettings(const std::string& file, const DebuggerSettings& settings)
 {
-    const std::string old = ReadFile(file);
-    std::string text = WithSetting(old, languagePathKey, settings.languagePath);
-    text = WithSetting(text, languageKey, settings.language);
-    return text == old ? base::Result<void>() : ReplaceFile(file, text);
+    return Change(
+        file, {{languagePathKey, settings.languagePath}, {languageKey, settings.language}});
 }
 
 std::string ReadLanguage(const std::string& file)
 {
-    return SettingIn(ReadFile(file), languageKey).value_or("");
+    return Setting(file, languageKey);
 }
 
 base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sample)
 {
-    const std::string settings = ReadFile(files.settings);
-    if (!SettingIn(settings, lastFileKey).value_or("").empty()) {
+    if (!Setting(files.settings, lastFileKey).empty()) {
         return {};
     }
     const std::string list = files.prefix + ".plc";
@@ -203,29 +208,22 @@ base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sa
             "cannot copy the sample list \"" + sample + "\" to \"" + list +
             "\": " + error.message()};
     }
-    return ReplaceFile(files.settings, WithSetting(settings, lastFileKey, list));
+    return Change(files.settings, {{lastFileKey, list}});
 }
 
 base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines)
 {
     const std::string list = files.prefix + ".plc";
-    if (auto replaced = ReplaceFile(list, lines); !replaced) {
+    if (auto replaced = ReplaceConfigFile(list, lines); !replaced) {
         return replaced;
     }
-    return ReplaceFile(files.settings, WithSetting(ReadFile(files.settings), lastFileKey, list));
+    return Change(files.settings, {{lastFileKey, list}});
 }
 
-std::string ReadFile(const std::string& file)
+base::Result<void> ReplaceConfigFile(const std::string& file, std::string_view content)
 {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-base::Result<void> ReplaceFile(const std::string& file, const std::string& content)
-{
-    if (!ReplaceWhole(file, content)) {
-        return base::Failure{
-            "cannot write \"" + file + "\" (is the folder writable? --config-dir names another)"};
+    if (const auto replaced = base::ReplaceFile(file, content); !replaced) {
+        return base::Failure{replaced.Message() + " (--config-dir names another folder)"};
     }
     return {};
 }

@@ -50,11 +50,8 @@ base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sa
 /// @param lines of a variable list.
 base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines);
 
-/// The bytes of a file; none when it cannot be read.
-std::string ReadFile(const std::string& file);
-
-/// Replaces a file as a whole, or leaves it as it was.
-base::Result<void> ReplaceFile(const std::string& file, const std::string& content);
+/// Replaces a file of these as a whole, or leaves it as it was.
+base::Result<void> ReplaceConfigFile(const std::string& file, std::string_view content);
 
 /// Whether the debugger can open on this program debug file: without any block it would end the
 /// host.

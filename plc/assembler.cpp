@@ -2,12 +2,11 @@
 
 #include "arguments.h"
 #include "debug_file.h"
+#include "file.h"
 #include "source_line.h"
 
 #include <algorithm>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <utility>
 #include <variant>
 
@@ -360,13 +359,11 @@ Assembly Assemble(std::string_view source, const std::string& file)
 
 Assembly AssembleFile(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream source;
-    source << in.rdbuf();
-    if (!in.is_open() || source.bad()) {
-        return {std::nullopt, {{path, 0, 0, "cannot read the file"}}};
+    const auto source = base::ReadFile(path);
+    if (!source) {
+        return {std::nullopt, {{path, 0, 0, source.Message()}}};
     }
-    return Assemble(source.str(), path);
+    return Assemble(*source, path);
 }
 
 } // namespace plc

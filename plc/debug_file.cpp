@@ -1,11 +1,10 @@
 #include "debug_file.h"
 
+#include "file.h"
 #include "source_line.h"
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
 namespace plc {
@@ -52,7 +51,7 @@ bool IsExecutable(std::string_view line)
     });
 }
 
-bool WriteDebugFile(const Program& program, std::ostream& out)
+base::Result<std::string> DebugFileOf(const Program& program)
 {
     std::size_t offset = headerBytes;
     std::string index;
@@ -67,38 +66,27 @@ bool WriteDebugFile(const Program& program, std::ostream& out)
         }
     }
     if (offset > std::numeric_limits<std::int32_t>::max()) {
-        return false;
+        return base::Failure{"the listing is too long for a program debug file"};
     }
 
-    std::string header(signature);
-    AppendNumber(header, static_cast<std::uint32_t>(offset), 4);
-    out << header;
+    std::string bytes(signature);
+    AppendNumber(bytes, static_cast<std::uint32_t>(offset), 4);
     for (const Block& block : program.blocks) {
         for (const Line& line : block.lines) {
-            out << line.text << '\n';
+            bytes += line.text;
+            bytes += '\n';
         }
     }
-    out << index << std::flush;
-    return out.good();
+    return bytes + index;
 }
 
 base::Result<void> WriteDebugFile(const Program& program, const std::string& prefix)
 {
-    const std::string path = prefix + std::string(debugFileSuffix);
-    const std::string fresh = path + ".new";
-    std::ofstream out(fresh, std::ios::binary | std::ios::trunc);
-    const bool written = out && WriteDebugFile(program, out);
-    out.close();
-    std::error_code error;
-    if (written && out) {
-        std::filesystem::rename(fresh, path, error);
-        if (!error) {
-            return {};
-        }
+    const auto bytes = DebugFileOf(program);
+    if (!bytes) {
+        return base::Failure{bytes.Message()};
     }
-    std::error_code ignored;
-    std::filesystem::remove(fresh, ignored);
-    return base::Failure{"cannot write " + path};
+    return base::ReplaceFile(prefix + std::string(debugFileSuffix), *bytes);
 }
 
 } // namespace plc

@@ -3,7 +3,6 @@
 #include "program.h"
 #include "result.h"
 
-#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -25,8 +24,8 @@ constexpr std::size_t maxBlockLines = 65535;
 /// Whether the program page gives a line of this text a step.
 bool IsExecutable(std::string_view line);
 
-/// @return false when the stream failed, or the listing is too long for the file's offsets.
-bool WriteDebugFile(const Program& program, std::ostream& out);
+/// The bytes of the file; none when the listing is too long for its offsets.
+base::Result<std::string> DebugFileOf(const Program& program);
 
 /// Replaces @p prefix + debugFileSuffix as a whole, or leaves it as it was.
 base::Result<void> WriteDebugFile(const Program& program, const std::string& prefix);

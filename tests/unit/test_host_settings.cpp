@@ -118,6 +118,16 @@ TEST(WriteSettings, TellsWhichFileCannotBeWritten)
         HasSubstr("cannot write \"/nowhere/plcdebug.ini\""));
 }
 
+TEST(WriteSettings, LeavesAFileAloneThatItCannotRead)
+{
+    const TempDir dir;
+    std::filesystem::create_directory(dir.File("plcdebug.ini"));
+
+    EXPECT_THAT(
+        MessageOf(WriteSettings(dir.File("plcdebug.ini"), {"/lng", "en"})),
+        HasSubstr("cannot read"));
+}
+
 TEST(ReadLanguage, IsEmptyWithoutAFile)
 {
     EXPECT_EQ(ReadLanguage("/nowhere/plcdebug.ini"), "");

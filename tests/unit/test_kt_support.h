@@ -1,5 +1,7 @@
 #pragma once
 
+#include "filelimits.h"
+
 #include <wx/debug.h>
 #include <wx/init.h>
 #include <wx/log.h>
@@ -126,32 +128,4 @@ private:
     Target m_target;
     wxLog* m_oldTarget;
     wxAssertHandler_t m_oldHandler;
-};
-
-/// A root user passes every file permission: the tests of permissions run as nobody.
-class Unprivileged
-{
-public:
-    Unprivileged()
-    {
-        if (m_wasRoot && ::setresuid(nobody, nobody, 0) != 0) {
-            throw std::runtime_error("cannot give up the root user's rights");
-        }
-    }
-
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged(Unprivileged&&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-    Unprivileged& operator=(Unprivileged&&) = delete;
-
-    ~Unprivileged()
-    {
-        if (m_wasRoot && ::setresuid(0, 0, 0) != 0) {
-            std::abort();
-        }
-    }
-
-private:
-    static constexpr uid_t nobody = 65534;
-    bool m_wasRoot = ::geteuid() == 0;
 };

@@ -5,12 +5,8 @@
 
 #include <gmock/gmock.h>
 
-#include <atomic>
-#include <csignal>
 #include <optional>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <thread>
 
 namespace {
 
@@ -52,33 +48,6 @@ ino_t InodeOf(const fs::path& path)
     struct stat status = {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
-
-/// The disk takes no more than some bytes of a file while this lives.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit full = {bytes, m_old.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &full);
-    }
-
-    FullDisk(const FullDisk&) = delete;
-    FullDisk(FullDisk&&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    FullDisk& operator=(FullDisk&&) = delete;
-
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-
-private:
-    rlimit m_old = {};
-};
 
 } // namespace
 
@@ -372,62 +341,6 @@ TEST_F(KtConfigurationTest, TheOldFileIsReplacedAndNeverWrittenInto)
     EXPECT_NE(InodeOf(File()), InodeOf(Folder() / "old"));
 }
 
-TEST_F(KtConfigurationTest, AReaderFindsAWholeFileAtEveryMoment)
-{
-    constexpr int writes = 200;
-    KtConfiguration settings = Settings();
-    ASSERT_TRUE(settings.Set("Language", "de"));
-    std::atomic<bool> done = false;
-    std::atomic<int> damaged = 0;
-    std::thread reader([&] {
-        while (!done) {
-            damaged += ReadFile(File()) == "[Settings]\nLanguage=de\n" ? 0 : 1;
-        }
-    });
-
-    for (int i = 0; i < writes; ++i) {
-        EXPECT_TRUE(settings.Set("Language", "de"));
-    }
-    done = true;
-    reader.join();
-
-    EXPECT_EQ(damaged, 0);
-}
-
-TEST_F(KtConfigurationTest, TheModeOfTheFileStays)
-{
-    WriteFile(File(), "[Settings]\nLanguage=de\n");
-    fs::permissions(File(), static_cast<fs::perms>(0640));
-
-    ASSERT_TRUE(Settings().Set("Language", "en"));
-
-    EXPECT_EQ(fs::status(File()).permissions(), static_cast<fs::perms>(0640));
-}
-
-TEST_F(KtConfigurationTest, ASymbolicLinkStaysAndItsTargetIsReplaced)
-{
-    fs::create_directory(Folder() / "etc");
-    WriteFile(Folder() / "etc" / "real.ini", "[Settings]\nLanguage=de\n");
-    fs::create_symlink("etc/real.ini", Folder() / "middle.ini");
-    fs::create_symlink((Folder() / "middle.ini"), File());
-
-    ASSERT_TRUE(Settings().Set("Language", "en"));
-
-    EXPECT_TRUE(fs::is_symlink(File()));
-    EXPECT_TRUE(fs::is_symlink(Folder() / "middle.ini"));
-    EXPECT_EQ(ReadFile(Folder() / "etc" / "real.ini"), "[Settings]\nLanguage=en\n");
-}
-
-TEST_F(KtConfigurationTest, ALinkToAFileThatDoesNotExistYetCreatesThatFile)
-{
-    fs::create_symlink("real.ini", File());
-
-    ASSERT_TRUE(Settings().Set("Language", "en"));
-
-    EXPECT_TRUE(fs::is_symlink(File()));
-    EXPECT_EQ(ReadFile(Folder() / "real.ini"), "[Settings]\nLanguage=en\n");
-}
-
 TEST_F(KtConfigurationTest, LinksInACircleAreRefused)
 {
     fs::create_symlink("other.ini", File());
@@ -518,16 +431,6 @@ TEST_F(KtConfigurationTest, ADirectoryOrAPipeInPlaceOfTheFileStays)
     EXPECT_EQ(Get("Language"), std::nullopt);
     EXPECT_FALSE(Settings().Set("Language", "en"));
     EXPECT_TRUE(fs::is_fifo(File()));
-}
-
-TEST_F(KtConfigurationTest, WhatACrashLeftBehindIsNotInTheWay)
-{
-    WriteFile(Folder() / ("plcdebug.ini." + std::to_string(::getpid()) + ".new"), "half a li");
-
-    ASSERT_TRUE(Settings().Set("Language", "en"));
-
-    EXPECT_EQ(ReadFile(File()), "[Settings]\nLanguage=en\n");
-    EXPECT_THAT(Folder().FileNames(), ElementsAre("plcdebug.ini"));
 }
 
 TEST_F(KtConfigurationTest, ALogThatWasOffBeforeStaysOff)

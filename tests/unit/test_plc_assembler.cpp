@@ -287,7 +287,9 @@ TEST(AssembleFile, NamesAFileThatCannotBeRead)
     const auto assembly = plc::AssembleFile("/no/such/file.il");
 
     ASSERT_EQ(assembly.errors.size(), 1U);
-    EXPECT_EQ(plc::ErrorText(assembly.errors[0]), "/no/such/file.il:0:0: cannot read the file");
+    EXPECT_EQ(
+        plc::ErrorText(assembly.errors[0]),
+        "/no/such/file.il:0:0: cannot read \"/no/such/file.il\": No such file or directory");
     EXPECT_FALSE(assembly.program);
 }
 

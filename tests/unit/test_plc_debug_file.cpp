@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -91,9 +90,9 @@ private:
 
 std::string Written(const plc::Program& program)
 {
-    std::ostringstream out;
-    EXPECT_TRUE(plc::WriteDebugFile(program, out));
-    return out.str();
+    const auto bytes = plc::DebugFileOf(program);
+    EXPECT_TRUE(bytes);
+    return bytes ? *bytes : "";
 }
 
 void ExpectSameListing(const plc::Program& program)
@@ -214,7 +213,8 @@ TEST_F(DebugFileOnDisk, AFolderThatDoesNotExistIsReported)
     const std::string prefix = (folder / "missing" / "machine").string();
 
     EXPECT_EQ(
-        MessageOf(plc::WriteDebugFile(program, prefix)), "cannot write " + prefix + "_plcdbgi.dat");
+        MessageOf(plc::WriteDebugFile(program, prefix)),
+        "cannot write \"" + prefix + "_plcdbgi.dat\": No such file or directory");
 }
 
 TEST_F(DebugFileOnDisk, AFailureLeavesTheFormerFile)

@@ -90,11 +90,13 @@ TEST_F(Plcasm, OnlyChecksWithoutAPrefix)
 TEST_F(Plcasm, NamesWhatItCannotReadOrWrite)
 {
     EXPECT_EQ(Run("missing.il -o machine"), 1);
-    EXPECT_EQ(errors, "missing.il:0:0: cannot read the file\n");
+    EXPECT_EQ(errors, "missing.il:0:0: cannot read \"missing.il\": No such file or directory\n");
 
     WriteSource("OB1: TITLE Main\n BE\n");
     EXPECT_EQ(Run("machine.il -o missing/machine"), 3);
-    EXPECT_EQ(errors, "plcasm: cannot write missing/machine_plcdbgi.dat\n");
+    EXPECT_EQ(
+        errors,
+        "plcasm: cannot write \"missing/machine_plcdbgi.dat\": No such file or directory\n");
 }
 
 TEST_F(Plcasm, TellsHowItIsUsed)

@@ -1,0 +1,217 @@
+#include "file.h"
+#include "filelimits.h"
+#include "messageof.h"
+#include "tempdir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <sys/stat.h>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+using base::ReadFile;
+using base::ReplaceFile;
+using testing::HasSubstr;
+
+/// A folder that every user may use, with a file.
+struct FileTest : testing::Test
+{
+    FileTest() { fs::permissions(dir.Path(), fs::perms::all); }
+
+    ~FileTest() override { fs::permissions(dir.Path(), fs::perms::all); }
+
+    std::vector<std::string> Names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(dir.Path())) {
+            names.push_back(entry.path().filename());
+        }
+        return names;
+    }
+
+    const TempDir dir;
+    const std::string file = dir.Write("machine.ini", "old");
+};
+
+TEST_F(FileTest, IsReadByteByByte)
+{
+    const std::string bytes("\0\r\n\xff", 4);
+
+    const auto read = ReadFile(dir.Write("bytes", bytes));
+
+    ASSERT_TRUE(read);
+    EXPECT_EQ(*read, bytes);
+}
+
+TEST_F(FileTest, ThatCannotBeReadIsNamedWithTheReason)
+{
+    EXPECT_EQ(
+        MessageOf(ReadFile(dir.File("none"))),
+        "cannot read \"" + dir.File("none") + "\": No such file or directory");
+    EXPECT_EQ(
+        MessageOf(ReadFile(dir.Path())),
+        "cannot read \"" + dir.Path().string() + "\": Is a directory");
+}
+
+TEST_F(FileTest, IsWrittenByteByByte)
+{
+    const std::string bytes("\0\r\n\xff", 4);
+
+    EXPECT_TRUE(ReplaceFile(file, bytes));
+    EXPECT_TRUE(ReplaceFile(dir.File("new"), bytes));
+    EXPECT_TRUE(ReplaceFile(dir.File("empty"), ""));
+
+    EXPECT_EQ(dir.Read("machine.ini"), bytes);
+    EXPECT_EQ(dir.Read("new"), bytes);
+    EXPECT_THAT(Names(), testing::UnorderedElementsAre("machine.ini", "new", "empty"));
+}
+
+TEST_F(FileTest, IsReplacedAndNeverWrittenInto)
+{
+    fs::create_hard_link(file, dir.File("same"));
+
+    ASSERT_TRUE(ReplaceFile(file, "new"));
+
+    EXPECT_EQ(dir.Read("same"), "old");
+    EXPECT_EQ(dir.Read("machine.ini"), "new");
+}
+
+TEST_F(FileTest, IsWholeAtEveryMoment)
+{
+    constexpr int writes = 200;
+    std::atomic<bool> done = false;
+    std::atomic<int> damaged = 0;
+    std::thread reader([&] {
+        while (!done) {
+            damaged += dir.Read("machine.ini") == "old" ? 0 : 1;
+        }
+    });
+
+    for (int i = 0; i < writes; ++i) {
+        EXPECT_TRUE(ReplaceFile(file, "old"));
+    }
+    done = true;
+    reader.join();
+
+    EXPECT_EQ(damaged, 0);
+}
+
+TEST_F(FileTest, KeepsItsMode)
+{
+    fs::permissions(file, static_cast<fs::perms>(0640));
+
+    ASSERT_TRUE(ReplaceFile(file, "new"));
+
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640));
+}
+
+TEST_F(FileTest, IsReplacedBehindALink)
+{
+    fs::create_directory(dir.File("etc"));
+    dir.Write("etc/real.ini", "old");
+    fs::create_symlink("etc/real.ini", dir.File("middle"));
+    fs::create_symlink(dir.File("middle"), dir.File("link"));
+
+    ASSERT_TRUE(ReplaceFile(dir.File("link"), "new"));
+
+    EXPECT_TRUE(fs::is_symlink(dir.File("link")));
+    EXPECT_TRUE(fs::is_symlink(dir.File("middle")));
+    EXPECT_EQ(dir.Read("etc/real.ini"), "new");
+}
+
+TEST_F(FileTest, IsCreatedBehindALinkToNothing)
+{
+    fs::create_symlink("real.ini", dir.File("link"));
+
+    ASSERT_TRUE(ReplaceFile(dir.File("link"), "new"));
+
+    EXPECT_TRUE(fs::is_symlink(dir.File("link")));
+    EXPECT_EQ(dir.Read("real.ini"), "new");
+}
+
+TEST_F(FileTest, IsNotReplacedBehindLinksInACircle)
+{
+    fs::create_symlink("b", dir.File("a"));
+    fs::create_symlink("a", dir.File("b"));
+
+    EXPECT_FALSE(ReplaceFile(dir.File("a"), "new"));
+
+    EXPECT_TRUE(fs::is_symlink(dir.File("a")));
+    EXPECT_TRUE(fs::is_symlink(dir.File("b")));
+}
+
+TEST_F(FileTest, StaysWhenTheDiskIsFull)
+{
+    {
+        const FullDisk disk(500);
+        EXPECT_EQ(
+            MessageOf(ReplaceFile(file, std::string(1000, 'x'))),
+            "cannot write \"" + file + "\": File too large");
+    }
+
+    EXPECT_EQ(dir.Read("machine.ini"), "old");
+    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+}
+
+TEST_F(FileTest, StaysInAFolderThatIsWriteProtected)
+{
+    fs::permissions(file, fs::perms::all);
+    fs::permissions(dir.Path(), static_cast<fs::perms>(0555));
+    {
+        const Unprivileged user;
+        EXPECT_THAT(MessageOf(ReplaceFile(file, "new")), HasSubstr("Permission denied"));
+    }
+
+    EXPECT_EQ(dir.Read("machine.ini"), "old");
+    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+}
+
+TEST_F(FileTest, StaysWhenItIsWriteProtected)
+{
+    fs::permissions(file, static_cast<fs::perms>(0444));
+    {
+        const Unprivileged user;
+        EXPECT_THAT(MessageOf(ReplaceFile(file, "new")), HasSubstr("Permission denied"));
+    }
+
+    EXPECT_EQ(dir.Read("machine.ini"), "old");
+}
+
+TEST_F(FileTest, IsNoFolderAndNoPipe)
+{
+    fs::create_directory(dir.File("folder"));
+    ASSERT_EQ(::mkfifo(dir.File("pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+
+    EXPECT_FALSE(ReplaceFile(dir.File("folder"), "new"));
+    EXPECT_FALSE(ReplaceFile(dir.File("pipe"), "new"));
+
+    EXPECT_TRUE(fs::is_directory(dir.File("folder")));
+    EXPECT_TRUE(fs::is_fifo(dir.File("pipe")));
+}
+
+TEST_F(FileTest, HasANameAndAFolder)
+{
+    EXPECT_FALSE(ReplaceFile("", "new"));
+    EXPECT_FALSE(ReplaceFile("/", "new"));
+    EXPECT_EQ(
+        MessageOf(ReplaceFile(dir.File("no/machine.ini"), "new")),
+        "cannot write \"" + dir.File("no/machine.ini") + "\": No such file or directory");
+    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+}
+
+TEST_F(FileTest, IsReplacedOverWhatACrashLeftBehind)
+{
+    dir.Write("machine.ini." + std::to_string(::getpid()) + ".new", "ne");
+
+    ASSERT_TRUE(ReplaceFile(file, "new"));
+
+    EXPECT_EQ(dir.Read("machine.ini"), "new");
+    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+}
+
+} // namespace
