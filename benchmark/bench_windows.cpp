@@ -30,7 +30,6 @@ using bench::RequireSame;
 
 constexpr int manyLines = 65535;
 constexpr int fewLines = 100;
-constexpr int answerSteps = 98;
 constexpr int watchedVars = 20;
 constexpr unsigned tickMs = 100;
 const wxSize usualSize(600, 480);
@@ -75,12 +74,13 @@ void RequireSameLastRows(const PrgPages& pages, int rows, const std::string& wha
 /// An answer for all steps of a request.
 CMD_DATA AnswerTo(const CMD_DATA& request, std::int32_t offset)
 {
-    const PrgStateAnswer range(request);
+    const std::int32_t first = PlcFirstStep(&request);
+    const std::int32_t last = PlcLastStep(&request);
     std::vector<StepState> states;
-    for (std::int32_t step = range.First(); step <= range.Last(); ++step) {
+    for (std::int32_t step = first; step <= last; ++step) {
         states.push_back({1, step + offset});
     }
-    return PrgStateAnswerRecord(range.First(), range.Last(), states);
+    return PrgStateAnswerRecord(first, last, states);
 }
 
 CMD_DATA LastRequest(const RecordingHost& host)
@@ -281,7 +281,7 @@ CMD_DATA Subscribe98(const RecordingHost& host, Page& page, Grid& grid, int row)
     grid.SetSize(usualSize.x, rowsOf98Steps * grid.GetDefaultRowSize());
     ScrollToRow(grid, row);
     const CMD_DATA request = Resubscribe(host, page, grid);
-    RequireSame(request.key == answerSteps, "steps of a request");
+    RequireSame(request.key == PLC_MAX_STEPS, "steps of a request");
     return request;
 }
 

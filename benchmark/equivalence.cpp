@@ -68,7 +68,7 @@ public:
 
     void Answer(const CMD_DATA& answer, const literal::Rows& requested)
     {
-        ApplyAnswer(PrgStateAnswer(answer), m_index, m_lines);
+        ApplyAnswer(answer, m_index, m_lines);
         for (int row = requested.first; row != -1 && row <= requested.last; ++row) {
             const auto position = static_cast<std::size_t>(row);
             m_states.Replace(position, m_lines[position].state);

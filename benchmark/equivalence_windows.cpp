@@ -275,7 +275,7 @@ private:
         const auto range = m_pages.reference->SubscribedSteps();
         const std::int32_t first = range.first + (Random().OneIn(8) ? 1 : 0);
         const std::int32_t last = std::max(first, range.last);
-        if (range.first == noStep || last - first >= maxRequestSteps) {
+        if (range.first == noStep || last - first >= PLC_MAX_STEPS) {
             return;
         }
         std::vector<StepState> states(static_cast<std::size_t>(last - first + 1));

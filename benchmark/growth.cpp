@@ -89,13 +89,13 @@ public:
         m_grid->DoPrgStateRequest();
         Count(visible, [this] { m_grid->DoPrgStateRequest(); });
 
-        const PrgStateAnswer range(m_host.requests.back().record);
-        const auto count =
-            static_cast<std::size_t>(range.Last()) - static_cast<std::size_t>(range.First()) + 1;
+        const CMD_DATA request = m_host.requests.back().record;
         int value = 0;
         Count(answer, [&] {
             m_panel->AnswerPrgState(PrgStateAnswerRecord(
-                range.First(), range.Last(), std::vector<StepState>(count, {1, ++value})));
+                PlcFirstStep(&request),
+                PlcLastStep(&request),
+                std::vector<StepState>(request.key, {1, ++value})));
         });
     }
 

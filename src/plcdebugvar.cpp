@@ -2,7 +2,7 @@
 
 #include "plcdebugvar_value.h"
 
-#include <cstring>
+#include <algorithm>
 #include <cwchar>
 #include <limits>
 
@@ -129,25 +129,13 @@ wxString NamePrefix(const PlcDebugVar& var)
            (isDb && var.size == eSizeBit ? "X" : sizeLetters[static_cast<std::size_t>(var.size)]);
 }
 
-/// Writes a little-endian field at an offset of the record.
-template <typename Field> void PutField(CMD_DATA& record, std::size_t offset, Field field)
+/// Writes the operand name into a request, at PLC_..._AT. A name too long for the record is cut.
+void PutName(CMD_DATA& request, std::size_t place, wxString name)
 {
-    std::memcpy(record.payload + (offset - PLC_CMD_HEADER_SIZE), &field, sizeof field);
-}
-
-/// Writes the name with its zero byte from an offset on and the length that goes with it. A name
-/// too long for the record is cut.
-void PutName(CMD_DATA& record, std::size_t offset, wxString name)
-{
-    const std::size_t room = PLC_CMD_SIZE - offset - 1;
-    name.Truncate(std::min(name.length(), room));
-    record.length = static_cast<std::uint16_t>(offset + name.length() + 1);
-
-    const wxScopedCharBuffer bytes = name.mb_str(wxConvLibc);
-    std::memcpy(
-        record.payload + (offset - PLC_CMD_HEADER_SIZE),
-        bytes.data(),
-        std::min(bytes.length(), room));
+    name.Truncate(std::min<std::size_t>(name.length(), PLC_CMD_SIZE - place - 1));
+    PlcPutOperand(&request, place, name.mb_str(wxConvLibc));
+    // The length word counts characters, also those that the locale writes in several bytes.
+    request.length = static_cast<std::uint16_t>(place + name.length() + 1);
 }
 
 } // namespace
@@ -264,29 +252,19 @@ wxString PlcDebugVar::GetVarFormatShow() const
 
 CMD_DATA PlcDebugVar::GetVarCMD(eRequestVar kind, std::int16_t argument) const
 {
-    constexpr std::size_t argumentOffset = 6;
-    constexpr std::size_t valueOffset = 6;
-    constexpr std::size_t nameOffsetInRead = 6;
-    constexpr std::size_t nameOffsetInWrite = 10;
-
-    CMD_DATA record{};
-    record.key = requestId;
+    CMD_DATA request{};
     switch (kind) {
     case eDeleteVar:
-        record.command = PLC_CMD_DELETE_VAR;
-        record.length = argumentOffset + sizeof argument;
-        PutField(record, argumentOffset, argument);
+        request = PlcMakeDeleteRequest(requestId, argument);
         break;
     case eWriteVar:
-        record.command = PLC_CMD_WRITE_VAR;
-        record.key = 0; // a write is not answered
-        PutField(record, valueOffset, value);
-        PutName(record, nameOffsetInWrite, GetVarName(false));
+        request = PlcMakeWriteRequest("", value);
+        PutName(request, PLC_WRITE_OPERAND_AT, GetVarName(false));
         break;
     case eReadVar:
-        record.command = PLC_CMD_READ_VAR;
-        PutName(record, nameOffsetInRead, GetVarName(false));
+        request = PlcMakeReadRequest(requestId, "");
+        PutName(request, PLC_READ_OPERAND_AT, GetVarName(false));
         break;
     }
-    return record;
+    return request;
 }

@@ -1,6 +1,6 @@
 #include "plcprggrid_rows.h"
 
-#include "plcprgpanel_state.h"
+#include "plcdebug_host.h"
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ bool IsExecutableRow(const std::vector<DB_BAUSTEIN>& lines, int row)
 
 int CapToMaxSteps(const std::vector<DB_BAUSTEIN>& lines, RowRange rows)
 {
-    const int endStep = LineOfRow(lines, rows.first).step + maxRequestSteps;
+    const int endStep = LineOfRow(lines, rows.first).step + PLC_MAX_STEPS;
     while (rows.last > rows.first &&
            (!IsExecutableRow(lines, rows.last) || LineOfRow(lines, rows.last).step >= endStep)) {
         --rows.last;

@@ -25,7 +25,7 @@ RowRange RowsNearWindow(int scrollTop, int windowHeight, int rowHeight, int rowC
 /// @param near rows outside are known to be invisible; inside the lines.
 /// @param isVisible tells of a row whether at least a part of it is visible.
 /// @return the rows of the unbroken visible stretch of executable lines, from its first executable
-///         line to the last one, of which at most maxRequestSteps count; nothing when no
+///         line to the last one, of which at most PLC_MAX_STEPS count; nothing when no
 ///         executable line is visible.
 std::optional<RowRange> RowsToRequest(
     const std::vector<DB_BAUSTEIN>& lines,

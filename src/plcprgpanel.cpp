@@ -88,10 +88,9 @@ void PlcPrgPanel::OnScrollSendRequest()
 
 void PlcPrgPanel::AnswerPrgState(const CMD_DATA& answer)
 {
-    const PrgStateAnswer state(answer);
     // While nothing is subscribed the range is noStep, which no line carries.
-    if (state.First() == reqFirstStep && state.Last() == reqLastStep) {
-        ApplyAnswer(state, m_stepIndex, m_lines);
+    if (PlcFirstStep(&answer) == reqFirstStep && PlcLastStep(&answer) == reqLastStep) {
+        ApplyAnswer(answer, m_stepIndex, m_lines);
         m_pGrid->UpdateShowBS();
     }
 }

@@ -9,7 +9,6 @@
 #include <wx/sizer.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -139,8 +138,7 @@ void PlcVarPanel::AnswerReadVarRequest(const CMD_DATA& answer)
     if (var == m_vars.end()) {
         return;
     }
-    std::int32_t answered = 0;
-    std::memcpy(&answered, answer.payload, sizeof answered);
+    const std::int32_t answered = PlcAnsweredValue(&answer);
     if (answered != var->value) {
         var->SetVarValue(answered);
     }

@@ -4,22 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace literal {
 
 namespace {
 
 constexpr std::size_t bufferSize = 256;
-constexpr int maxSteps = 98;
-constexpr int statesOffset = 14;
-
-template <typename T> T At(const CMD_DATA& record, int offset)
-{
-    T value{};
-    std::memcpy(&value, reinterpret_cast<const char*>(&record) + offset, sizeof value);
-    return value;
-}
 
 wxString FromBuffer(const char* buffer)
 {
@@ -80,7 +70,7 @@ Rows VisibleRows(const std::vector<DB_BAUSTEIN>& lines, const std::function<bool
             rows.last = row;
         }
     }
-    const int end = LineOf(lines, rows.first).step + maxSteps;
+    const int end = LineOf(lines, rows.first).step + PLC_MAX_STEPS;
     while (rows.last > rows.first &&
            (LineOf(lines, rows.last).step == noStep || LineOf(lines, rows.last).step >= end)) {
         --rows.last;
@@ -90,16 +80,15 @@ Rows VisibleRows(const std::vector<DB_BAUSTEIN>& lines, const std::function<bool
 
 void ApplyAnswer(const CMD_DATA& answer, std::vector<DB_BAUSTEIN>& lines)
 {
-    const auto first = At<std::int32_t>(answer, 6);
-    const auto last = At<std::int32_t>(answer, 10);
-    const int count = last + 1 - first;
+    const std::int32_t first = PlcFirstStep(&answer);
+    const int count = PlcLastStep(&answer) + 1 - first;
     for (int i = 0; i < count; ++i) {
         const auto line = std::find_if(lines.begin(), lines.end(), [&](const DB_BAUSTEIN& record) {
             return record.step == first + i;
         });
         if (line != lines.end()) {
-            line->state = At<std::uint8_t>(answer, statesOffset + i) == 1 ? L"1" : L"0";
-            const auto value = At<std::int32_t>(answer, statesOffset + count + 4 * i);
+            line->state = PlcStepState(&answer, i) == 1 ? L"1" : L"0";
+            const std::int32_t value = PlcStepValue(&answer, i);
             line->value = value == PLC_NO_VALUE || value == -1
                               ? std::wstring(L"-")
                               : wxString::Format("%d", value).ToStdWstring();

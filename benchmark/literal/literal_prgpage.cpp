@@ -169,8 +169,8 @@ void PrgPage::OnScrollSendRequest()
 
 void PrgPage::AnswerPrgState(const CMD_DATA& answer)
 {
-    const PrgStateAnswer range(answer);
-    if (m_firstStep == noStep || range.First() != m_firstStep || range.Last() != m_lastStep) {
+    if (m_firstStep == noStep || PlcFirstStep(&answer) != m_firstStep ||
+        PlcLastStep(&answer) != m_lastStep) {
         return;
     }
     ApplyAnswer(answer, m_lines);

@@ -6,7 +6,6 @@
 #include <wx/sizer.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace literal {
 
@@ -196,8 +195,7 @@ void VarPage::AnswerReadVarRequest(const CMD_DATA& answer)
     if (var == m_vars.end()) {
         return;
     }
-    std::int32_t value = 0;
-    std::memcpy(&value, answer.payload, sizeof value);
+    const std::int32_t value = PlcAnsweredValue(&answer);
     if (value != var->value) {
         var->SetVarValue(value);
     }

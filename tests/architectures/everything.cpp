@@ -264,19 +264,12 @@ void TellProgramState()
 void TellAnswer(std::int32_t last)
 {
     CMD_DATA record{};
-    std::memcpy(record.payload + 4, &last, sizeof last);
-    for (std::size_t i = 8; i < sizeof record.payload; ++i) {
+    for (std::size_t i = 0; i < sizeof record.payload; ++i) {
         record.payload[i] = static_cast<std::uint8_t>(i % 251);
     }
-    const PrgStateAnswer answer(record);
-    for (std::int64_t i = 0; i <= answer.Last() && i < 200; ++i) {
-        const auto value = answer.Value(i);
-        std::printf(
-            "answer %d %d %d %d\n",
-            last,
-            static_cast<int>(answer.State(i)),
-            static_cast<int>(value.has_value()),
-            value.value_or(0));
+    PlcPutSteps(&record, 0, last);
+    for (std::int64_t i = 0; i <= last && i < 200; ++i) {
+        std::printf("answer %d %d %d\n", last, PlcStepState(&record, i), PlcStepValue(&record, i));
     }
 }
 

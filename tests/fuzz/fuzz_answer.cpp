@@ -25,7 +25,7 @@ std::vector<DB_BAUSTEIN> Lines()
 /// @return the answer in a buffer that ends where its length word says, 506 bytes at the most.
 std::vector<unsigned char> ExactAnswer(const std::uint8_t* data, std::size_t size)
 {
-    constexpr std::size_t header = offsetof(CMD_DATA, payload);
+    constexpr std::size_t header = PLC_CMD_HEADER_SIZE;
     std::vector<unsigned char> answer(data, data + size);
     answer.resize(std::max(answer.size(), header));
     std::uint16_t length = 0;
@@ -53,20 +53,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<DB_BAUSTEIN> lines = Lines();
     StepIndex index;
     index.Build(lines);
-    ApplyAnswer(PrgStateAnswer(record), index, lines);
+    ApplyAnswer(record, index, lines);
     for (const DB_BAUSTEIN& line : lines) {
         Require(line.state == L"?" || line.state == L"0" || line.state == L"1", "a state is one");
         Require(!line.value.empty(), "a value has a text");
     }
 
     PlcDebugVar var;
-    std::int32_t value = 0;
-    std::memcpy(&value, record.payload, sizeof value);
     for (std::int32_t bytes = eSizeBit; bytes <= eSizeDouble; ++bytes) {
         for (std::int32_t format = eFormatDecimal; format <= eFormatFloat; ++format) {
             var.size = bytes;
             var.format = format;
-            var.SetVarValue(static_cast<long>(value));
+            var.SetVarValue(static_cast<long>(PlcAnsweredValue(&record)));
             Require(!var.GetVarValueShow().empty(), "a value has a text");
         }
     }

@@ -48,7 +48,7 @@ StepIndex IndexOf(const std::vector<DB_BAUSTEIN>& lines)
 
 void Apply(const CMD_DATA& answer, std::vector<DB_BAUSTEIN>& lines)
 {
-    ApplyAnswer(PrgStateAnswer(answer), IndexOf(lines), lines);
+    ApplyAnswer(answer, IndexOf(lines), lines);
 }
 
 /// What the first two columns would show, "?/-" for example.
@@ -96,16 +96,7 @@ TEST(PrgStateRequest, CountsInSixteenBits)
     EXPECT_EQ(PrgStateRequest(0, 0x10001).key, 2);
 }
 
-TEST(PrgStateAnswer, TellsItsRangeFromUnalignedBytes)
-{
-    const CMD_DATA record = PrgStateAnswerRecord(-3, 0x01020304, {});
-    const PrgStateAnswer answer(record);
-
-    EXPECT_EQ(answer.First(), -3);
-    EXPECT_EQ(answer.Last(), 0x01020304);
-}
-
-TEST(PrgStateAnswer, OnlyAStateOfExactlyOneIsSet)
+TEST(ApplyAnswer, OnlyAStateOfExactlyOneIsSet)
 {
     EXPECT_EQ(ShownAfter({1, 0}), L"1/0");
     EXPECT_EQ(ShownAfter({0, 0}), L"0/0");
@@ -113,7 +104,7 @@ TEST(PrgStateAnswer, OnlyAStateOfExactlyOneIsSet)
     EXPECT_EQ(ShownAfter({255, 0}), L"0/0");
 }
 
-TEST(PrgStateAnswer, TwoValuesMeanNone)
+TEST(ApplyAnswer, TwoValuesMeanNone)
 {
     EXPECT_EQ(ShownAfter({1, -1}), L"1/-");
     EXPECT_EQ(ShownAfter({1, 0x7FFFFFFF}), L"1/-");
@@ -122,28 +113,26 @@ TEST(PrgStateAnswer, TwoValuesMeanNone)
     EXPECT_EQ(ShownAfter({1, INT32_MIN}), L"1/-2147483648");
 }
 
-TEST(PrgStateAnswer, OfTheLargestRequestFitsItsRecord)
+TEST(ApplyAnswer, TakesTheLargestAnswerWhole)
 {
-    std::vector<StepState> states(maxRequestSteps, {0, 5});
+    std::vector<StepState> states(98, {0, 5});
     states.back() = {1, 99};
-    const CMD_DATA record = PrgStateAnswerRecord(1000, 1097, states);
-    const PrgStateAnswer answer(record);
+    std::vector<DB_BAUSTEIN> lines = LinesWithSteps({1096, 1097});
 
-    EXPECT_EQ(record.length, 504);
-    EXPECT_FALSE(answer.State(96));
-    EXPECT_TRUE(answer.State(97));
-    EXPECT_EQ(answer.Value(97), 99);
+    Apply(PrgStateAnswerRecord(1000, 1097, states), lines);
+
+    EXPECT_THAT(StatesAndValues(lines), ElementsAre(L"0/5", L"1/99"));
 }
 
-TEST(PrgStateAnswer, ReadsNothingBehindItsRecord)
+TEST(ApplyAnswer, ReadsZerosBehindItsRecord)
 {
     CMD_DATA record = PrgStateAnswerRecord(0, 1000, {});
     std::memset(record.payload + 8, 1, PLC_CMD_PAYLOAD_SIZE - 8);
-    const PrgStateAnswer answer(record);
+    std::vector<DB_BAUSTEIN> lines = LinesWithSteps({491, 492});
 
-    EXPECT_TRUE(answer.State(491));
-    EXPECT_FALSE(answer.State(492));
-    EXPECT_EQ(answer.Value(0), 0);
+    Apply(record, lines);
+
+    EXPECT_THAT(StatesAndValues(lines), ElementsAre(L"1/0", L"0/0"));
 }
 
 TEST(ApplyAnswer, ReachesTheLinesThatCarryTheSteps)
