@@ -3,7 +3,6 @@
 #include "literal_listing.h"
 #include "measure.h"
 #include "plcdebugframe_drain.h"
-#include "recordinghost.h"
 #include "tempdir.h"
 
 #include <algorithm>
@@ -25,7 +24,7 @@ constexpr int allKeys = 65536;
 
 CMD_DATA AnswerNumber(int number, int keys)
 {
-    return ReadAnswer(static_cast<std::uint16_t>(number % keys), number);
+    return PlcMakeReadAnswer(static_cast<std::uint16_t>(number % keys), number);
 }
 
 template <typename Queue> void Fill(Queue& queue, int answers, int keys)
@@ -111,7 +110,7 @@ std::vector<double> PushTimes(int threadCount, DrainIt drainIt)
     threads.reserve(times.size());
     for (std::vector<double>& ofThread : times) {
         threads.emplace_back([&queue, &stop, &ofThread, gap] {
-            const CMD_DATA answer = ReadAnswer(1, 1);
+            const CMD_DATA answer = PlcMakeReadAnswer(1, 1);
             while (!stop) {
                 const double start = bench::WallNow();
                 queue.Push(answer);

@@ -3,6 +3,7 @@
 #include "plcdebug.h"
 #include "plcdebug_host.h"
 #include "plcprgpanel_state.h"
+#include "records.h"
 #include "waitfor.h"
 
 #include <gtk/gtk.h>
@@ -76,7 +77,7 @@ CMD_DATA AnswerTo(const CMD_DATA& request, std::int32_t offset)
 {
     const std::int32_t first = PlcFirstStep(&request);
     const std::int32_t last = PlcLastStep(&request);
-    std::vector<StepState> states;
+    std::vector<AnsweredStep> states;
     for (std::int32_t step = first; step <= last; ++step) {
         states.push_back({1, step + offset});
     }
@@ -134,7 +135,7 @@ void ShowOnly(wxWindow& shown, wxWindow& hidden)
 template <typename Page> void Answer20(Page& page, std::int32_t value)
 {
     for (std::uint16_t key = 0; key < watchedVars; ++key) {
-        page.AnswerReadVarRequest(ReadAnswer(key, value + 12347 * key));
+        page.AnswerReadVarRequest(PlcMakeReadAnswer(key, value + 12347 * key));
     }
 }
 

@@ -6,7 +6,7 @@
 #include "plcprgpanel_state.h"
 #include "plcvargrid_shown.h"
 #include "random_steps.h"
-#include "recordinghost.h"
+#include "records.h"
 #include "tempdir.h"
 
 #include <algorithm>
@@ -222,9 +222,9 @@ private:
         };
         const std::int32_t first = step(m_requested.first);
         const std::int32_t last = step(m_requested.last);
-        std::vector<StepState> states(static_cast<std::size_t>(last - first + 1));
+        std::vector<AnsweredStep> states(static_cast<std::size_t>(last - first + 1));
         std::generate(states.begin(), states.end(), [this] {
-            return StepState{static_cast<std::uint8_t>(m_dice.Below(3)), m_dice.Value()};
+            return AnsweredStep{static_cast<std::uint8_t>(m_dice.Below(3)), m_dice.Value()};
         });
         const CMD_DATA answer = PrgStateAnswerRecord(first, last, states);
         m_product.Answer(answer, m_requested);
@@ -241,7 +241,7 @@ private:
         constexpr int keys = 25;
         for (int i = m_dice.Below(mostAnswers); i > 0; --i) {
             const CMD_DATA answer =
-                ReadAnswer(static_cast<std::uint16_t>(m_dice.Below(keys)), m_dice.Value());
+                PlcMakeReadAnswer(static_cast<std::uint16_t>(m_dice.Below(keys)), m_dice.Value());
             m_queue.Push(answer);
             m_literalQueue.Push(answer);
         }

@@ -1,6 +1,7 @@
 #include "pages.h"
 #include "plcprgpanel_state.h"
 #include "random_steps.h"
+#include "records.h"
 #include "waitfor.h"
 
 #include <gtk/gtk.h>
@@ -278,9 +279,9 @@ private:
         if (range.first == noStep || last - first >= PLC_MAX_STEPS) {
             return;
         }
-        std::vector<StepState> states(static_cast<std::size_t>(last - first + 1));
+        std::vector<AnsweredStep> states(static_cast<std::size_t>(last - first + 1));
         std::generate(states.begin(), states.end(), [this] {
-            return StepState{static_cast<std::uint8_t>(Random().Below(3)), Random().Value()};
+            return AnsweredStep{static_cast<std::uint8_t>(Random().Below(3)), Random().Value()};
         });
         const CMD_DATA answer = PrgStateAnswerRecord(first, last, states);
         Both(
@@ -427,7 +428,7 @@ private:
     {
         LaysOut(); // columns may become wider
         // Ids grow with every list; unknown ones are dropped by both sides.
-        const CMD_DATA answer = ReadAnswer(RandomKey(), Random().Value());
+        const CMD_DATA answer = PlcMakeReadAnswer(RandomKey(), Random().Value());
         Both(
             m_pages.host,
             [&] { m_pages.product->AnswerReadVarRequest(answer); },
@@ -452,7 +453,7 @@ private:
         const int way = Random().Below(4);
         std::vector<CMD_DATA> answers;
         for (int i = Random().Below(4); i > 0; --i) {
-            answers.push_back(ReadAnswer(RandomKey(), Random().Value()));
+            answers.push_back(PlcMakeReadAnswer(RandomKey(), Random().Value()));
         }
         const auto edit = [&](auto& page, wxGrid& grid) {
             grid.SetGridCursor(row, readColumn);

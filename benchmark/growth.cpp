@@ -5,6 +5,7 @@
 #include "plcprggrid.h"
 #include "plcprgpanel.h"
 #include "recordinghost.h"
+#include "records.h"
 #include "waitfor.h"
 
 #include <gtk/gtk.h>
@@ -53,9 +54,9 @@ void CountNewest(const char* name, int keys)
 {
     NewestAnswers newest;
     for (int key = 0; key < keys; ++key) {
-        newest.Add(ReadAnswer(static_cast<std::uint16_t>(key), 1));
+        newest.Add(PlcMakeReadAnswer(static_cast<std::uint16_t>(key), 1));
     }
-    Count(name, [&] { newest.Add(ReadAnswer(0, 2)); });
+    Count(name, [&] { newest.Add(PlcMakeReadAnswer(0, 2)); });
 }
 
 /// The program page on a block of so many lines.
@@ -95,7 +96,7 @@ public:
             m_panel->AnswerPrgState(PrgStateAnswerRecord(
                 PlcFirstStep(&request),
                 PlcLastStep(&request),
-                std::vector<StepState>(request.key, {1, ++value})));
+                std::vector<AnsweredStep>(request.key, {1, ++value})));
         });
     }
 

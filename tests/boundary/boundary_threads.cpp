@@ -1,4 +1,5 @@
 #include "debuggertest.h"
+#include "records.h"
 
 #include <gmock/gmock.h>
 
@@ -117,7 +118,7 @@ TEST_F(Answers, GivenInsideARequestAreShown)
 
 TEST_F(Answers, ShorterThanAValueCountTheMissingBytesAsZero)
 {
-    CMD_DATA answer = ReadAnswer(2, 0x01020304);
+    CMD_DATA answer = PlcMakeReadAnswer(2, 0x01020304);
     answer.length = 8;
 
     EXPECT_EQ(Answer(answer), 1);
@@ -127,7 +128,7 @@ TEST_F(Answers, ShorterThanAValueCountTheMissingBytesAsZero)
 
 TEST_F(Answers, OfAWildLengthAreClamped)
 {
-    CMD_DATA answer = ReadAnswer(2, 5);
+    CMD_DATA answer = PlcMakeReadAnswer(2, 5);
     answer.length = 0xFFFF;
 
     EXPECT_EQ(Answer(answer), 1);
@@ -138,7 +139,7 @@ TEST_F(Answers, OfAWildLengthAreClamped)
 TEST_F(Answers, MayStandAtAnOddAddressAndTheirBufferMayBeReusedAtOnce)
 {
     std::vector<unsigned char> buffer(PLC_CMD_SIZE + 1);
-    const CMD_DATA answer = ReadAnswer(2, 5);
+    const CMD_DATA answer = PlcMakeReadAnswer(2, 5);
     std::memcpy(buffer.data() + 1, &answer, sizeof answer);
 
     EXPECT_EQ(plugin.answerReadVar(buffer.data() + 1), 1);
@@ -149,7 +150,7 @@ TEST_F(Answers, MayStandAtAnOddAddressAndTheirBufferMayBeReusedAtOnce)
 
 TEST_F(Answers, OfAnyCommandWordAreTaken)
 {
-    CMD_DATA answer = ReadAnswer(2, 5);
+    CMD_DATA answer = PlcMakeReadAnswer(2, 5);
     answer.command = 0;
 
     EXPECT_EQ(Answer(answer), 1);
@@ -159,9 +160,7 @@ TEST_F(Answers, OfAnyCommandWordAreTaken)
 
 TEST_F(Answers, ForStepsThatNobodyAskedForAreDropped)
 {
-    CMD_DATA answer{};
-    answer.length = 14;
-    std::memset(answer.payload, 0xFF, sizeof answer.payload); // first and last step -1
+    CMD_DATA answer = PrgStateAnswerRecord(-1, -1, {});
 
     EXPECT_EQ(plugin.answerProgramState(reinterpret_cast<unsigned char*>(&answer)), 1);
     AwaitThreeTicks();

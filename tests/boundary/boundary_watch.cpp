@@ -1,4 +1,5 @@
 #include "debuggertest.h"
+#include "records.h"
 
 #include <gmock/gmock.h>
 #include <wx/textctrl.h>
@@ -71,13 +72,6 @@ protected:
     }
 };
 
-/// @return the bytes of a request, as many as its length word says.
-std::vector<int> BytesOf(const RecordedRequest& request)
-{
-    const std::vector<std::uint8_t> bytes = request.Bytes();
-    return {bytes.begin(), bytes.end()};
-}
-
 using Rows = std::vector<int>;
 
 } // namespace
@@ -99,10 +93,13 @@ TEST_F(WatchPage, ADefinedVariableIsRegisteredShownAndUpdated)
     const std::vector<RecordedRequest> sent = OnGui([this] { return host.requests; });
     EXPECT_EQ(sent[0].callback, RecordedRequest::Callback::Read);
     EXPECT_EQ(
-        BytesOf(sent[0]),
-        (std::vector<int>{0x0D, 0x60, 0x0B, 0x00, 0x00, 0x00, 0x45, 0x42, 0x31, 0x30, 0x00}));
+        BytesOf(sent[0].record),
+        (std::vector<std::uint8_t>{
+            0x0D, 0x60, 0x0B, 0x00, 0x00, 0x00, 0x45, 0x42, 0x31, 0x30, 0x00}));
     EXPECT_EQ(sent[1].callback, RecordedRequest::Callback::Delete);
-    EXPECT_EQ(BytesOf(sent[1]), (std::vector<int>{0x0F, 0x60, 0x08, 0x00, 0x00, 0x00, 0x01, 0x00}));
+    EXPECT_EQ(
+        BytesOf(sent[1].record),
+        (std::vector<std::uint8_t>{0x0F, 0x60, 0x08, 0x00, 0x00, 0x00, 0x01, 0x00}));
     EXPECT_TRUE(Shows({"EB 10|?|T30"}));
     Answer(0, 42);
     EXPECT_TRUE(Shows({"EB 10|42|T30"}));
@@ -401,8 +398,8 @@ TEST_F(WatchList4, ATypedValueIsWrittenOnceAndTheCellReturnsToTheLastValueRead)
     const RecordedRequest write = OnGui([this] { return host.requests.front(); });
     EXPECT_EQ(write.callback, RecordedRequest::Callback::Write);
     EXPECT_EQ(
-        BytesOf(write),
-        (std::vector<int>{
+        BytesOf(write.record),
+        (std::vector<std::uint8_t>{
             0x0E, 0x60, 0x0F, 0, 0, 0, 0xFB, 0xFF, 0xFF, 0xFF, 'M', 'W', '2', '2', 0}));
     TakeRequests();
     EXPECT_TRUE(SendsNothing());

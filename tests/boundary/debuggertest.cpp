@@ -259,7 +259,7 @@ testing::AssertionResult DebuggerTest::AwaitStill()
 
 int DebuggerTest::Answer(std::uint16_t key, std::int32_t value) const
 {
-    return Answer(ReadAnswer(key, value));
+    return Answer(PlcMakeReadAnswer(key, value));
 }
 
 int DebuggerTest::Answer(CMD_DATA answer) const

@@ -340,7 +340,7 @@ private:
             return std::uniform_int_distribution(first, last)(random);
         };
         while (MayAnswer()) {
-            CMD_DATA value = ReadAnswer(
+            CMD_DATA value = PlcMakeReadAnswer(
                 static_cast<std::uint16_t>(any(0, 200)),
                 any(std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
             plugin.answerReadVar(reinterpret_cast<unsigned char*>(&value));

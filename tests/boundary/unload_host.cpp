@@ -47,7 +47,7 @@ TEST(Unloading, TheLibraryCanBeLoadedUsedAndUnloadedAgainAndAgain)
         const Library library;
         const auto create = library.Find<PlcCreateExport>("ExportCreatePlcDebugger");
         const auto answer = library.Find<PlcAnswerExport>("ExportAnswerReadVar");
-        CMD_DATA value = ReadAnswer(0, 1);
+        CMD_DATA value = PlcMakeReadAnswer(0, 1);
         auto* bytes = reinterpret_cast<unsigned char*>(&value);
 
         EXPECT_EQ(answer(bytes), 0);

@@ -71,7 +71,7 @@ void DebugFrame::TypeValue(int row, const char* text)
 
 void DebugFrame::Answer(std::uint16_t key, std::int32_t value)
 {
-    const CMD_DATA answer = ReadAnswer(key, value);
+    const CMD_DATA answer = PlcMakeReadAnswer(key, value);
     EXPECT_EQ(frame->ProcessAnswerReadVar(reinterpret_cast<const unsigned char*>(&answer)), 1);
 }
 

@@ -266,7 +266,7 @@ TEST_F(DebugFrame, KeepsAnswersBackWhileAFileIsBeingLoaded)
 TEST_F(DebugFrame, TakesAnAnswerAtAnyAlignmentAndOfAnyLength)
 {
     OpenOn(threeVars);
-    const CMD_DATA answer = ReadAnswer(1, 7);
+    const CMD_DATA answer = PlcMakeReadAnswer(1, 7);
     std::vector<unsigned char> buffer(1 + sizeof answer);
     std::memcpy(buffer.data() + 1, &answer, sizeof answer);
     buffer[3] = 0xFF;

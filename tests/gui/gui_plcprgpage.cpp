@@ -1,12 +1,11 @@
 #include "gui_plcprgpage.h"
 
 #include "descendants.h"
+#include "records.h"
 #include "useractions.h"
 #include "waitfor.h"
 
 #include <wx/sizer.h>
-
-#include <cstring>
 
 namespace {
 
@@ -87,12 +86,10 @@ void PlcPrgPage::ChooseBlock(int index)
 
 void PlcPrgPage::AnswerSubscribed(int offset)
 {
-    std::int32_t first = 0;
-    std::int32_t last = 0;
     TakeRequests();
-    std::memcpy(&first, m_lastRequest.payload, sizeof first);
-    std::memcpy(&last, m_lastRequest.payload + sizeof first, sizeof last);
-    std::vector<StepState> states;
+    const std::int32_t first = PlcFirstStep(&m_lastRequest);
+    const std::int32_t last = PlcLastStep(&m_lastRequest);
+    std::vector<AnsweredStep> states;
     for (int step = first; step <= last; ++step) {
         states.push_back({1, step + offset});
     }

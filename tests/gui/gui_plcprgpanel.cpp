@@ -1,6 +1,7 @@
 #include "descendants.h"
 #include "expecteddialogs.h"
 #include "gui_plcprgpage.h"
+#include "records.h"
 #include "useractions.h"
 #include "waitfor.h"
 

@@ -90,7 +90,7 @@ void WatchPage::OpenEditor(int row)
 
 void WatchPage::Answer(std::uint16_t key, std::int32_t value)
 {
-    panel->AnswerReadVarRequest(ReadAnswer(key, value));
+    panel->AnswerReadVarRequest(PlcMakeReadAnswer(key, value));
 }
 
 std::string WatchPage::Cell(int row, int column) const

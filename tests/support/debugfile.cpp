@@ -1,15 +1,10 @@
 #include "debugfile.h"
 
-#include <cstring>
-
 namespace {
 
 constexpr std::size_t nameSize = 48;
 constexpr std::size_t headSize = 12;
 constexpr unsigned byteBits = 8;
-constexpr std::int64_t payloadStates = 8; ///< States begin here in the payload.
-constexpr std::uint16_t emptyAnswerLength = 14;
-constexpr std::size_t bytesPerStep = 5;
 
 std::string LittleEndian16(std::uint16_t value)
 {
@@ -58,22 +53,4 @@ std::vector<std::string> ExecutableLines(int count, const std::string& prefix)
         lines.push_back(prefix + " " + std::to_string(i));
     }
     return lines;
-}
-
-CMD_DATA
-PrgStateAnswerRecord(std::int32_t first, std::int32_t last, const std::vector<StepState>& states)
-{
-    CMD_DATA answer{};
-    answer.command = PLC_CMD_PRG_STATE;
-    answer.length = static_cast<std::uint16_t>(emptyAnswerLength + bytesPerStep * states.size());
-    std::memcpy(answer.payload, &first, sizeof first);
-    std::memcpy(answer.payload + sizeof first, &last, sizeof last);
-    std::uint8_t* state = answer.payload + payloadStates;
-    std::uint8_t* value = state + states.size();
-    for (const StepState& step : states) {
-        *state++ = step.state;
-        std::memcpy(value, &step.value, sizeof step.value);
-        value += sizeof step.value;
-    }
-    return answer;
 }

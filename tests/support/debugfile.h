@@ -1,13 +1,11 @@
 #pragma once
 
-#include "plcdebug_host.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-// Program debug files, and the answers of the program that they show.
+// Program debug files.
 
 /// One block of a program debug file.
 struct DebugFileBlock
@@ -31,15 +29,3 @@ std::string LittleEndian(std::int32_t value);
 
 /// @return @p count lines "<prefix> 0" and so on, all executable.
 std::vector<std::string> ExecutableLines(int count, const std::string& prefix = "U E");
-
-/// One step of a program-state answer.
-struct StepState
-{
-    std::uint8_t state;
-    std::int32_t value;
-};
-
-/// A program-state answer as a host would send it.
-/// @param last may lie elsewhere than where @p states end.
-CMD_DATA
-PrgStateAnswerRecord(std::int32_t first, std::int32_t last, const std::vector<StepState>& states);

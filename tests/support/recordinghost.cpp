@@ -1,16 +1,12 @@
 #include "recordinghost.h"
 
-#include <algorithm>
+#include <array>
 #include <cstdlib>
-#include <cstring>
 #include <utility>
 
 namespace {
 
 using Callback = RecordedRequest::Callback;
-
-constexpr std::size_t writeNameOffset = 4; ///< In the payload of a write request.
-constexpr std::uint16_t readAnswerLength = 10;
 
 RecordingHost* theHost = nullptr;
 
@@ -56,23 +52,16 @@ std::int32_t KeepDelete(const CMD_DATA* request)
 }
 }
 
-template <typename T> T PayloadAt(const CMD_DATA& record, std::size_t offset)
+std::string OperandOf(const CMD_DATA& request)
 {
-    T value{};
-    std::memcpy(&value, record.payload + offset, sizeof value);
-    return value;
-}
-
-std::string NameAt(const CMD_DATA& record, std::size_t offset)
-{
-    const auto* begin = record.payload + offset;
-    return {begin, std::find(begin, record.payload + PLC_CMD_PAYLOAD_SIZE, 0)};
+    std::array<char, PLC_OPERAND_SIZE> name{};
+    return {name.data(), PlcOperandOf(&request, name.data())};
 }
 
 std::string DeleteInWords(const CMD_DATA& record)
 {
     const std::string key = std::to_string(record.key);
-    switch (const auto argument = PayloadAt<std::int16_t>(record, 0)) {
+    switch (const std::int16_t argument = PlcArgumentOfDelete(&record)) {
     case PLC_DELETE_ARG_START:
         return "start " + key;
     case PLC_DELETE_ARG_RELEASE:
@@ -84,25 +73,22 @@ std::string DeleteInWords(const CMD_DATA& record)
 
 std::string StateInWords(const CMD_DATA& record)
 {
-    const auto first = PayloadAt<std::int32_t>(record, 0);
-    const auto last = PayloadAt<std::int32_t>(record, sizeof first);
-    if (record.key == 0 && first == 0 && last == 0) {
+    if (PlcIsStop(&record)) {
         return "stop";
     }
-    return "state " + std::to_string(first) + ".." + std::to_string(last) + " count " +
-           std::to_string(record.key);
+    return "state " + std::to_string(PlcFirstStep(&record)) + ".." +
+           std::to_string(PlcLastStep(&record)) + " count " + std::to_string(record.key);
 }
 
 std::pair<Callback, std::string> ByCommand(const CMD_DATA& record)
 {
     switch (record.command) {
     case PLC_CMD_READ_VAR:
-        return {Callback::Read, "read " + std::to_string(record.key) + " " + NameAt(record, 0)};
+        return {Callback::Read, "read " + std::to_string(record.key) + " " + OperandOf(record)};
     case PLC_CMD_WRITE_VAR:
         return {
             Callback::Write,
-            "write " + NameAt(record, writeNameOffset) + "=" +
-                std::to_string(PayloadAt<std::int32_t>(record, 0))};
+            "write " + OperandOf(record) + "=" + std::to_string(PlcWrittenValue(&record))};
     case PLC_CMD_DELETE_VAR:
         return {Callback::Delete, DeleteInWords(record)};
     case PLC_CMD_PRG_STATE:
@@ -128,13 +114,6 @@ const char* NameOf(Callback callback)
 }
 
 } // namespace
-
-std::vector<std::uint8_t> RecordedRequest::Bytes() const
-{
-    std::vector<std::uint8_t> bytes(std::min<std::size_t>(record.length, sizeof record));
-    std::memcpy(bytes.data(), &record, bytes.size());
-    return bytes;
-}
 
 std::string RecordedRequest::InWords() const
 {
@@ -173,14 +152,4 @@ std::vector<std::string> RecordingHost::TakeInWords()
     std::vector<std::string> words = InWords();
     requests.clear();
     return words;
-}
-
-CMD_DATA ReadAnswer(std::uint16_t key, std::int32_t value)
-{
-    CMD_DATA answer{};
-    answer.command = PLC_CMD_READ_VAR;
-    answer.length = readAnswerLength;
-    answer.key = key;
-    std::memcpy(answer.payload, &value, sizeof value);
-    return answer;
 }

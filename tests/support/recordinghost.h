@@ -25,9 +25,6 @@ struct RecordedRequest
     CMD_DATA record;
     std::thread::id thread;
 
-    /// @return the first bytes of the record, as many as its length word says (506 at most).
-    std::vector<std::uint8_t> Bytes() const;
-
     /// @return the request in words: "read 3 MW20", "write MW20=-5", "start 3", "release 3",
     ///         "delete 3 arg 7", "state 0..9 count 10", "stop". "(via read)" and so on follows when
     ///         it came through another callback than its command word belongs to.
@@ -59,6 +56,3 @@ public:
     /// @return all requests in words, oldest first, and forgets them.
     std::vector<std::string> TakeInWords();
 };
-
-/// A read answer as a host would send it, length word 10.
-CMD_DATA ReadAnswer(std::uint16_t key, std::int32_t value);

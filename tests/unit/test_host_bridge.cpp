@@ -63,8 +63,8 @@ struct BridgeTest : testing::Test
 
     void Watch(std::uint16_t key, const std::string& operand)
     {
-        bridge.Request(ReadRequest(key, operand));
-        bridge.Request(DeleteRequest(key, PLC_DELETE_ARG_START));
+        bridge.Request(PlcMakeReadRequest(key, operand.c_str()));
+        bridge.Request(PlcMakeDeleteRequest(key, PLC_DELETE_ARG_START));
     }
 
     void Set(const char* operand, std::uint32_t value)
@@ -128,7 +128,7 @@ TEST_F(BridgeTest, AChangedValueIsAnsweredAfterItsCycle)
 
 TEST_F(BridgeTest, AReadThatIsNeverStartedIsAnsweredOnce)
 {
-    bridge.Request(ReadRequest(5, "EB10"));
+    bridge.Request(PlcMakeReadRequest(5, "EB10"));
     Cycle();
     Set("EB10", 1);
     Cycle(refreshTime);
@@ -143,7 +143,7 @@ TEST_F(BridgeTest, AReleasedVariableIsNotAnsweredAnyMore)
     Cycle();
     Values();
 
-    bridge.Request(DeleteRequest(5, PLC_DELETE_ARG_RELEASE));
+    bridge.Request(PlcMakeDeleteRequest(5, PLC_DELETE_ARG_RELEASE));
     Set("EB10", 1);
     Set("EB11", 1);
     Cycle();
@@ -155,7 +155,7 @@ TEST_F(BridgeTest, AReleaseOfAnUnknownKeyChangesNothing)
 {
     Watch(5, "EB10");
 
-    bridge.Request(DeleteRequest(9, PLC_DELETE_ARG_RELEASE));
+    bridge.Request(PlcMakeDeleteRequest(9, PLC_DELETE_ARG_RELEASE));
     Cycle();
 
     EXPECT_THAT(Values(), ElementsAre("5=0"));
@@ -231,7 +231,7 @@ TEST_F(BridgeTest, AnOperandThatDoesNotExistIsLoggedAndAnsweredByNothing)
 {
     Watch(5, "DB5.DBW2");
     Watch(6, "");
-    bridge.Request(WriteRequestFor("MB512", 1));
+    bridge.Request(PlcMakeWriteRequest("MB512", 1));
     Cycle();
 
     EXPECT_THAT(Values(), IsEmpty());
@@ -245,7 +245,7 @@ TEST_F(BridgeTest, AWriteArrivesBetweenTwoCyclesAndIsAnsweredAtOnce)
     Cycle();
     Values();
 
-    bridge.Request(WriteRequestFor("MB3", -1));
+    bridge.Request(PlcMakeWriteRequest("MB3", -1));
     EXPECT_EQ(Get("MB3"), 0U);
     Cycle();
 
@@ -255,7 +255,7 @@ TEST_F(BridgeTest, AWriteArrivesBetweenTwoCyclesAndIsAnsweredAtOnce)
 
 TEST_F(BridgeTest, AWriteIsDoneOnce)
 {
-    bridge.Request(WriteRequestFor("MW4", 77));
+    bridge.Request(PlcMakeWriteRequest("MW4", 77));
     Cycle();
     Set("MW4", 1);
     Cycle();
@@ -265,9 +265,9 @@ TEST_F(BridgeTest, AWriteIsDoneOnce)
 
 TEST_F(BridgeTest, WritesAreDoneInTheirOrder)
 {
-    bridge.Request(WriteRequestFor("MW4", 1));
-    bridge.Request(WriteRequestFor("MB5", 2));
-    bridge.Request(WriteRequestFor("M5.7", 1));
+    bridge.Request(PlcMakeWriteRequest("MW4", 1));
+    bridge.Request(PlcMakeWriteRequest("MB5", 2));
+    bridge.Request(PlcMakeWriteRequest("M5.7", 1));
     Cycle();
 
     EXPECT_EQ(Get("MW4"), 0x82U);
@@ -275,7 +275,7 @@ TEST_F(BridgeTest, WritesAreDoneInTheirOrder)
 
 TEST_F(BridgeTest, AnUnknownCommandIsLogged)
 {
-    bridge.Request(RequestOf({0x34, 0x12, 6, 0, 0, 0}));
+    bridge.Request(RecordOfBytes({0x34, 0x12, 6, 0, 0, 0}));
 
     EXPECT_THAT(log, ElementsAre(HasSubstr("unknown command")));
 }
@@ -283,8 +283,8 @@ TEST_F(BridgeTest, AnUnknownCommandIsLogged)
 TEST_F(BridgeTest, ForgottenSubscriptionsAreNotAnsweredButWritesAreDone)
 {
     Watch(5, "MB3");
-    bridge.Request(StepsRequest(1, 2));
-    bridge.Request(WriteRequestFor("MB3", 9));
+    bridge.Request(PlcMakePrgStateRequest(1, 2));
+    bridge.Request(PlcMakeWriteRequest("MB3", 9));
 
     bridge.Forget();
     Cycle();
@@ -301,7 +301,7 @@ struct StepsTest : BridgeTest
     StepsTest()
     {
         program.states = {{true, 17}, {false, std::nullopt}};
-        bridge.Request(StepsRequest(3, 4));
+        bridge.Request(PlcMakePrgStateRequest(3, 4));
         Cycle();
     }
 
@@ -393,7 +393,7 @@ TEST_F(StepsTest, EndWithAStop)
     Cycle();
     CountAnswers();
 
-    bridge.Request(StopRequest());
+    bridge.Request(PlcMakeStopRequest());
     program.states[0].accumulator = 18;
     for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
         Cycle();
@@ -405,7 +405,7 @@ TEST_F(StepsTest, EndWithAStop)
 
 TEST_F(StepsTest, AreReplacedByANewRange)
 {
-    bridge.Request(StepsRequest(10, 10));
+    bridge.Request(PlcMakePrgStateRequest(10, 10));
     program.states = {{true, std::nullopt}};
     Cycle();
     Cycle();
@@ -418,8 +418,8 @@ TEST_F(StepsTest, AreReplacedByANewRange)
 
 TEST_F(StepsTest, ThatNoAnswerCanHoldAreRefused)
 {
-    bridge.Request(StepsRequest(1, static_cast<std::int32_t>(maxStepsInAnswer) + 1));
-    bridge.Request(StepsRequest(4, 3));
+    bridge.Request(PlcMakePrgStateRequest(1, static_cast<std::int32_t>(maxStepsInAnswer) + 1));
+    bridge.Request(PlcMakePrgStateRequest(4, 3));
     Cycle();
     Cycle();
 
@@ -440,11 +440,11 @@ TEST_F(BridgeTest, RequestsAndCyclesMayRunAtTheSameTime)
 
     for (int i = 0; i < 200; ++i) {
         Watch(1, "MB3");
-        bridge.Request(WriteRequestFor("MB3", i));
-        bridge.Request(StepsRequest(1, 1));
-        bridge.Request(DeleteRequest(1, PLC_DELETE_ARG_RELEASE));
+        bridge.Request(PlcMakeWriteRequest("MB3", i));
+        bridge.Request(PlcMakePrgStateRequest(1, 1));
+        bridge.Request(PlcMakeDeleteRequest(1, PLC_DELETE_ARG_RELEASE));
     }
-    bridge.Request(StopRequest());
+    bridge.Request(PlcMakeStopRequest());
     done = true;
     plc.join();
     sink.Take();

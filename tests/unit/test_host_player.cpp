@@ -32,8 +32,8 @@ struct PlayerTest : testing::Test
     /// MW20 under key 7 is 10 at one second and 20 at two.
     void RecordTwoValues()
     {
-        Records(0s, ReadRequest(7, "MW20"));
-        Records(0s, DeleteRequest(7, PLC_DELETE_ARG_START));
+        Records(0s, PlcMakeReadRequest(7, "MW20"));
+        Records(0s, PlcMakeDeleteRequest(7, PLC_DELETE_ARG_START));
         Records(1s, EventKind::ReadAnswer, MakeReadAnswer(7, 10));
         Records(2s, EventKind::ReadAnswer, MakeReadAnswer(7, 20));
     }
@@ -41,7 +41,7 @@ struct PlayerTest : testing::Test
     /// The states of steps 10 to 12 at one second.
     void RecordStates()
     {
-        Records(0s, StepsRequest(10, 12));
+        Records(0s, PlcMakePrgStateRequest(10, 12));
         Records(
             1s,
             EventKind::ProgramStateAnswer,
@@ -76,7 +76,7 @@ struct PlayerTest : testing::Test
 TEST_F(PlayerTest, GivesEveryAnswerAtItsTimeUnderTheKeyOfToday)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
 
     player->Advance(start + 999ms);
     EXPECT_THAT(Values(), IsEmpty());
@@ -90,7 +90,7 @@ TEST_F(PlayerTest, GivesEveryAnswerAtItsTimeUnderTheKeyOfToday)
 TEST_F(PlayerTest, GivesNoAnswerTwiceAndNoneAfterTheEnd)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
     player->Advance(start + 2s);
     EXPECT_THAT(Values(), SizeIs(2));
 
@@ -104,11 +104,11 @@ TEST_F(PlayerTest, GivesNoAnswerTwiceAndNoneAfterTheEnd)
 TEST_F(PlayerTest, PlaysFasterAndSlower)
 {
     RecordTwoValues();
-    Play(10).Request(ReadRequest(3, "MW20"));
+    Play(10).Request(PlcMakeReadRequest(3, "MW20"));
     player->Advance(start + 100ms);
     EXPECT_THAT(Values(), ElementsAre(Pair(3, 10)));
 
-    Play(0.5).Request(ReadRequest(3, "MW20"));
+    Play(0.5).Request(PlcMakeReadRequest(3, "MW20"));
     player->Advance(start + 1999ms);
     EXPECT_THAT(Values(), IsEmpty());
     player->Advance(start + 2s);
@@ -120,7 +120,7 @@ TEST_F(PlayerTest, WhoAsksLaterGetsTheLastValueAtOnceAndOnce)
     RecordTwoValues();
     Play().Advance(start + 1s);
 
-    player->Request(ReadRequest(3, "MW20"));
+    player->Request(PlcMakeReadRequest(3, "MW20"));
 
     player->Advance(start + 1100ms);
     EXPECT_THAT(Values(), ElementsAre(Pair(3, 10)));
@@ -132,7 +132,7 @@ TEST_F(PlayerTest, AValueThatNobodyTookIsGivenAgain)
 {
     RecordTwoValues();
     sink.open = false;
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
     player->Advance(start + 1s);
     sink.open = true;
 
@@ -144,8 +144,8 @@ TEST_F(PlayerTest, AValueThatNobodyTookIsGivenAgain)
 TEST_F(PlayerTest, AnOperandThatIsWatchedTwiceIsAnsweredTwice)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "MW20"));
-    player->Request(ReadRequest(4, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    player->Request(PlcMakeReadRequest(4, "MW20"));
 
     player->Advance(start + 1s);
 
@@ -155,12 +155,12 @@ TEST_F(PlayerTest, AnOperandThatIsWatchedTwiceIsAnsweredTwice)
 TEST_F(PlayerTest, AReleasedVariableIsAnsweredNoLonger)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "MW20"));
-    player->Request(DeleteRequest(3, PLC_DELETE_ARG_START));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    player->Request(PlcMakeDeleteRequest(3, PLC_DELETE_ARG_START));
     player->Advance(start + 1s);
     Values();
 
-    player->Request(DeleteRequest(3, PLC_DELETE_ARG_RELEASE));
+    player->Request(PlcMakeDeleteRequest(3, PLC_DELETE_ARG_RELEASE));
 
     player->Advance(start + 2s);
     EXPECT_THAT(Values(), IsEmpty());
@@ -170,8 +170,8 @@ TEST_F(PlayerTest, ADebuggerThatIsGoneIsAnsweredNoLonger)
 {
     RecordTwoValues();
     RecordStates();
-    Play().Request(ReadRequest(3, "MW20"));
-    player->Request(StepsRequest(10, 12));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    player->Request(PlcMakePrgStateRequest(10, 12));
 
     player->Forget();
 
@@ -194,13 +194,13 @@ TEST_F(PlayerTest, TheTimeStandsWhileNoDebuggerIsOpen)
 
 TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
 {
-    Records(0s, ReadRequest(7, "MW20"));
-    Records(1s, DeleteRequest(7, PLC_DELETE_ARG_RELEASE));
+    Records(0s, PlcMakeReadRequest(7, "MW20"));
+    Records(1s, PlcMakeDeleteRequest(7, PLC_DELETE_ARG_RELEASE));
     Records(1s, EventKind::ReadAnswer, MakeReadAnswer(7, 10));
-    Records(2s, ReadRequest(7, "EB3"));
+    Records(2s, PlcMakeReadRequest(7, "EB3"));
     Records(2s, EventKind::ReadAnswer, MakeReadAnswer(7, 20));
-    Play().Request(ReadRequest(0, "MW20"));
-    player->Request(ReadRequest(1, "EB3"));
+    Play().Request(PlcMakeReadRequest(0, "MW20"));
+    player->Request(PlcMakeReadRequest(1, "EB3"));
 
     player->Advance(start + 2s);
 
@@ -209,10 +209,10 @@ TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
 
 TEST_F(PlayerTest, WhatTheRecordedDebuggerDidNotTakeIsNotGiven)
 {
-    Records(0s, ReadRequest(7, "MW20"));
+    Records(0s, PlcMakeReadRequest(7, "MW20"));
     Records(0s, EventKind::ReadAnswer, MakeReadAnswer(7, 10), false);
     recording.events.push_back({0s, EventKind::ReadAnswer, true, ""});
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
 
     player->Advance(start + 1s);
 
@@ -222,9 +222,9 @@ TEST_F(PlayerTest, WhatTheRecordedDebuggerDidNotTakeIsNotGiven)
 TEST_F(PlayerTest, TellsWhatItCannotServe)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "DB10.DBW4"));
-    player->Request(WriteRequestFor("MW20", 1));
-    player->Request(RequestOf({0x34, 0x12}));
+    Play().Request(PlcMakeReadRequest(3, "DB10.DBW4"));
+    player->Request(PlcMakeWriteRequest("MW20", 1));
+    player->Request(RecordOfBytes({0x34, 0x12}));
 
     EXPECT_THAT(
         log,
@@ -237,7 +237,7 @@ TEST_F(PlayerTest, TellsWhatItCannotServe)
 TEST_F(PlayerTest, StatesGoToTheStepsThatAreAskedForNow)
 {
     RecordStates();
-    Play().Request(StepsRequest(11, 12));
+    Play().Request(PlcMakePrgStateRequest(11, 12));
 
     player->Advance(start + 1s);
 
@@ -256,7 +256,7 @@ TEST_F(PlayerTest, WhoAsksForStepsLaterGetsTheirLastStatesAtOnce)
     RecordStates();
     Play().Advance(start + 1s);
 
-    player->Request(StepsRequest(10, 12));
+    player->Request(PlcMakePrgStateRequest(10, 12));
     player->Advance(start + 1s);
     player->Advance(start + 1s);
 
@@ -266,7 +266,7 @@ TEST_F(PlayerTest, WhoAsksForStepsLaterGetsTheirLastStatesAtOnce)
 TEST_F(PlayerTest, StepsOfWhichOneWasNeverRecordedAreNotAnswered)
 {
     RecordStates();
-    Play().Request(StepsRequest(9, 12));
+    Play().Request(PlcMakePrgStateRequest(9, 12));
 
     player->Advance(start + 1s);
 
@@ -275,9 +275,9 @@ TEST_F(PlayerTest, StepsOfWhichOneWasNeverRecordedAreNotAnswered)
 
 TEST_F(PlayerTest, StatesThatTheRecordedDebuggerHadNotAskedForDoNotCount)
 {
-    Records(0s, StepsRequest(10, 10));
+    Records(0s, PlcMakePrgStateRequest(10, 10));
     Records(0s, EventKind::ProgramStateAnswer, MakeProgramStateAnswer({11, 11}, {{true, 1}}));
-    Play().Request(StepsRequest(11, 11));
+    Play().Request(PlcMakePrgStateRequest(11, 11));
 
     player->Advance(start + 1s);
 
@@ -287,7 +287,7 @@ TEST_F(PlayerTest, StatesThatTheRecordedDebuggerHadNotAskedForDoNotCount)
 TEST_F(PlayerTest, RewoundItPlaysFromTheBeginning)
 {
     RecordTwoValues();
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
     player->Advance(start + 2s);
     Values();
 
@@ -301,7 +301,7 @@ TEST_F(PlayerTest, RewoundItPlaysFromTheBeginning)
 
 TEST_F(PlayerTest, ARecordingWithoutEventsHasNothingToSay)
 {
-    Play().Request(ReadRequest(3, "MW20"));
+    Play().Request(PlcMakeReadRequest(3, "MW20"));
 
     player->Advance(start + 1s);
 

@@ -35,12 +35,12 @@ TEST_F(RequestPortTest, EveryCallbackReachesTheHandler)
           init.pfnWriteVarRequest,
           init.pfnPrgStateRequest,
           init.pfnDeleteVarRequest}) {
-        const CMD_DATA request = ReadRequest(5, "EB10");
+        const CMD_DATA request = PlcMakeReadRequest(5, "EB10");
         callback(&request);
     }
 
     ASSERT_EQ(handler.requests.size(), 4U);
-    EXPECT_EQ(BytesOf(handler.requests[3]), BytesOf(ReadRequest(5, "EB10")));
+    EXPECT_EQ(BytesOf(handler.requests[3]), BytesOf(PlcMakeReadRequest(5, "EB10")));
     EXPECT_TRUE(threads.Check());
 }
 
@@ -57,7 +57,7 @@ TEST_F(RequestPortTest, PassesOnThePathAndTheHeight)
 TEST_F(RequestPortTest, ACallbackThatOutlivesThePortIsServedByNobody)
 {
     const PLC_DBG_INIT init = RequestPort(handler, threads, false).InitRecord("/a/b/prog");
-    const CMD_DATA request = ReadRequest(5, "EB10");
+    const CMD_DATA request = PlcMakeReadRequest(5, "EB10");
 
     EXPECT_EQ(init.pfnReadVarRequest(&request), 0);
     EXPECT_EQ(init.pfnTallFrame(), 0);
@@ -69,7 +69,7 @@ TEST_F(RequestPortTest, ACallbackOnAnotherThreadIsNamed)
 {
     const RequestPort port(handler, threads, false);
     const PLC_DBG_INIT init = port.InitRecord("/a/b/prog");
-    const CMD_DATA request = StopRequest();
+    const CMD_DATA request = PlcMakeStopRequest();
 
     std::thread([&] { init.pfnPrgStateRequest(&request); }).join();
     std::thread([&] { init.pfnDeleteVarRequest(&request); }).join();

@@ -10,7 +10,8 @@ namespace {
 
 TEST(ReadOperand, IsTheTextFromByteSix)
 {
-    EXPECT_EQ(ReadOperand(RequestOf({0x0D, 0x60, 0x0B, 0, 5, 0, 'E', 'B', '1', '0', 0})), "EB10");
+    EXPECT_EQ(
+        ReadOperand(RecordOfBytes({0x0D, 0x60, 0x0B, 0, 5, 0, 'E', 'B', '1', '0', 0})), "EB10");
 }
 
 TEST(ReadOperand, WithoutZeroByteEndsWithTheRecord)
@@ -24,7 +25,7 @@ TEST(ReadOperand, WithoutZeroByteEndsWithTheRecord)
 TEST(WriteOperand, HasTheValueBeforeTheName)
 {
     const auto write = WriteOperand(
-        RequestOf({0x0E, 0x60, 0x0E, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 'M', 'B', '3', 0}));
+        RecordOfBytes({0x0E, 0x60, 0x0E, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 'M', 'B', '3', 0}));
 
     EXPECT_EQ(write.operand, "MB3");
     EXPECT_EQ(write.value, -1);
@@ -32,12 +33,12 @@ TEST(WriteOperand, HasTheValueBeforeTheName)
 
 TEST(DeleteArgument, IsSigned)
 {
-    EXPECT_EQ(DeleteArgument(RequestOf({0x0F, 0x60, 8, 0, 7, 0, 0xFF, 0xFF})), -1);
+    EXPECT_EQ(DeleteArgument(RecordOfBytes({0x0F, 0x60, 8, 0, 7, 0, 0xFF, 0xFF})), -1);
 }
 
 TEST(RequestedSteps, AreTheRangeOfTheRequest)
 {
-    const auto steps = RequestedSteps(StepsRequest(40, 59));
+    const auto steps = RequestedSteps(PlcMakePrgStateRequest(40, 59));
 
     ASSERT_TRUE(steps);
     EXPECT_EQ(steps->first, 40);
@@ -46,28 +47,28 @@ TEST(RequestedSteps, AreTheRangeOfTheRequest)
 
 TEST(RequestedSteps, OfThreeZerosAreAStop)
 {
-    EXPECT_FALSE(RequestedSteps(StopRequest()));
+    EXPECT_FALSE(RequestedSteps(PlcMakeStopRequest()));
 }
 
 TEST(RequestedSteps, OfTheVeryFirstStepAloneAreNoStop)
 {
-    EXPECT_TRUE(RequestedSteps(StepsRequest(0, 0)));
+    EXPECT_TRUE(RequestedSteps(PlcMakePrgStateRequest(0, 0)));
 }
 
 TEST(MakeReadAnswer, HasTenBytes)
 {
     EXPECT_EQ(
         BytesOf(MakeReadAnswer(5, -2)),
-        (std::vector<unsigned>{0x0D, 0x60, 10, 0, 5, 0, 0xFE, 0xFF, 0xFF, 0xFF}));
+        (std::vector<std::uint8_t>{0x0D, 0x60, 10, 0, 5, 0, 0xFE, 0xFF, 0xFF, 0xFF}));
 }
 
 TEST(MakeProgramStateAnswer, HasTheStatesBeforeTheValues)
 {
     const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, PLC_NO_VALUE}});
 
-    EXPECT_EQ(BytesOf(answer), (std::vector<unsigned>{0x10, 0x60, 24, 0, 2,    0,    3,    0,
-                                                      0,    0,    4,  0, 0,    0,    1,    0,
-                                                      17,   0,    0,  0, 0xFF, 0xFF, 0xFF, 0x7F}));
+    EXPECT_EQ(BytesOf(answer), (std::vector<std::uint8_t>{0x10, 0x60, 24,   0,   2, 0, 3,  0, 0, 0,
+                                                          4,    0,    0,    0,   1, 0, 17, 0, 0, 0,
+                                                          0xFF, 0xFF, 0xFF, 0x7F}));
 }
 
 TEST(MakeProgramStateAnswer, OfTheLargestRangeFitsTheRecord)

@@ -45,7 +45,7 @@ struct RecorderTest : testing::Test
 TEST_F(RecorderTest, EveryEventIsInTheFileWhileItIsStillBeingMade)
 {
     Recorder recorder(file, "listing");
-    recorder.Request(ReadRequest(0, "MW20"));
+    recorder.Request(PlcMakeReadRequest(0, "MW20"));
     const CMD_DATA answer = MakeReadAnswer(0, 5);
     recorder.Answer(AnswerKind::ReadVar, &answer, true);
 

@@ -45,7 +45,7 @@ Recording Decoded(const std::string& file)
 const std::vector<RecordedEvent>& TwoEvents()
 {
     static const std::vector<RecordedEvent> events{
-        {1500us, EventKind::Request, true, Bytes(ReadRequest(3, "MW20"))},
+        {1500us, EventKind::Request, true, Bytes(PlcMakeReadRequest(3, "MW20"))},
         {2s, EventKind::ReadAnswer, false, Bytes(MakeReadAnswer(3, -2))}};
     return events;
 }
@@ -181,10 +181,10 @@ TEST(WatchedOperands, StandInTheOrderOfTheirFirstRequest)
 {
     Recording recording;
     for (const CMD_DATA& request :
-         {ReadRequest(0, "MW20"),
-          DeleteRequest(0, PLC_DELETE_ARG_START),
-          ReadRequest(1, "EB3"),
-          ReadRequest(2, "MW20")}) {
+         {PlcMakeReadRequest(0, "MW20"),
+          PlcMakeDeleteRequest(0, PLC_DELETE_ARG_START),
+          PlcMakeReadRequest(1, "EB3"),
+          PlcMakeReadRequest(2, "MW20")}) {
         recording.events.push_back({0us, EventKind::Request, true, Bytes(request)});
     }
     recording.events.push_back({0us, EventKind::ReadAnswer, true, Bytes(MakeReadAnswer(1, 2))});

@@ -15,31 +15,31 @@ using testing::HasSubstr;
 
 TEST(DescribeRequest, NamesKeyAndOperandOfARead)
 {
-    EXPECT_EQ(DescribeRequest(ReadRequest(5, "EB10")), "read    key 5  EB10");
+    EXPECT_EQ(DescribeRequest(PlcMakeReadRequest(5, "EB10")), "read    key 5  EB10");
 }
 
 TEST(DescribeRequest, ShowsAWrittenValueInBothBases)
 {
-    EXPECT_EQ(DescribeRequest(WriteRequestFor("MB3", -1)), "write   MB3 = -1 (0xFFFFFFFF)");
+    EXPECT_EQ(DescribeRequest(PlcMakeWriteRequest("MB3", -1)), "write   MB3 = -1 (0xFFFFFFFF)");
 }
 
 TEST(DescribeRequest, TellsStartAndReleaseApart)
 {
-    EXPECT_EQ(DescribeRequest(DeleteRequest(7, PLC_DELETE_ARG_START)), "start   key 7");
-    EXPECT_EQ(DescribeRequest(DeleteRequest(7, PLC_DELETE_ARG_RELEASE)), "release key 7");
-    EXPECT_EQ(DescribeRequest(DeleteRequest(7, 2)), "delete  key 7  unknown argument 2");
+    EXPECT_EQ(DescribeRequest(PlcMakeDeleteRequest(7, PLC_DELETE_ARG_START)), "start   key 7");
+    EXPECT_EQ(DescribeRequest(PlcMakeDeleteRequest(7, PLC_DELETE_ARG_RELEASE)), "release key 7");
+    EXPECT_EQ(DescribeRequest(PlcMakeDeleteRequest(7, 2)), "delete  key 7  unknown argument 2");
 }
 
 TEST(DescribeRequest, TellsStepsAndStopApart)
 {
-    EXPECT_EQ(DescribeRequest(StepsRequest(40, 59)), "steps   40..59");
-    EXPECT_EQ(DescribeRequest(StopRequest()), "steps   stop");
+    EXPECT_EQ(DescribeRequest(PlcMakePrgStateRequest(40, 59)), "steps   40..59");
+    EXPECT_EQ(DescribeRequest(PlcMakeStopRequest()), "steps   stop");
 }
 
 TEST(DescribeRequest, ShowsAnUnknownCommandWithItsHeader)
 {
     EXPECT_EQ(
-        DescribeRequest(RequestOf({0x34, 0x12, 9, 0, 3, 0})),
+        DescribeRequest(RecordOfBytes({0x34, 0x12, 9, 0, 3, 0})),
         "unknown command 0x1234, length 9, key 3");
 }
 
@@ -103,7 +103,7 @@ TEST(TracedRequests, PassOnTheRequest)
     Trace trace(out);
     TracedRequests traced(handler, trace);
 
-    traced.Request(ReadRequest(5, "EB10"));
+    traced.Request(PlcMakeReadRequest(5, "EB10"));
 
     EXPECT_EQ(handler.key, 5);
     EXPECT_THAT(out.str(), EndsWith("-> read    key 5  EB10\n"));

@@ -1,10 +1,10 @@
 #include "plcdebugvar.h"
+#include "records.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <clocale>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -19,14 +19,6 @@ PlcDebugVar Operand(eVarArea area, eVarSize size, const wxString& address)
     var.size = size;
     var.address = address;
     return var;
-}
-
-/// @return as many bytes as the record's length word says.
-std::vector<int> Bytes(const CMD_DATA& record)
-{
-    std::vector<unsigned char> bytes(std::min<std::size_t>(record.length, sizeof record));
-    std::memcpy(bytes.data(), &record, bytes.size());
-    return {bytes.begin(), bytes.end()};
 }
 
 int ByteAt(const CMD_DATA& record, std::size_t offset)
@@ -51,7 +43,8 @@ TEST(ReadRequest, CarriesIdAndName)
 
     const CMD_DATA request = var.GetVarCMD(eReadVar, -1);
 
-    EXPECT_THAT(Bytes(request), ElementsAre(0x0D, 0x60, 0x0B, 0, 5, 0, 0x45, 0x42, 0x31, 0x30, 0));
+    EXPECT_THAT(
+        BytesOf(request), ElementsAre(0x0D, 0x60, 0x0B, 0, 5, 0, 0x45, 0x42, 0x31, 0x30, 0));
     EXPECT_TRUE(ZeroFrom(request, request.length));
 }
 
@@ -62,7 +55,7 @@ TEST(ReadRequest, OfAnInvalidRecordCarriesAnEmptyName)
 
     const CMD_DATA request = var.GetVarCMD(eReadVar, -1);
 
-    EXPECT_THAT(Bytes(request), ElementsAre(0x0D, 0x60, 7, 0, 0xFF, 0xFF, 0));
+    EXPECT_THAT(BytesOf(request), ElementsAre(0x0D, 0x60, 7, 0, 0xFF, 0xFF, 0));
 }
 
 TEST(ReadRequest, NamesABitOfADataBlockInFull)
@@ -85,7 +78,7 @@ TEST(WriteRequest, CarriesTheValueAndNoId)
     const CMD_DATA request = var.GetVarCMD(eWriteVar, -1);
 
     EXPECT_THAT(
-        Bytes(request),
+        BytesOf(request),
         ElementsAre(0x0E, 0x60, 0x0E, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0x4D, 0x42, 0x33, 0));
     EXPECT_TRUE(ZeroFrom(request, request.length));
 }
@@ -98,7 +91,7 @@ TEST(WriteRequest, CarriesTheValueLittleEndian)
     const CMD_DATA request = var.GetVarCMD(eWriteVar, -1);
 
     EXPECT_THAT(
-        Bytes(request),
+        BytesOf(request),
         ElementsAre(0x0E, 0x60, 0x0E, 0, 0, 0, 0x78, 0x56, 0x34, 0x12, 0x4D, 0x44, 0x34, 0));
 }
 
@@ -108,8 +101,8 @@ TEST(DeleteRequest, CarriesIdAndArgument)
     var.requestId = 7;
 
     EXPECT_THAT(
-        Bytes(var.GetVarCMD(eDeleteVar, -1)), ElementsAre(0x0F, 0x60, 8, 0, 7, 0, 0xFF, 0xFF));
-    EXPECT_THAT(Bytes(var.GetVarCMD(eDeleteVar, 1)), ElementsAre(0x0F, 0x60, 8, 0, 7, 0, 1, 0));
+        BytesOf(var.GetVarCMD(eDeleteVar, -1)), ElementsAre(0x0F, 0x60, 8, 0, 7, 0, 0xFF, 0xFF));
+    EXPECT_THAT(BytesOf(var.GetVarCMD(eDeleteVar, 1)), ElementsAre(0x0F, 0x60, 8, 0, 7, 0, 1, 0));
 }
 
 TEST(DeleteRequest, OfAnInvalidRecordIsNoDifferent)
@@ -119,7 +112,7 @@ TEST(DeleteRequest, OfAnInvalidRecordIsNoDifferent)
 
     const CMD_DATA request = var.GetVarCMD(eDeleteVar, 1);
 
-    EXPECT_THAT(Bytes(request), ElementsAre(0x0F, 0x60, 8, 0, 0x34, 0x12, 1, 0));
+    EXPECT_THAT(BytesOf(request), ElementsAre(0x0F, 0x60, 8, 0, 0x34, 0x12, 1, 0));
     EXPECT_TRUE(ZeroFrom(request, request.length));
 }
 
@@ -127,8 +120,8 @@ TEST(RequestArgument, IsOnlyForDeleteRequests)
 {
     const PlcDebugVar var = Operand(eAreaFlag, eSizeByte, "3");
 
-    EXPECT_EQ(Bytes(var.GetVarCMD(eReadVar, 1)), Bytes(var.GetVarCMD(eReadVar, -1)));
-    EXPECT_EQ(Bytes(var.GetVarCMD(eWriteVar, 1)), Bytes(var.GetVarCMD(eWriteVar, -1)));
+    EXPECT_EQ(BytesOf(var.GetVarCMD(eReadVar, 1)), BytesOf(var.GetVarCMD(eReadVar, -1)));
+    EXPECT_EQ(BytesOf(var.GetVarCMD(eWriteVar, 1)), BytesOf(var.GetVarCMD(eWriteVar, -1)));
 }
 
 // ---- Names longer than the record, and names that are no ASCII

@@ -1,32 +1,14 @@
-#include "debugfile.h"
 #include "plcprgpanel_state.h"
+#include "records.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstring>
 
 using testing::ElementsAre;
 
 namespace {
-
-using Bytes = std::array<std::uint8_t, PLC_CMD_SIZE>;
-
-Bytes BytesOf(const CMD_DATA& record)
-{
-    Bytes bytes{};
-    std::memcpy(bytes.data(), &record, bytes.size());
-    return bytes;
-}
-
-/// The bytes as the specified ones, followed by zeros.
-Bytes Padded(const std::vector<std::uint8_t>& start)
-{
-    Bytes bytes{};
-    std::copy(start.begin(), start.end(), bytes.begin());
-    return bytes;
-}
 
 /// Lines with these steps, their states not known yet.
 std::vector<DB_BAUSTEIN> LinesWithSteps(const std::vector<int>& steps)
@@ -63,7 +45,7 @@ std::vector<std::wstring> StatesAndValues(const std::vector<DB_BAUSTEIN>& lines)
 }
 
 /// How one step is shown after an answer.
-std::wstring ShownAfter(StepState state)
+std::wstring ShownAfter(AnsweredStep state)
 {
     std::vector<DB_BAUSTEIN> lines = LinesWithSteps({5});
     Apply(PrgStateAnswerRecord(5, 5, {state}), lines);
@@ -74,21 +56,23 @@ std::wstring ShownAfter(StepState state)
 
 TEST(PrgStateRequest, NamesARangeOfSteps)
 {
-    const Bytes expected =
-        Padded({0x10, 0x60, 14, 0, 0x02, 0x01, 0xFF, 0x00, 0, 0, 0x00, 0x02, 0, 0});
-
-    EXPECT_EQ(BytesOf(PrgStateRequest(0xFF, 0x200)), expected);
+    EXPECT_THAT(
+        BytesOf(PrgStateRequest(0xFF, 0x200)),
+        ElementsAre(0x10, 0x60, 14, 0, 0x02, 0x01, 0xFF, 0x00, 0, 0, 0x00, 0x02, 0, 0));
 }
 
 TEST(PrgStateRequest, OfASingleStepCountsOne)
 {
-    EXPECT_EQ(
-        BytesOf(PrgStateRequest(7, 7)), Padded({0x10, 0x60, 14, 0, 1, 0, 7, 0, 0, 0, 7, 0, 0, 0}));
+    EXPECT_THAT(
+        BytesOf(PrgStateRequest(7, 7)),
+        ElementsAre(0x10, 0x60, 14, 0, 1, 0, 7, 0, 0, 0, 7, 0, 0, 0));
 }
 
 TEST(PrgStateRequest, ToStopCarriesZeros)
 {
-    EXPECT_EQ(BytesOf(PrgStateRequest(noStep, noStep)), Padded({0x10, 0x60, 14, 0}));
+    EXPECT_THAT(
+        BytesOf(PrgStateRequest(noStep, noStep)),
+        ElementsAre(0x10, 0x60, 14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
 }
 
 TEST(PrgStateRequest, CountsInSixteenBits)
@@ -115,7 +99,7 @@ TEST(ApplyAnswer, TwoValuesMeanNone)
 
 TEST(ApplyAnswer, TakesTheLargestAnswerWhole)
 {
-    std::vector<StepState> states(98, {0, 5});
+    std::vector<AnsweredStep> states(98, {0, 5});
     states.back() = {1, 99};
     std::vector<DB_BAUSTEIN> lines = LinesWithSteps({1096, 1097});
 

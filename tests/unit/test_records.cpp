@@ -44,6 +44,27 @@ constexpr std::int32_t fourOnes = 0x01010101;
 
 } // namespace
 
+TEST(BuiltRecords, AreZeroBehindTheirLength)
+{
+    const std::uint8_t state = 1;
+    const std::int32_t value = -1;
+
+    for (const CMD_DATA& record :
+         {PlcMakeReadRequest(0xFFFF, "EB10"),
+          PlcMakeWriteRequest("MD4", -1),
+          PlcMakeDeleteRequest(0xFFFF, -1),
+          PlcMakePrgStateRequest(-2, -1),
+          PlcMakeStopRequest(),
+          PlcMakeReadAnswer(0xFFFF, -1),
+          PlcMakePrgStateAnswer(-1, -1, &state, &value)}) {
+        EXPECT_TRUE(std::all_of(
+            record.payload + (record.length - PLC_CMD_HEADER_SIZE),
+            std::end(record.payload),
+            [](int byte) { return byte == 0; }))
+            << record.command;
+    }
+}
+
 // ---- Requests
 
 TEST(PlcMakeReadRequest, HasKeyAndName)
