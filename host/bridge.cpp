@@ -6,21 +6,6 @@
 
 namespace plchost {
 
-namespace {
-
-/// The program's states as the debugger takes them.
-std::vector<StepState> StatesFor(const std::vector<plc::StepState>& states)
-{
-    std::vector<StepState> answered;
-    answered.reserve(states.size());
-    for (const plc::StepState& state : states) {
-        answered.push_back({state.logicResult, state.accumulator.value_or(PLC_NO_VALUE)});
-    }
-    return answered;
-}
-
-} // namespace
-
 void Bridge::Request(const CMD_DATA& request)
 {
     switch (request.command) {
@@ -49,7 +34,7 @@ std::optional<plc::Cell> Bridge::Find(const std::string& operand) const
 
 void Bridge::OnRead(const CMD_DATA& request)
 {
-    const auto cell = Find(ReadOperand(request));
+    const auto cell = Find(OperandOf(request));
     const std::lock_guard lock(m_mutex);
     // A key that comes again stands for another operand now.
     m_variables.erase(request.key);
@@ -60,10 +45,9 @@ void Bridge::OnRead(const CMD_DATA& request)
 
 void Bridge::OnWrite(const CMD_DATA& request)
 {
-    const WriteRequest write = WriteOperand(request);
-    if (const auto cell = Find(write.operand)) {
+    if (const auto cell = Find(OperandOf(request))) {
         const std::lock_guard lock(m_mutex);
-        m_writes.push_back({*cell, static_cast<std::uint32_t>(write.value)});
+        m_writes.push_back({*cell, static_cast<std::uint32_t>(PlcWrittenValue(&request))});
     }
 }
 
@@ -74,7 +58,7 @@ void Bridge::OnDelete(const CMD_DATA& request)
     if (variable == m_variables.end()) {
         return;
     }
-    if (DeleteArgument(request) == PLC_DELETE_ARG_START) {
+    if (PlcArgumentOfDelete(&request) == PLC_DELETE_ARG_START) {
         variable->second.served = true;
     } else {
         m_variables.erase(variable);
@@ -84,8 +68,7 @@ void Bridge::OnDelete(const CMD_DATA& request)
 void Bridge::OnProgramState(const CMD_DATA& request)
 {
     const auto range = RequestedSteps(request);
-    const std::size_t count = range ? CountSteps(*range) : 0;
-    const bool answerable = count > 0 && count <= maxStepsInAnswer;
+    const bool answerable = range && IsAnswerable(*range);
     if (range && !answerable) {
         m_log("a range of steps that no answer can hold is answered by nothing");
     }
@@ -128,7 +111,7 @@ void Bridge::AnswerVariable(
     if (!variable.due && !again) {
         return;
     }
-    const CMD_DATA answer = MakeReadAnswer(key, static_cast<std::int32_t>(value));
+    const CMD_DATA answer = PlcMakeReadAnswer(key, static_cast<std::int32_t>(value));
     // While the debugger is still opening nobody takes answers; they stay due.
     variable.due = !m_answers.Answer(AnswerKind::ReadVar, &answer);
     variable.value = value;
@@ -140,7 +123,7 @@ void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle)
     if (std::exchange(m_stepsChanged, false)) {
         std::optional<plc::StepRange> watched;
         if (m_steps) {
-            watched = plc::StepRange{m_steps->range.first, m_steps->range.last};
+            watched = m_steps->range;
             m_steps->cycle = cycle;
         }
         program.Watch(watched);
@@ -158,7 +141,7 @@ void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle)
     if (!steps.due && cycles < stateRefreshCycles && states == steps.states) {
         return;
     }
-    const CMD_DATA answer = MakeProgramStateAnswer(steps.range, StatesFor(states));
+    const CMD_DATA answer = MakeProgramStateAnswer(steps.range, states);
     steps.due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
     steps.cycle = cycle;
     steps.states = states;

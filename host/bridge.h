@@ -71,9 +71,9 @@ private:
 
     struct Steps
     {
-        explicit Steps(StepRange steps) : range(steps) {}
+        explicit Steps(const plc::StepRange& steps) : range(steps) {}
 
-        StepRange range;
+        plc::StepRange range;
         bool due = true;                    ///< Not answered yet.
         std::uint64_t cycle = 0;            ///< Of the last answer, or in which recording began.
         std::vector<plc::StepState> states; ///< As last answered.

@@ -1,7 +1,5 @@
 #include "misbehave.h"
 
-#include "record.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -18,8 +16,8 @@ CMD_DATA ForNobody(AnswerKind kind, const CMD_DATA& answer)
         foreign.key = static_cast<std::uint16_t>(~answer.key);
         return foreign;
     }
-    const StepRange steps = AnsweredSteps(answer);
-    return WithSteps(foreign, {steps.first + 1, steps.last + 1});
+    PlcPutSteps(&foreign, PlcFirstStep(&answer) + 1, PlcLastStep(&answer) + 1);
+    return foreign;
 }
 
 } // namespace

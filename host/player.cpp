@@ -16,10 +16,11 @@ std::set<std::string> SetOf(const std::vector<std::string>& operands)
 
 bool IsRelease(const CMD_DATA& request)
 {
-    return request.command == PLC_CMD_DELETE_VAR && DeleteArgument(request) != PLC_DELETE_ARG_START;
+    return request.command == PLC_CMD_DELETE_VAR &&
+           PlcArgumentOfDelete(&request) != PLC_DELETE_ARG_START;
 }
 
-bool IsSame(StepRange a, StepRange b)
+bool IsSame(const plc::StepRange& a, const plc::StepRange& b)
 {
     return a.first == b.first && a.last == b.last;
 }
@@ -53,7 +54,7 @@ void Player::Request(const CMD_DATA& request)
 
 void Player::OnRead(const CMD_DATA& request)
 {
-    const std::string operand = ReadOperand(request);
+    const std::string operand = OperandOf(request);
     if (m_operands.count(operand) == 0) {
         m_log("\"" + operand + "\" is not in the recording; it is answered by nothing");
     }
@@ -64,8 +65,7 @@ void Player::OnProgramState(const CMD_DATA& request)
 {
     m_steps.reset();
     const auto range = RequestedSteps(request);
-    const std::size_t count = range ? CountSteps(*range) : 0;
-    if (count > 0 && count <= maxStepsInAnswer) {
+    if (range && IsAnswerable(*range)) {
         m_steps = Steps{*range};
     }
 }
@@ -139,7 +139,7 @@ void Player::Play(const RecordedEvent& event)
 void Player::PlayRequest(const CMD_DATA& request)
 {
     if (request.command == PLC_CMD_READ_VAR) {
-        m_recorded[request.key] = ReadOperand(request);
+        m_recorded[request.key] = OperandOf(request);
     } else if (request.command == PLC_CMD_PRG_STATE) {
         m_recordedSteps = RequestedSteps(request);
     } else if (IsRelease(request)) {
@@ -163,12 +163,12 @@ void Player::PlayReadAnswer(const CMD_DATA& answer)
 
 void Player::PlayStates(const CMD_DATA& answer)
 {
-    const StepRange steps = AnsweredSteps(answer);
+    const plc::StepRange steps = AnsweredSteps(answer);
     if (!m_recordedSteps || !IsSame(*m_recordedSteps, steps)) {
         return; // an answer that nobody had asked for
     }
     std::int64_t step = steps.first;
-    for (const StepState& state : AnsweredStates(answer)) {
+    for (const plc::StepState& state : AnsweredStates(answer)) {
         m_states[step++] = state;
     }
     AnswerSteps();
@@ -193,12 +193,12 @@ void Player::AnswerSteps()
     if (!m_steps) {
         return;
     }
-    std::vector<StepState> states;
+    std::vector<plc::StepState> states;
     const auto end = m_states.upper_bound(m_steps->range.last);
     for (auto state = m_states.lower_bound(m_steps->range.first); state != end; ++state) {
         states.push_back(state->second);
     }
-    if (states.size() < CountSteps(m_steps->range)) {
+    if (states.size() < plc::CountSteps(m_steps->range)) {
         return;
     }
     const CMD_DATA answer = MakeProgramStateAnswer(m_steps->range, states);

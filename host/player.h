@@ -54,7 +54,7 @@ private:
 
     struct Steps
     {
-        StepRange range;
+        plc::StepRange range;
         bool due = true; ///< The last states have not been given yet.
     };
 
@@ -78,9 +78,9 @@ private:
     std::chrono::duration<double, std::micro> m_position{0};
     std::size_t m_next = 0;                          ///< The event to be played next.
     std::map<std::uint16_t, std::string> m_recorded; ///< Operands by recorded key.
-    std::optional<StepRange> m_recordedSteps;
-    std::map<std::string, CMD_DATA> m_values;   ///< Last answers by operand.
-    std::map<std::int64_t, StepState> m_states; ///< Last states by step.
+    std::optional<plc::StepRange> m_recordedSteps;
+    std::map<std::string, CMD_DATA> m_values;        ///< Last answers by operand.
+    std::map<std::int64_t, plc::StepState> m_states; ///< Last states by step.
 
     // What the debugger asks for now.
     std::map<std::uint16_t, Variable> m_variables; ///< By key.

@@ -232,7 +232,7 @@ std::vector<std::string> WatchedOperands(const Recording& recording)
         if (event.kind != EventKind::Request || request->command != PLC_CMD_READ_VAR) {
             continue;
         }
-        const std::string operand = ReadOperand(*request);
+        const std::string operand = OperandOf(*request);
         if (seen.insert(operand).second) {
             operands.push_back(operand);
         }

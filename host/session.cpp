@@ -1,7 +1,5 @@
 #include "session.h"
 
-#include "record.h"
-
 #include <utility>
 
 namespace plchost {
@@ -109,7 +107,7 @@ void DebuggerSession::Poll()
 /// Asks with an answer for no step at all, which no request can ever match.
 bool DebuggerSession::IsAnswered()
 {
-    const CMD_DATA nothing = MakeProgramStateAnswer({1, 0}, {});
+    const CMD_DATA nothing = PlcMakePrgStateAnswer(1, 0, nullptr, nullptr);
     return m_answers.Answer(AnswerKind::ProgramState, &nothing);
 }
 

@@ -29,14 +29,14 @@ std::string Key(const CMD_DATA& record)
     return Print("key %u", unsigned{record.key});
 }
 
-std::string Steps(StepRange steps)
+std::string Steps(const plc::StepRange& steps)
 {
     return Print("%" PRId32 "..%" PRId32, steps.first, steps.last);
 }
 
 std::string DescribeDelete(const CMD_DATA& request)
 {
-    const std::int16_t argument = DeleteArgument(request);
+    const std::int16_t argument = PlcArgumentOfDelete(&request);
     if (argument == PLC_DELETE_ARG_START) {
         return "start   " + Key(request);
     }
@@ -49,10 +49,10 @@ std::string DescribeDelete(const CMD_DATA& request)
 std::string DescribeStates(const CMD_DATA& answer)
 {
     std::string text;
-    for (const StepState& state : AnsweredStates(answer)) {
+    for (const plc::StepState& state : AnsweredStates(answer)) {
         text += state.logicResult ? " 1" : " 0";
-        if (state.value != PLC_NO_VALUE) {
-            text += Print(":%" PRId32, state.value);
+        if (state.accumulator) {
+            text += Print(":%" PRId32, *state.accumulator);
         }
     }
     return text;
@@ -64,11 +64,9 @@ std::string DescribeRequest(const CMD_DATA& request)
 {
     switch (request.command) {
     case PLC_CMD_READ_VAR:
-        return "read    " + Key(request) + "  " + ReadOperand(request);
-    case PLC_CMD_WRITE_VAR: {
-        const WriteRequest write = WriteOperand(request);
-        return "write   " + write.operand + " = " + Number(write.value);
-    }
+        return "read    " + Key(request) + "  " + OperandOf(request);
+    case PLC_CMD_WRITE_VAR:
+        return "write   " + OperandOf(request) + " = " + Number(PlcWrittenValue(&request));
     case PLC_CMD_DELETE_VAR:
         return DescribeDelete(request);
     case PLC_CMD_PRG_STATE:
@@ -92,7 +90,7 @@ std::string DescribeAnswer(AnswerKind kind, const CMD_DATA* answer)
         return what + "null pointer";
     }
     std::string text = kind == AnswerKind::ReadVar
-                           ? Key(*answer) + "  " + Number(AnsweredValue(*answer))
+                           ? Key(*answer) + "  " + Number(PlcAnsweredValue(answer))
                            : Steps(AnsweredSteps(*answer)) + " " + DescribeStates(*answer);
     if (answer->length > PLC_CMD_SIZE) {
         text += Print("  (length %u)", unsigned{answer->length});

@@ -28,9 +28,4 @@ std::string StopText(const StopReason& reason)
     return std::string(CauseText(reason.cause)) + " in " + reason.place;
 }
 
-bool operator==(const StepState& a, const StepState& b)
-{
-    return a.logicResult == b.logicResult && a.accumulator == b.accumulator;
-}
-
 } // namespace plc

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image.h"
+#include "steps.h"
 
 #include <chrono>
 #include <cstdint>
@@ -30,24 +31,8 @@ struct StopReason
 /// One English sentence, as in "division by zero in PB10, line 12".
 std::string StopText(const StopReason& reason);
 
-/// Steps first to last, both included.
-struct StepRange
-{
-    std::int32_t first;
-    std::int32_t last;
-};
-
 /// The most steps that can be watched at once.
-constexpr std::int32_t maxWatchedSteps = 1024;
-
-/// What a listing line left behind when it was last worked through.
-struct StepState
-{
-    bool logicResult = false;                ///< After the line.
-    std::optional<std::int32_t> accumulator; ///< After the line; none where it does not use it.
-};
-
-bool operator==(const StepState& a, const StepState& b);
+constexpr std::size_t maxWatchedSteps = 1024;
 
 class CyclicProgram
 {

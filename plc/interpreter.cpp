@@ -149,13 +149,12 @@ std::optional<StopReason> Interpreter::RunCycle(Image& image, std::chrono::milli
 
 bool Interpreter::Watch(std::optional<StepRange> range)
 {
-    const bool fits = !range || (range->first <= range->last &&
-                                 std::int64_t{range->last} - range->first < maxWatchedSteps);
+    const std::size_t count = range ? CountSteps(*range) : 0;
+    const bool fits = !range || (count > 0 && count <= maxWatchedSteps);
     if (!fits) {
         range.reset();
     }
-    std::vector<StepState> states(
-        range ? static_cast<std::size_t>(range->last - range->first) + 1 : 0);
+    std::vector<StepState> states(range ? count : 0);
     for (std::size_t i = 0; i < m_states.size(); ++i) {
         const std::int32_t step = m_watched->first + static_cast<std::int32_t>(i);
         if (Contains(range, step)) {

@@ -98,8 +98,8 @@ TEST_F(Replay, ShowsTheRecordedValuesInAListOfAnotherOrder)
 {
     UseList({"MW20/D", "EB3/D"});
     ASSERT_TRUE(OpenRecorded());
-    EXPECT_TRUE(AnswerRecorded(AnswerKind::ReadVar, plchost::MakeReadAnswer(0, -7)));
-    EXPECT_TRUE(AnswerRecorded(AnswerKind::ReadVar, plchost::MakeReadAnswer(1, 5)));
+    EXPECT_TRUE(AnswerRecorded(AnswerKind::ReadVar, PlcMakeReadAnswer(0, -7)));
+    EXPECT_TRUE(AnswerRecorded(AnswerKind::ReadVar, PlcMakeReadAnswer(1, 5)));
     ASSERT_TRUE(Shows({"MW 20|-7|T30", "EB 3|5|T30"}));
     UseList({"EB3/D", "MB1/D", "MW20/D"});
 
@@ -114,11 +114,11 @@ TEST_F(Replay, ShowsTheRecordedProgramState)
     ASSERT_TRUE(ShowPage(programPage));
     ASSERT_TRUE(Await("steps asked for", [this] { return !host.requests.empty(); }));
     const auto steps = OnGui([this] {
-        return plchost::RequestedSteps(host.requests.back().record).value_or(plchost::StepRange{});
+        return plchost::RequestedSteps(host.requests.back().record).value_or(plc::StepRange{});
     });
     EXPECT_TRUE(AnswerRecorded(
         AnswerKind::ProgramState,
-        plchost::MakeProgramStateAnswer(steps, {{true, 17}, {false, PLC_NO_VALUE}})));
+        plchost::MakeProgramStateAnswer(steps, {{true, 17}, {false, std::nullopt}})));
     const Words unknown = OnGui(States);
     ASSERT_TRUE(Await("the states", [&] { return States() != unknown; }));
     const Words recorded = OnGui(States);

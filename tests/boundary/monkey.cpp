@@ -302,7 +302,7 @@ private:
             m_registered.insert(request.record.key);
         } else if (
             request.callback == Callback::Delete &&
-            plchost::DeleteArgument(request.record) == PLC_DELETE_ARG_RELEASE) {
+            PlcArgumentOfDelete(&request.record) == PLC_DELETE_ARG_RELEASE) {
             m_registered.erase(request.record.key);
         } else if (request.callback == Callback::PrgState) {
             const auto steps = plchost::RequestedSteps(request.record);
@@ -345,10 +345,10 @@ private:
                 any(std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
             plugin.answerReadVar(reinterpret_cast<unsigned char*>(&value));
 
-            const plchost::StepRange steps{m_firstStep, m_lastStep};
-            std::vector<plchost::StepState> states(
-                std::min<std::size_t>(plchost::CountSteps(steps), plchost::maxStepsInAnswer));
-            for (plchost::StepState& state : states) {
+            const plc::StepRange steps{m_firstStep, m_lastStep};
+            std::vector<plc::StepState> states(
+                std::min<std::size_t>(plc::CountSteps(steps), PLC_MAX_STEPS));
+            for (plc::StepState& state : states) {
                 state = {any(0, 1) == 1, any(-3, 100000)};
             }
             CMD_DATA answer = plchost::MakeProgramStateAnswer(steps, states);

@@ -12,14 +12,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size > 0) {
         std::memcpy(&record, data, std::min(size, sizeof record));
     }
-    Require(plchost::ReadOperand(record).size() <= sizeof record.payload, "a name ends");
-    Require(plchost::WriteOperand(record).operand.size() <= sizeof record.payload, "a name ends");
-    static_cast<void>(plchost::DeleteArgument(record));
+    for (const std::uint16_t command : {record.command, std::uint16_t{PLC_CMD_WRITE_VAR}}) {
+        record.command = command;
+        Require(plchost::OperandOf(record).size() <= sizeof record.payload, "a name ends");
+    }
+    static_cast<void>(PlcArgumentOfDelete(&record));
     if (const auto steps = plchost::RequestedSteps(record)) {
-        static_cast<void>(plchost::CountSteps(*steps));
+        static_cast<void>(plc::CountSteps(*steps));
     }
     Require(
-        plchost::AnsweredStates(record).size() <= plchost::maxStepsInAnswer,
-        "the states of an answer fit it");
+        plchost::AnsweredStates(record).size() <= PLC_MAX_STEPS, "the states of an answer fit it");
     return 0;
 }

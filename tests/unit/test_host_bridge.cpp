@@ -82,7 +82,7 @@ struct BridgeTest : testing::Test
             EXPECT_EQ(answer.kind, AnswerKind::ReadVar);
             values.push_back(
                 std::to_string(answer.record.key) + '=' +
-                std::to_string(AnsweredValue(answer.record)));
+                std::to_string(PlcAnsweredValue(&answer.record)));
         }
         return values;
     }
@@ -329,9 +329,9 @@ TEST_F(StepsTest, AreAnsweredAfterTheFirstCycleThatRecordsThem)
     const auto states = AnsweredStates(answers[0].record);
     ASSERT_EQ(states.size(), 2U);
     EXPECT_TRUE(states[0].logicResult);
-    EXPECT_EQ(states[0].value, 17);
+    EXPECT_EQ(states[0].accumulator, 17);
     EXPECT_FALSE(states[1].logicResult);
-    EXPECT_EQ(states[1].value, PLC_NO_VALUE);
+    EXPECT_EQ(states[1].accumulator, std::nullopt);
 }
 
 TEST_F(StepsTest, UnchangedAreAnsweredEveryTwentiethCycle)
@@ -361,7 +361,7 @@ TEST_F(StepsTest, ChangedAreAnsweredSoonerButNotInEveryCycle)
 
     const auto answers = sink.Take();
     ASSERT_EQ(answers.size(), 1U);
-    EXPECT_EQ(AnsweredStates(answers[0].record).at(0).value, 18);
+    EXPECT_EQ(AnsweredStates(answers[0].record).at(0).accumulator, 18);
 }
 
 TEST_F(StepsTest, AreNotAnsweredWhileThePlcStands)
@@ -418,7 +418,7 @@ TEST_F(StepsTest, AreReplacedByANewRange)
 
 TEST_F(StepsTest, ThatNoAnswerCanHoldAreRefused)
 {
-    bridge.Request(PlcMakePrgStateRequest(1, static_cast<std::int32_t>(maxStepsInAnswer) + 1));
+    bridge.Request(PlcMakePrgStateRequest(1, PLC_MAX_STEPS + 1));
     bridge.Request(PlcMakePrgStateRequest(4, 3));
     Cycle();
     Cycle();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -17,6 +18,7 @@
 
 namespace {
 
+using plchost::OperandOf;
 using testing::ContainerEq;
 
 /// Offsets on 32 and on 64 bits by field.
@@ -75,9 +77,9 @@ std::map<std::string, std::string> DocumentedRecord(const std::string& kind)
 }
 
 /// @return a record that has bytes 1, 2, 3... behind its header.
-CMD_DATA NumberedRecord()
+CMD_DATA NumberedRecord(std::uint16_t command)
 {
-    CMD_DATA record{};
+    CMD_DATA record{command, 0, 0, {}};
     for (std::size_t i = 0; i < sizeof record.payload; ++i) {
         record.payload[i] = static_cast<unsigned char>(i + 1);
     }
@@ -155,13 +157,14 @@ TEST(IntegrationPage, StatesTheRequestsAsTheyAreTakenApart)
             {"6", "first step, int32"},
             {"10", "last step, int32"}}));
 
-    const CMD_DATA record = NumberedRecord();
-    EXPECT_EQ(plchost::ReadOperand(record)[0], At<char>(record, 6));
-    EXPECT_EQ(plchost::WriteOperand(record).value, At<std::int32_t>(record, 6));
-    EXPECT_EQ(plchost::WriteOperand(record).operand[0], At<char>(record, 10));
-    EXPECT_EQ(plchost::DeleteArgument(record), At<std::int16_t>(record, 6));
-    EXPECT_EQ(plchost::RequestedSteps(record)->first, At<std::int32_t>(record, 6));
-    EXPECT_EQ(plchost::RequestedSteps(record)->last, At<std::int32_t>(record, 10));
+    const CMD_DATA record = NumberedRecord(PLC_CMD_READ_VAR);
+    const CMD_DATA write = NumberedRecord(PLC_CMD_WRITE_VAR);
+    EXPECT_EQ(OperandOf(record)[0], At<char>(record, 6));
+    EXPECT_EQ(PlcWrittenValue(&write), At<std::int32_t>(write, 6));
+    EXPECT_EQ(OperandOf(write)[0], At<char>(write, 10));
+    EXPECT_EQ(PlcArgumentOfDelete(&record), At<std::int16_t>(record, 6));
+    EXPECT_EQ(PlcFirstStep(&record), At<std::int32_t>(record, 6));
+    EXPECT_EQ(PlcLastStep(&record), At<std::int32_t>(record, 10));
     EXPECT_EQ(
         (std::vector<int>{
             PLC_CMD_READ_VAR, PLC_CMD_WRITE_VAR, PLC_CMD_DELETE_VAR, PLC_CMD_PRG_STATE}),
@@ -190,12 +193,13 @@ TEST(IntegrationPage, StatesTheAnswersAsTheyArePutTogether)
             {"14", "n bytes: 1 where the logic result is set"},
             {"14 + n", "n int32: the accumulator; `0x7FFFFFFF` or -1 for none"}}));
 
-    const CMD_DATA read = plchost::MakeReadAnswer(0x1234, 0x56789ABC);
+    const CMD_DATA read = PlcMakeReadAnswer(0x1234, 0x56789ABC);
     EXPECT_EQ(At<std::uint16_t>(read, 2), 10);
     EXPECT_EQ(At<std::uint16_t>(read, 4), 0x1234);
     EXPECT_EQ(At<std::int32_t>(read, 6), 0x56789ABC);
-    const CMD_DATA states =
-        plchost::MakeProgramStateAnswer({70, 72}, {{true, 11}, {false, 12}, {true, PLC_NO_VALUE}});
+    const std::array<std::uint8_t, 3> results{1, 0, 1};
+    const std::array<std::int32_t, 3> values{11, 12, PLC_NO_VALUE};
+    const CMD_DATA states = PlcMakePrgStateAnswer(70, 72, results.data(), values.data());
     EXPECT_EQ(At<std::uint16_t>(states, 2), 14 + 5 * 3);
     EXPECT_EQ(At<std::int32_t>(states, 6), 70);
     EXPECT_EQ(At<std::int32_t>(states, 10), 72);
@@ -205,8 +209,7 @@ TEST(IntegrationPage, StatesTheAnswersAsTheyArePutTogether)
     EXPECT_EQ(At<std::int32_t>(states, 14 + 3), 11);
     EXPECT_EQ(At<std::int32_t>(states, 14 + 3 + 8), PLC_NO_VALUE);
     EXPECT_EQ(PLC_NO_VALUE, 0x7FFFFFFF);
-    EXPECT_LE(14 + 5 * plchost::maxStepsInAnswer, 504U);
-    EXPECT_GT(14 + 5 * (plchost::maxStepsInAnswer + 1), 504U);
+    EXPECT_EQ(14 + 5 * PLC_MAX_STEPS, 504);
 }
 
 } // namespace

@@ -18,7 +18,7 @@ namespace {
 struct FaultTest : testing::Test
 {
     RecordingSink sink;
-    const CMD_DATA answer = MakeReadAnswer(5, 17);
+    const CMD_DATA answer = PlcMakeReadAnswer(5, 17);
 
     bool Send(Misbehave& faulty) { return faulty.Answer(AnswerKind::ReadVar, &answer); }
 
@@ -86,7 +86,7 @@ TEST_F(FaultTest, Length65535ClaimsMoreThanARecordHolds)
 
     ASSERT_EQ(sink.answers.size(), 1U);
     EXPECT_EQ(sink.answers[0].record.length, 65535);
-    EXPECT_EQ(AnsweredValue(sink.answers[0].record), 17);
+    EXPECT_EQ(PlcAnsweredValue(&sink.answers[0].record), 17);
 }
 
 TEST_F(FaultTest, NullAnswerPrecedesTheRightOne)

@@ -34,8 +34,8 @@ struct PlayerTest : testing::Test
     {
         Records(0s, PlcMakeReadRequest(7, "MW20"));
         Records(0s, PlcMakeDeleteRequest(7, PLC_DELETE_ARG_START));
-        Records(1s, EventKind::ReadAnswer, MakeReadAnswer(7, 10));
-        Records(2s, EventKind::ReadAnswer, MakeReadAnswer(7, 20));
+        Records(1s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 10));
+        Records(2s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 20));
     }
 
     /// The states of steps 10 to 12 at one second.
@@ -45,7 +45,7 @@ struct PlayerTest : testing::Test
         Records(
             1s,
             EventKind::ProgramStateAnswer,
-            MakeProgramStateAnswer({10, 12}, {{true, 1}, {false, 2}, {true, PLC_NO_VALUE}}));
+            MakeProgramStateAnswer({10, 12}, {{true, 1}, {false, 2}, {true, std::nullopt}}));
     }
 
     Player& Play(double speed = 1)
@@ -61,7 +61,7 @@ struct PlayerTest : testing::Test
     {
         std::vector<std::pair<int, int>> values;
         for (const RecordedAnswer& answer : sink.Take()) {
-            values.emplace_back(answer.record.key, AnsweredValue(answer.record));
+            values.emplace_back(answer.record.key, PlcAnsweredValue(&answer.record));
         }
         return values;
     }
@@ -196,9 +196,9 @@ TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
 {
     Records(0s, PlcMakeReadRequest(7, "MW20"));
     Records(1s, PlcMakeDeleteRequest(7, PLC_DELETE_ARG_RELEASE));
-    Records(1s, EventKind::ReadAnswer, MakeReadAnswer(7, 10));
+    Records(1s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 10));
     Records(2s, PlcMakeReadRequest(7, "EB3"));
-    Records(2s, EventKind::ReadAnswer, MakeReadAnswer(7, 20));
+    Records(2s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 20));
     Play().Request(PlcMakeReadRequest(0, "MW20"));
     player->Request(PlcMakeReadRequest(1, "EB3"));
 
@@ -210,7 +210,7 @@ TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
 TEST_F(PlayerTest, WhatTheRecordedDebuggerDidNotTakeIsNotGiven)
 {
     Records(0s, PlcMakeReadRequest(7, "MW20"));
-    Records(0s, EventKind::ReadAnswer, MakeReadAnswer(7, 10), false);
+    Records(0s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 10), false);
     recording.events.push_back({0s, EventKind::ReadAnswer, true, ""});
     Play().Request(PlcMakeReadRequest(3, "MW20"));
 
@@ -247,7 +247,7 @@ TEST_F(PlayerTest, StatesGoToTheStepsThatAreAskedForNow)
     const auto states = AnsweredStates(answers[0].record);
     ASSERT_THAT(states, SizeIs(2));
     EXPECT_FALSE(states[0].logicResult);
-    EXPECT_EQ(states[0].value, 2);
+    EXPECT_EQ(states[0].accumulator, 2);
     EXPECT_TRUE(states[1].logicResult);
 }
 

@@ -1,39 +1,17 @@
 #include "record.h"
-#include "test_host_support.h"
+#include "records.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include <gmock/gmock.h>
 
 namespace plchost {
 namespace {
 
-TEST(ReadOperand, IsTheTextFromByteSix)
+using testing::ElementsAre;
+
+TEST(OperandOf, IsTheNameOfAReadOrAWriteRequest)
 {
-    EXPECT_EQ(
-        ReadOperand(RecordOfBytes({0x0D, 0x60, 0x0B, 0, 5, 0, 'E', 'B', '1', '0', 0})), "EB10");
-}
-
-TEST(ReadOperand, WithoutZeroByteEndsWithTheRecord)
-{
-    CMD_DATA request{};
-    std::fill(std::begin(request.payload), std::end(request.payload), std::uint8_t{'M'});
-
-    EXPECT_EQ(ReadOperand(request), std::string(PLC_CMD_PAYLOAD_SIZE, 'M'));
-}
-
-TEST(WriteOperand, HasTheValueBeforeTheName)
-{
-    const auto write = WriteOperand(
-        RecordOfBytes({0x0E, 0x60, 0x0E, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 'M', 'B', '3', 0}));
-
-    EXPECT_EQ(write.operand, "MB3");
-    EXPECT_EQ(write.value, -1);
-}
-
-TEST(DeleteArgument, IsSigned)
-{
-    EXPECT_EQ(DeleteArgument(RecordOfBytes({0x0F, 0x60, 8, 0, 7, 0, 0xFF, 0xFF})), -1);
+    EXPECT_EQ(OperandOf(PlcMakeReadRequest(5, "EB10")), "EB10");
+    EXPECT_EQ(OperandOf(PlcMakeWriteRequest("MB3", -1)), "MB3");
 }
 
 TEST(RequestedSteps, AreTheRangeOfTheRequest)
@@ -45,7 +23,7 @@ TEST(RequestedSteps, AreTheRangeOfTheRequest)
     EXPECT_EQ(steps->last, 59);
 }
 
-TEST(RequestedSteps, OfThreeZerosAreAStop)
+TEST(RequestedSteps, OfAStopAreNone)
 {
     EXPECT_FALSE(RequestedSteps(PlcMakeStopRequest()));
 }
@@ -55,30 +33,46 @@ TEST(RequestedSteps, OfTheVeryFirstStepAloneAreNoStop)
     EXPECT_TRUE(RequestedSteps(PlcMakePrgStateRequest(0, 0)));
 }
 
-TEST(MakeReadAnswer, HasTenBytes)
+TEST(IsAnswerable, OnlyARangeOfOneToNinetyEightSteps)
 {
-    EXPECT_EQ(
-        BytesOf(MakeReadAnswer(5, -2)),
-        (std::vector<std::uint8_t>{0x0D, 0x60, 10, 0, 5, 0, 0xFE, 0xFF, 0xFF, 0xFF}));
+    EXPECT_TRUE(IsAnswerable({7, 7}));
+    EXPECT_TRUE(IsAnswerable({1, 98}));
+    EXPECT_FALSE(IsAnswerable({1, 99}));
+    EXPECT_FALSE(IsAnswerable({INT32_MIN, INT32_MAX}));
+    EXPECT_FALSE(IsAnswerable({7, 6}));
 }
 
-TEST(MakeProgramStateAnswer, HasTheStatesBeforeTheValues)
+TEST(MakeProgramStateAnswer, SaysWhereAStepHasNoValue)
 {
-    const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, PLC_NO_VALUE}});
+    const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, std::nullopt}});
 
-    EXPECT_EQ(BytesOf(answer), (std::vector<std::uint8_t>{0x10, 0x60, 24,   0,   2, 0, 3,  0, 0, 0,
-                                                          4,    0,    0,    0,   1, 0, 17, 0, 0, 0,
-                                                          0xFF, 0xFF, 0xFF, 0x7F}));
+    EXPECT_THAT(
+        BytesOf(answer),
+        ElementsAre(
+            // clang-format off
+            0x10, 0x60, 24, 0, 2, 0,
+            3, 0, 0, 0, 4, 0, 0, 0,
+            1, 0,
+            17, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x7F
+            // clang-format on
+            ));
 }
 
-TEST(MakeProgramStateAnswer, OfTheLargestRangeFitsTheRecord)
+TEST(MakeProgramStateAnswer, OfMoreStatesThanARecordHoldsIsFull)
 {
-    const std::vector<StepState> states(maxStepsInAnswer, {true, 1});
+    const std::vector<plc::StepState> states(200, {true, 1});
 
-    const auto answer = MakeProgramStateAnswer({0, maxStepsInAnswer - 1}, states);
+    const auto answer = MakeProgramStateAnswer({0, 97}, states);
 
     EXPECT_EQ(answer.length, 504);
-    EXPECT_EQ(AnsweredStates(answer).size(), maxStepsInAnswer);
+    EXPECT_EQ(AnsweredStates(answer).size(), 98U);
+}
+
+TEST(AnsweredStates, AreThoseOfTheAnswer)
+{
+    const std::vector<plc::StepState> states{{true, 17}, {false, std::nullopt}, {false, -1}};
+
+    EXPECT_EQ(AnsweredStates(MakeProgramStateAnswer({3, 5}, states)), states);
 }
 
 TEST(AnsweredStates, OfARangeThatTheLengthDoesNotCoverAreNone)
@@ -87,11 +81,6 @@ TEST(AnsweredStates, OfARangeThatTheLengthDoesNotCoverAreNone)
     answer.length = 23;
 
     EXPECT_TRUE(AnsweredStates(answer).empty());
-}
-
-TEST(CountSteps, OfAReversedRangeIsZero)
-{
-    EXPECT_EQ(CountSteps({5, 4}), 0U);
 }
 
 } // namespace

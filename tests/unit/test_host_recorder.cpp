@@ -32,7 +32,7 @@ struct RecorderTest : testing::Test
     {
         Recorder recorder(unwritable, "listing");
         RecordedAnswers recorded(sink, &recorder);
-        const CMD_DATA answer = MakeReadAnswer(0, 5);
+        const CMD_DATA answer = PlcMakeReadAnswer(0, 5);
         EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
         return MessageOf(recorder.Check());
     }
@@ -46,7 +46,7 @@ TEST_F(RecorderTest, EveryEventIsInTheFileWhileItIsStillBeingMade)
 {
     Recorder recorder(file, "listing");
     recorder.Request(PlcMakeReadRequest(0, "MW20"));
-    const CMD_DATA answer = MakeReadAnswer(0, 5);
+    const CMD_DATA answer = PlcMakeReadAnswer(0, 5);
     recorder.Answer(AnswerKind::ReadVar, &answer, true);
 
     const Recording recording = Read();
@@ -56,7 +56,7 @@ TEST_F(RecorderTest, EveryEventIsInTheFileWhileItIsStillBeingMade)
     EXPECT_EQ(recording.listing, "listing");
     EXPECT_THAT(WatchedOperands(recording), ElementsAre("MW20"));
     ASSERT_THAT(recording.events, SizeIs(2));
-    EXPECT_EQ(AnsweredValue(*RecordOf(recording.events[1].bytes)), 5);
+    EXPECT_EQ(recording.events[1].bytes, CountingBytes(&answer));
 }
 
 TEST_F(RecorderTest, AnswersPassOnAndTheirFateIsRecorded)
@@ -83,7 +83,7 @@ TEST_F(RecorderTest, AnswersPassOnAndTheirFateIsRecorded)
 TEST_F(RecorderTest, WithoutARecorderTheStationsOnlyPassOn)
 {
     RecordedAnswers recorded(sink, nullptr);
-    const CMD_DATA answer = MakeReadAnswer(0, 5);
+    const CMD_DATA answer = PlcMakeReadAnswer(0, 5);
 
     EXPECT_TRUE(recorded.Answer(AnswerKind::ReadVar, &answer));
     EXPECT_THAT(sink.answers, SizeIs(1));
@@ -99,7 +99,7 @@ TEST_F(RecorderTest, ThreadsThatAnswerAtOnceLoseNothing)
         for (std::uint16_t key = 0; key < threadCount; ++key) {
             threads.emplace_back([&recorder, key] {
                 for (int value = 0; value < answersEach; ++value) {
-                    const CMD_DATA answer = MakeReadAnswer(key, value);
+                    const CMD_DATA answer = PlcMakeReadAnswer(key, value);
                     recorder.Answer(AnswerKind::ReadVar, &answer, true);
                 }
             });

@@ -46,7 +46,7 @@ const std::vector<RecordedEvent>& TwoEvents()
 {
     static const std::vector<RecordedEvent> events{
         {1500us, EventKind::Request, true, Bytes(PlcMakeReadRequest(3, "MW20"))},
-        {2s, EventKind::ReadAnswer, false, Bytes(MakeReadAnswer(3, -2))}};
+        {2s, EventKind::ReadAnswer, false, Bytes(PlcMakeReadAnswer(3, -2))}};
     return events;
 }
 
@@ -157,7 +157,7 @@ TEST(ReadRecording, NamesTheFileThatItCannotRead)
 
 TEST(CountingBytes, AreThoseThatTheLengthWordCovers)
 {
-    CMD_DATA record = MakeReadAnswer(3, 5);
+    CMD_DATA record = PlcMakeReadAnswer(3, 5);
     EXPECT_EQ(CountingBytes(&record).size(), 10U);
     record.length = 65535;
     EXPECT_EQ(CountingBytes(&record).size(), 506U);
@@ -168,7 +168,7 @@ TEST(CountingBytes, AreThoseThatTheLengthWordCovers)
 
 TEST(RecordOf, IsTheRecordAgain)
 {
-    const CMD_DATA record = MakeReadAnswer(3, 5);
+    const CMD_DATA record = PlcMakeReadAnswer(3, 5);
 
     const auto again = RecordOf(CountingBytes(&record));
 
@@ -187,7 +187,7 @@ TEST(WatchedOperands, StandInTheOrderOfTheirFirstRequest)
           PlcMakeReadRequest(2, "MW20")}) {
         recording.events.push_back({0us, EventKind::Request, true, Bytes(request)});
     }
-    recording.events.push_back({0us, EventKind::ReadAnswer, true, Bytes(MakeReadAnswer(1, 2))});
+    recording.events.push_back({0us, EventKind::ReadAnswer, true, Bytes(PlcMakeReadAnswer(1, 2))});
 
     EXPECT_THAT(WatchedOperands(recording), ElementsAre("MW20", "EB3"));
 }

@@ -72,7 +72,7 @@ struct SessionTest : testing::Test
 
     bool Answer()
     {
-        const CMD_DATA answer = MakeReadAnswer(1, 2);
+        const CMD_DATA answer = PlcMakeReadAnswer(1, 2);
         return answers.Answer(AnswerKind::ReadVar, &answer);
     }
 
@@ -216,7 +216,7 @@ TEST_F(SessionTest, AsksWithAnAnswerThatNoRequestMatches)
     Poll(1);
 
     ASSERT_EQ(fake.answers.size(), 1U);
-    EXPECT_EQ(CountSteps(AnsweredSteps(fake.answers[0])), 0U);
+    EXPECT_EQ(plc::CountSteps(AnsweredSteps(fake.answers[0])), 0U);
     EXPECT_EQ(fake.answers[0].length, 14);
 }
 

@@ -45,21 +45,21 @@ TEST(DescribeRequest, ShowsAnUnknownCommandWithItsHeader)
 
 TEST(DescribeAnswer, ShowsKeyAndValue)
 {
-    const auto answer = MakeReadAnswer(5, 17);
+    const auto answer = PlcMakeReadAnswer(5, 17);
 
     EXPECT_EQ(DescribeAnswer(AnswerKind::ReadVar, &answer), "value   key 5  17 (0x00000011)");
 }
 
 TEST(DescribeAnswer, ShowsResultsAndTheValuesThatExist)
 {
-    const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, PLC_NO_VALUE}});
+    const auto answer = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, std::nullopt}});
 
     EXPECT_EQ(DescribeAnswer(AnswerKind::ProgramState, &answer), "states  3..4  1:17 0");
 }
 
 TEST(DescribeAnswer, SurvivesNullAndAWildLength)
 {
-    auto wild = MakeReadAnswer(5, 17);
+    auto wild = PlcMakeReadAnswer(5, 17);
     wild.length = 65535;
 
     EXPECT_EQ(DescribeAnswer(AnswerKind::ReadVar, nullptr), "value   null pointer");
@@ -68,7 +68,7 @@ TEST(DescribeAnswer, SurvivesNullAndAWildLength)
 
 TEST(DescribeAnswer, SurvivesARangeThatOverflows)
 {
-    const auto answer = WithSteps(MakeProgramStateAnswer({}, {}), {-2147483647 - 1, 2147483647});
+    const auto answer = MakeProgramStateAnswer({INT32_MIN, INT32_MAX}, {});
 
     EXPECT_THAT(
         DescribeAnswer(AnswerKind::ProgramState, &answer), HasSubstr("-2147483648..2147483647"));
@@ -80,7 +80,7 @@ TEST(TracedAnswers, PassOnTheAnswerAndWhetherItWasTaken)
     Trace trace(out);
     RecordingSink sink;
     TracedAnswers traced(sink, trace);
-    const auto answer = MakeReadAnswer(5, 17);
+    const auto answer = PlcMakeReadAnswer(5, 17);
 
     EXPECT_TRUE(traced.Answer(AnswerKind::ReadVar, &answer));
     sink.open = false;

@@ -16,7 +16,6 @@ namespace plccheck {
 namespace {
 
 using plchost::AnswerKind;
-using plchost::MakeReadAnswer;
 
 constexpr int threadCount = 4;
 constexpr int answersEach = 2000;
@@ -70,7 +69,7 @@ void RequireShown(TrialHost& host, std::int32_t value)
     const auto before = StillPicture(host);
     host.Reports().Step("answers for every variable");
     for (const auto& [key, operand] : host.Served()) {
-        const CMD_DATA answer = MakeReadAnswer(key, value);
+        const CMD_DATA answer = PlcMakeReadAnswer(key, value);
         host.Require(host.Answer(AnswerKind::ReadVar, &answer) == 1, "an answer is not taken");
     }
     host.Await("the window to show answers", [&] { return PictureOf(DebuggerWindow()) != before; });
@@ -90,7 +89,7 @@ void Shown(TrialHost& host)
 void DuringCreate(TrialHost& host)
 {
     host.reaction = [&host](const CMD_DATA& request) {
-        const CMD_DATA answer = MakeReadAnswer(request.key, 1);
+        const CMD_DATA answer = PlcMakeReadAnswer(request.key, 1);
         host.Require(
             host.Answer(AnswerKind::ReadVar, &answer) == 0, "an answer during create is taken");
     };
@@ -110,7 +109,7 @@ int AnswerFromThreads(const TrialHost& host)
     for (std::uint16_t key = 0; key < threadCount; ++key) {
         threads.emplace_back([&host, &taken, key] {
             for (int value = 0; value < answersEach; ++value) {
-                const CMD_DATA answer = MakeReadAnswer(key, value);
+                const CMD_DATA answer = PlcMakeReadAnswer(key, value);
                 taken += host.Answer(AnswerKind::ReadVar, &answer);
             }
         });
@@ -161,7 +160,7 @@ void OfAnyLength(TrialHost& host)
     host.Reports().Step("answers with every length word");
     EndOfMemory memory;
     for (unsigned length = 0; length <= wildLength; ++length) {
-        CMD_DATA answer = MakeReadAnswer(0, 1);
+        CMD_DATA answer = PlcMakeReadAnswer(0, 1);
         answer.length = static_cast<std::uint16_t>(length);
         const std::size_t size = std::clamp<std::size_t>(
             length, std::size_t{PLC_CMD_HEADER_SIZE}, std::size_t{PLC_CMD_SIZE});
@@ -187,7 +186,7 @@ void NobodyAskedFor(TrialHost& host)
         return;
     }
     host.Reports().Step("answers for keys, steps and commands that nobody asked for");
-    const std::vector<plchost::StepState> states(plchost::maxStepsInAnswer, {true, 1});
+    const std::vector<plc::StepState> states(PLC_MAX_STEPS, {true, 1});
     for (const std::int32_t first : {INT32_MIN, -1, 0, 7, INT32_MAX}) {
         for (const std::int32_t last : {INT32_MIN, -1, 0, 97, INT32_MAX}) {
             CMD_DATA answer = plchost::MakeProgramStateAnswer({first, last}, states);

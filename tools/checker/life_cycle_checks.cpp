@@ -1,5 +1,4 @@
 #include "checks.h"
-#include "record.h"
 #include "window.h"
 
 #include <algorithm>
@@ -13,7 +12,7 @@ constexpr int rounds = 5;
 
 void BeforeCreate(TrialHost& host)
 {
-    const CMD_DATA answer = plchost::MakeReadAnswer(0, 1);
+    const CMD_DATA answer = PlcMakeReadAnswer(0, 1);
     for (const auto kind : {plchost::AnswerKind::ReadVar, plchost::AnswerKind::ProgramState}) {
         host.Require(host.Answer(kind, &answer) == 0, "an answer before create is taken");
         host.Require(host.Answer(kind, nullptr) == 0, "a null answer before create is taken");

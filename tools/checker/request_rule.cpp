@@ -7,23 +7,18 @@ namespace plccheck {
 
 namespace {
 
-constexpr std::size_t readNameAt = 6;
-constexpr std::size_t writeNameAt = 10;
-constexpr std::size_t deleteLength = 8;
-constexpr std::size_t stateLength = 14;
-
 /// The length that the word of a request has to state; 0 for an unknown command.
 std::size_t LengthOf(const CMD_DATA& request)
 {
     switch (request.command) {
     case PLC_CMD_READ_VAR:
-        return readNameAt + plchost::ReadOperand(request).size() + 1;
+        return PLC_READ_OPERAND_AT + plchost::OperandOf(request).size() + 1;
     case PLC_CMD_WRITE_VAR:
-        return writeNameAt + plchost::WriteOperand(request).operand.size() + 1;
+        return PLC_WRITE_OPERAND_AT + plchost::OperandOf(request).size() + 1;
     case PLC_CMD_DELETE_VAR:
-        return deleteLength;
+        return PLC_DELETE_REQUEST_SIZE;
     case PLC_CMD_PRG_STATE:
-        return stateLength;
+        return PLC_PRG_STATE_REQUEST_SIZE;
     default:
         return 0;
     }
@@ -43,12 +38,12 @@ base::Result<void> CheckRequest(const CMD_DATA& request)
             words + " states " + std::to_string(request.length) + " bytes and has " +
             std::to_string(length)};
     }
-    if (request.command == PLC_CMD_READ_VAR && plchost::ReadOperand(request).empty()) {
+    if (request.command == PLC_CMD_READ_VAR && plchost::OperandOf(request).empty()) {
         return base::Failure{words + " names no operand"};
     }
     const auto steps =
         request.command == PLC_CMD_PRG_STATE ? plchost::RequestedSteps(request) : std::nullopt;
-    if (steps && plchost::CountSteps(*steps) != request.key) {
+    if (steps && plc::CountSteps(*steps) != request.key) {
         return base::Failure{words + " counts " + std::to_string(request.key) + " steps"};
     }
     return {};

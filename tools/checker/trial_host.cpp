@@ -144,7 +144,7 @@ bool TrialHost::Open()
 
 bool TrialHost::IsGone()
 {
-    const CMD_DATA answer = plchost::MakeReadAnswer(0, 1);
+    const CMD_DATA answer = PlcMakeReadAnswer(0, 1);
     const bool closed = Await("the window to go", [] { return DebuggerWindow() == nullptr; });
     const bool deaf = Await("answers to be refused once no debugger is open", [&] {
         return Answer(plchost::AnswerKind::ReadVar, &answer) == 0;
@@ -190,10 +190,10 @@ void TrialHost::Request(const CMD_DATA& request)
         m_report.Wrong(right.Message());
     }
     if (request.command == PLC_CMD_READ_VAR) {
-        m_read[request.key] = plchost::ReadOperand(request);
+        m_read[request.key] = plchost::OperandOf(request);
     }
     if (request.command == PLC_CMD_DELETE_VAR) {
-        if (plchost::DeleteArgument(request) == PLC_DELETE_ARG_START) {
+        if (PlcArgumentOfDelete(&request) == PLC_DELETE_ARG_START) {
             m_served.insert(m_read.extract(request.key));
         } else {
             Require(
