@@ -24,11 +24,13 @@ static uint8_t memory[64];
 static uint8_t* watched[UINT16_MAX + 1]; /* by key; NULL where nothing is watched */
 static unsigned long taken;              /* answers that the debugger has taken */
 
-/* The byte that an operand name stands for; NULL for one that this machine does not have. */
-static uint8_t* Operand(const uint8_t* name)
+/* The byte that a request names; NULL for one that this machine does not have. */
+static uint8_t* Operand(const CMD_DATA* request)
 {
+    char name[PLC_OPERAND_SIZE];
     unsigned number = 0;
-    int found = sscanf((const char*)name, "MB%u", &number) == 1 && number < sizeof memory;
+    PlcOperandOf(request, name);
+    int found = sscanf(name, "MB%u", &number) == 1 && number < sizeof memory;
     return found ? &memory[number] : NULL;
 }
 
@@ -36,27 +38,25 @@ static uint8_t* Operand(const uint8_t* name)
  * operand that does not exist is answered by nothing, and its row keeps showing "?". */
 static int32_t OnReadVar(const CMD_DATA* request)
 {
-    watched[request->key] = Operand(request->payload);
+    watched[request->key] = Operand(request);
     return 1;
 }
 
 /* PLC_DELETE_ARG_START follows each read request and needs nothing more here. */
 static int32_t OnDeleteVar(const CMD_DATA* request)
 {
-    int16_t argument;
-    memcpy(&argument, request->payload, sizeof argument);
-    if (argument == PLC_DELETE_ARG_RELEASE) {
+    if (PlcArgumentOfDelete(request) == PLC_DELETE_ARG_RELEASE) {
         watched[request->key] = NULL;
     }
     return 1;
 }
 
-/* The value comes first, then the name; a byte is the low 8 bits of the value. */
+/* A byte is the low 8 bits of the value. */
 static int32_t OnWriteVar(const CMD_DATA* request)
 {
-    uint8_t* byte = Operand(request->payload + sizeof(int32_t));
+    uint8_t* byte = Operand(request);
     if (byte) {
-        *byte = request->payload[0];
+        *byte = (uint8_t)PlcWrittenValue(request);
     }
     return 1;
 }
@@ -69,7 +69,7 @@ static gboolean OnTick(gpointer unused)
     ++memory[0];
     for (unsigned key = 0; key <= UINT16_MAX; ++key) {
         if (watched[key]) {
-            CMD_DATA answer = {PLC_CMD_READ_VAR, 10, (uint16_t)key, {*watched[key]}};
+            CMD_DATA answer = PlcMakeReadAnswer((uint16_t)key, *watched[key]);
             if (answerReadVar((unsigned char*)&answer)) {
                 ++taken;
             } else {

@@ -18,7 +18,6 @@ namespace {
 constexpr std::string_view defect = BROKEN_PLUGIN_DEFECT;
 constexpr std::array<const char*, 4> operands{"MW20", "EB3", "MD4", "DB10.DBW4"};
 constexpr guint tickMs = 50;
-constexpr std::size_t valueAt = 6;
 
 PLC_DBG_INIT host;
 GtkWidget* window = nullptr;
@@ -35,20 +34,12 @@ void Send(PlcRequestCallback callback, const CMD_DATA& request)
     }
 }
 
-CMD_DATA DeleteRequest(std::uint16_t key, std::int16_t argument)
-{
-    CMD_DATA request{PLC_CMD_DELETE_VAR, 8, key, {}};
-    std::memcpy(request.payload, &argument, sizeof argument);
-    return request;
-}
-
 CMD_DATA ReadRequest(std::uint16_t key)
 {
-    const std::string operand = operands.at(key);
-    const auto length = static_cast<std::uint16_t>(
-        PLC_CMD_HEADER_SIZE + operand.size() + (defect == "wrong-length" ? 0 : 1));
-    CMD_DATA request{PLC_CMD_READ_VAR, length, key, {}};
-    std::memcpy(request.payload, operand.data(), operand.size());
+    CMD_DATA request = PlcMakeReadRequest(key, operands.at(key));
+    if (defect == "wrong-length") {
+        --request.length;
+    }
     return request;
 }
 
@@ -61,7 +52,7 @@ void Close(GtkWidget*, gpointer)
         return;
     }
     for (std::uint16_t key = 0; key < asked; ++key) {
-        Send(host.pfnDeleteVarRequest, DeleteRequest(key, PLC_DELETE_ARG_RELEASE));
+        Send(host.pfnDeleteVarRequest, PlcMakeDeleteRequest(key, PLC_DELETE_ARG_RELEASE));
     }
 }
 
@@ -93,19 +84,16 @@ void AskTheOperator()
 
 int Take(const unsigned char* answer)
 {
-    constexpr std::size_t wholeValue = valueAt + sizeof(std::int32_t);
     if (!isOpen || answer == nullptr) {
         return 0;
     }
     std::uint16_t length = 0;
-    std::memcpy(&length, answer + 2, sizeof length);
+    std::memcpy(&length, answer + offsetof(CMD_DATA, length), sizeof length);
     CMD_DATA copy{};
     const std::size_t known = std::min<std::size_t>(length, sizeof copy);
     std::memcpy(&copy, answer, defect == "reads-too-much" ? sizeof copy : known);
-    if (length >= wholeValue) {
-        std::int32_t value = 0;
-        std::memcpy(&value, copy.payload, sizeof value);
-        shownValue = value;
+    if (length >= PLC_READ_ANSWER_SIZE) {
+        shownValue = PlcAnsweredValue(&copy);
     }
     return defect == "refuses-answers" ? 0 : 1;
 }
@@ -130,7 +118,7 @@ EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
         if (window == nullptr) { // destroyed by the callback
             return 0;
         }
-        Send(host.pfnDeleteVarRequest, DeleteRequest(key, PLC_DELETE_ARG_START));
+        Send(host.pfnDeleteVarRequest, PlcMakeDeleteRequest(key, PLC_DELETE_ARG_START));
     }
     isOpen = true;
     return 1;

@@ -8,7 +8,7 @@
 
 EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
 {
-    const CMD_DATA stop{PLC_CMD_PRG_STATE, 14, 0, {}};
+    const CMD_DATA stop = PlcMakeStopRequest();
     std::thread([&] { init->pfnPrgStateRequest(&stop); }).join();
     return 1;
 }
