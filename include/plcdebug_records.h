@@ -123,14 +123,6 @@ static inline int32_t PlcInt32At(const CMD_DATA* record, int64_t place)
     return number;
 }
 
-/** @return a record with this header and a payload of zeros.
- *  [any-thread] */
-static inline CMD_DATA PlcMakeRecord(uint16_t command, uint16_t length, uint16_t key)
-{
-    CMD_DATA record = {command, length, key, {0}};
-    return record;
-}
-
 /** Writes a number of 4 bytes at PLC_..._AT, and nothing else.
  *  [any-thread] */
 static inline void PlcPutInt32(CMD_DATA* record, size_t place, int32_t number)
@@ -226,7 +218,7 @@ static inline int PlcIsStop(const CMD_DATA* request)
  *  [any-thread] */
 static inline CMD_DATA PlcMakeReadAnswer(uint16_t key, int32_t value)
 {
-    CMD_DATA answer = PlcMakeRecord(PLC_CMD_READ_VAR, PLC_READ_ANSWER_SIZE, key);
+    CMD_DATA answer = {PLC_CMD_READ_VAR, PLC_READ_ANSWER_SIZE, key, {0}};
     PlcPutInt32(&answer, PLC_ANSWER_VALUE_AT, value);
     return answer;
 }
@@ -250,7 +242,7 @@ PlcMakePrgStateAnswer(int32_t first, int32_t last, const uint8_t* states, const 
         count = PLCDEBUG_UINT16(steps);
     }
     const uint16_t length = PLCDEBUG_UINT16(PLC_STATES_AT + PLC_STEP_SIZE * count);
-    CMD_DATA answer = PlcMakeRecord(PLC_CMD_PRG_STATE, length, count);
+    CMD_DATA answer = {PLC_CMD_PRG_STATE, length, count, {0}};
     PlcPutSteps(&answer, first, last);
     if (count > 0) {
         uint8_t* const place = answer.payload + (PLC_STATES_AT - PLC_CMD_HEADER_SIZE);
@@ -267,7 +259,7 @@ PlcMakePrgStateAnswer(int32_t first, int32_t last, const uint8_t* states, const 
  *  [any-thread] */
 static inline CMD_DATA PlcMakeReadRequest(uint16_t key, const char* operand)
 {
-    CMD_DATA request = PlcMakeRecord(PLC_CMD_READ_VAR, 0, key);
+    CMD_DATA request = {PLC_CMD_READ_VAR, 0, key, {0}};
     PlcPutOperand(&request, PLC_READ_OPERAND_AT, operand);
     return request;
 }
@@ -277,7 +269,7 @@ static inline CMD_DATA PlcMakeReadRequest(uint16_t key, const char* operand)
  *  [any-thread] */
 static inline CMD_DATA PlcMakeWriteRequest(const char* operand, int32_t value)
 {
-    CMD_DATA request = PlcMakeRecord(PLC_CMD_WRITE_VAR, 0, 0);
+    CMD_DATA request = {PLC_CMD_WRITE_VAR, 0, 0, {0}};
     PlcPutInt32(&request, PLC_WRITE_VALUE_AT, value);
     PlcPutOperand(&request, PLC_WRITE_OPERAND_AT, operand);
     return request;
@@ -288,7 +280,7 @@ static inline CMD_DATA PlcMakeWriteRequest(const char* operand, int32_t value)
  *  [any-thread] */
 static inline CMD_DATA PlcMakeDeleteRequest(uint16_t key, int16_t argument)
 {
-    CMD_DATA request = PlcMakeRecord(PLC_CMD_DELETE_VAR, PLC_DELETE_REQUEST_SIZE, key);
+    CMD_DATA request = {PLC_CMD_DELETE_VAR, PLC_DELETE_REQUEST_SIZE, key, {0}};
     uint8_t* const place = request.payload + (PLC_DELETE_ARG_AT - PLC_CMD_HEADER_SIZE);
     memcpy(place, &argument, sizeof argument);
     return request;
@@ -299,7 +291,7 @@ static inline CMD_DATA PlcMakeDeleteRequest(uint16_t key, int16_t argument)
 static inline CMD_DATA PlcMakePrgStateRequest(int32_t first, int32_t last)
 {
     const uint16_t count = PLCDEBUG_UINT16(PlcStepCount(first, last));
-    CMD_DATA request = PlcMakeRecord(PLC_CMD_PRG_STATE, PLC_PRG_STATE_REQUEST_SIZE, count);
+    CMD_DATA request = {PLC_CMD_PRG_STATE, PLC_PRG_STATE_REQUEST_SIZE, count, {0}};
     PlcPutSteps(&request, first, last);
     return request;
 }
@@ -308,7 +300,8 @@ static inline CMD_DATA PlcMakePrgStateRequest(int32_t first, int32_t last)
  *  [any-thread] */
 static inline CMD_DATA PlcMakeStopRequest(void)
 {
-    return PlcMakeRecord(PLC_CMD_PRG_STATE, PLC_PRG_STATE_REQUEST_SIZE, 0);
+    CMD_DATA request = {PLC_CMD_PRG_STATE, PLC_PRG_STATE_REQUEST_SIZE, 0, {0}};
+    return request;
 }
 
 /** @return the value of a read answer.
