@@ -1,10 +1,9 @@
 #include "plcprggrid.h"
 
+#include "plclist.h"
+#include "plclist_measure.h"
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
-#include "plcvargrid_measure.h"
-#include "plcvargrid_rows.h"
-#include "plcvargrid_setup.h"
 
 #include <utility>
 
@@ -106,18 +105,7 @@ bool PlcPrgGrid::TakeScrollPending()
 
 void PlcPrgGrid::OnSize(wxSizeEvent& event)
 {
-    const int virtualWidth = DoGetVirtualSize().x;
-    {
-        const wxGridUpdateLocker batch(this);
-        AutoSizeColumn(PrgColumnState);
-        AutoSizeColumn(PrgColumnValue);
-        const int width =
-            LastColumnWidth(virtualWidth, GetColSize(PrgColumnState), GetColSize(PrgColumnValue));
-        // The toolkit hides a column of width 0 and asserts below.
-        if (width > 0) {
-            SetColSize(PrgColumnText, width);
-        }
-    }
+    FitListColumns(*this);
     DoPrgStateRequest();
     event.Skip();
 }

@@ -1,6 +1,6 @@
 #include "plcprggrid_table.h"
 
-#include "plcvargrid_measure.h"
+#include "plclist_measure.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "plclist_shown.h"
 #include "plcprgpanel_file.h"
-#include "plcvargrid_shown.h"
 
 #include <wx/grid.h>
 

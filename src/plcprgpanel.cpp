@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int comboPrgBSsId = 10004;
-constexpr int border = 10;
+constexpr int pageBorder = 10;
 
 } // namespace
 
@@ -121,7 +121,7 @@ void PlcPrgPanel::CreateControls()
 {
     auto sizer = std::make_unique<wxBoxSizer>(wxVERTICAL); // LoadBS() may throw
     auto* label = new wxStaticText(this, wxID_ANY, LanguageText(TextId::PrgBlock));
-    sizer->Add(label, wxSizerFlags().Border(wxTOP | wxLEFT, border));
+    sizer->Add(label, wxSizerFlags().Border(wxTOP | wxLEFT, pageBorder));
 
     wxArrayString names;
     for (const DBG_BAUSTEIN_ENTRY& block : m_blocks) {
@@ -138,13 +138,13 @@ void PlcPrgPanel::CreateControls()
     if (!m_blocks.empty()) {
         m_pComboPrgBSs->SetSelection(0);
     }
-    sizer->Add(m_pComboPrgBSs, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, border));
+    sizer->Add(m_pComboPrgBSs, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, pageBorder));
 
     m_pGrid = new PlcPrgGrid(this, m_lines);
     m_pGrid->SetColLabelValue(PrgColumnState, LanguageText(TextId::PrgColumnState));
     m_pGrid->SetColLabelValue(PrgColumnValue, LanguageText(TextId::PrgColumnValue));
     m_pGrid->SetColLabelValue(PrgColumnText, LanguageText(TextId::PrgColumnText));
-    sizer->Add(m_pGrid, wxSizerFlags(1).Expand().Border(wxALL, border));
+    sizer->Add(m_pGrid, wxSizerFlags(1).Expand().Border(wxALL, pageBorder));
 
     LoadBS(0);
 

@@ -1,13 +1,12 @@
 #include "plcvargrid.h"
 
-#include "plcvargrid_measure.h"
-#include "plcvargrid_setup.h"
+#include "plclist.h"
+#include "plclist_measure.h"
 #include "plcvarpanel.h"
 
 #include <wx/settings.h>
 
 #include <algorithm>
-#include <tuple>
 
 namespace {
 
@@ -125,17 +124,7 @@ void PlcVarGrid::FitColumns()
     if (m_fitPending) {
         return;
     }
-    const int virtualWidth = GetVirtualSize().GetWidth(); // before the columns change it
-    BeginBatch();
-    AutoSizeColumn(varColumnOperand, true);
-    AutoSizeColumn(varColumnValue, true);
-    const int width =
-        LastColumnWidth(virtualWidth, GetColSize(varColumnOperand), GetColSize(varColumnValue));
-    if (width > 0) // 0 would hide the column, and less is an error to the toolkit
-    {
-        SetColSize(varColumnFormat, width);
-    }
-    EndBatch();
+    const int virtualWidth = FitListColumns(*this);
     AdjustScrollbars();
     m_fit = CurrentFit();
     m_fit.virtualWidth = virtualWidth;
@@ -151,17 +140,7 @@ void PlcVarGrid::FitColumnsToAnswer()
 
 ColumnsFit PlcVarGrid::CurrentFit()
 {
-    ColumnsFit fit;
-    fit.virtualWidth = GetVirtualSize().GetWidth();
-    fit.cellFont = GetDefaultCellFont();
-    fit.labelFont = GetLabelFont();
-    for (int column = 0; column < varColumnCount; ++column) {
-        const auto position = static_cast<std::size_t>(column);
-        fit.labels[position] = GetColLabelValue(column);
-        fit.columnWidths[position] = GetColSize(column);
-    }
-    fit.widestTexts = {WidestText(varColumnOperand), WidestText(varColumnValue)};
-    return fit;
+    return FitOf(*this, {WidestText(varColumnOperand), WidestText(varColumnValue)});
 }
 
 int PlcVarGrid::WidestText(int column)
@@ -180,20 +159,6 @@ wxDC& PlcVarGrid::MeasuringDc()
         m_measuringDc->SetFont(font);
     }
     return *m_measuringDc;
-}
-
-bool ColumnsFit::operator==(const ColumnsFit& other) const
-{
-    const auto all = [](const ColumnsFit& fit) {
-        return std::tie(
-            fit.virtualWidth,
-            fit.widestTexts,
-            fit.columnWidths,
-            fit.cellFont,
-            fit.labelFont,
-            fit.labels);
-    };
-    return all(*this) == all(other);
 }
 
 void PlcVarGrid::FitColumnsLater()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plcdebugvar.h"
+#include "plcvargrid_fit.h"
 #include "plcvargrid_rows.h"
 #include "plcvargrid_table.h"
 
@@ -8,25 +9,11 @@
 #include <wx/grid.h>
 #include <wx/timer.h>
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <vector>
 
 class PlcVarPanel;
-
-/// All that the widths of the columns depend on, and the widths themselves. In pixels.
-struct ColumnsFit
-{
-    int virtualWidth = 0; ///< Of the grid, before the columns were fitted.
-    wxFont cellFont;
-    wxFont labelFont;
-    std::array<wxString, varColumnCount> labels;
-    std::array<int, 2> widestTexts{}; ///< Of operands and values.
-    std::array<int, varColumnCount> columnWidths{};
-
-    bool operator==(const ColumnsFit& other) const;
-};
 
 /// The watch list's table: operand, value, format; one row per variable. It reads the page's list
 /// and calls the page for everything that changes list or PLC. GUI thread.

@@ -2,17 +2,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr int lastColumnMargin = 8;
-
-} // namespace
-
-int LastColumnWidth(int virtualWidth, int firstWidth, int secondWidth)
-{
-    return std::max(0, virtualWidth - firstWidth - secondWidth) - lastColumnMargin;
-}
-
 std::vector<RowBlock> ToggledRows(const std::vector<RowBlock>& selected, std::size_t row)
 {
     std::size_t rowCount = row + 1;

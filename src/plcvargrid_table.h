@@ -1,7 +1,7 @@
 #pragma once
 
 #include "plcdebugvar.h"
-#include "plcvargrid_shown.h"
+#include "plclist_shown.h"
 
 #include <wx/grid.h>
 

@@ -1,6 +1,6 @@
 #include "literal_columns.h"
 
-#include "plcvargrid_rows.h"
+#include "plclist_fit.h"
 
 namespace literal {
 

@@ -3,7 +3,6 @@
 #include "literal_columns.h"
 #include "plcintlang.h"
 #include "plcprgpanel_state.h"
-#include "plcvargrid_rows.h"
 
 #include <wx/sizer.h>
 

@@ -1,7 +1,6 @@
 #include "literal_varpage.h"
 
 #include "literal_columns.h"
-#include "plcvargrid_rows.h"
 
 #include <wx/sizer.h>
 

@@ -23,19 +23,6 @@ Toggled(const std::vector<RowBlock>& selected, std::size_t row)
 
 } // namespace
 
-TEST(LastColumnWidth, IsWhatTheOtherColumnsLeaveLessTheMargin)
-{
-    EXPECT_EQ(LastColumnWidth(/*virtualWidth=*/500, 60, 50), 382);
-}
-
-TEST(LastColumnWidth, IsNegativeWhereNothingIsLeft)
-{
-    EXPECT_EQ(LastColumnWidth(/*virtualWidth=*/100, 60, 50), -8);
-    EXPECT_EQ(LastColumnWidth(/*virtualWidth=*/110, 60, 50), -8);
-    EXPECT_EQ(LastColumnWidth(/*virtualWidth=*/118, 60, 50), 0);
-    EXPECT_EQ(LastColumnWidth(/*virtualWidth=*/0, 0, 0), -8);
-}
-
 TEST(ToggledRows, AddsARow)
 {
     EXPECT_THAT(Toggled({}, 3), ElementsAre(Pair(3, 3)));

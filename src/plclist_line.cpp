@@ -1,4 +1,4 @@
-#include "plcvargrid_line.h"
+#include "plclist_line.h"
 
 #include <wx/crt.h>
 #include <wx/dc.h>

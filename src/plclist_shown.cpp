@@ -1,4 +1,4 @@
-#include "plcvargrid_shown.h"
+#include "plclist_shown.h"
 
 #include <algorithm>
 

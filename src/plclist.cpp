@@ -1,7 +1,8 @@
-#include "plcvargrid_setup.h"
+#include "plclist.h"
 
-#include "plcvargrid_editor.h"
-#include "plcvargrid_line.h"
+#include "plclist_editor.h"
+#include "plclist_fit.h"
+#include "plclist_line.h"
 
 #include <wx/settings.h>
 
@@ -32,4 +33,18 @@ void SetUpList(wxGrid& grid)
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
     FindEdgeAtPress(*grid.GetGridWindow());
     FindEdgeAtPress(*grid.GetGridColLabelWindow());
+}
+
+int FitListColumns(wxGrid& grid)
+{
+    const int virtualWidth = grid.GetVirtualSize().x; // before the columns change it
+    const wxGridUpdateLocker batch(&grid);
+    grid.AutoSizeColumn(0);
+    grid.AutoSizeColumn(1);
+    const int width = LastColumnWidth(virtualWidth, grid.GetColSize(0), grid.GetColSize(1));
+    if (width > 0) // 0 would hide the column, and less is an error to the toolkit
+    {
+        grid.SetColSize(2, width);
+    }
+    return virtualWidth;
 }

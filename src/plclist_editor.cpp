@@ -1,4 +1,4 @@
-#include "plcvargrid_editor.h"
+#include "plclist_editor.h"
 
 #include <gtk/gtk.h>
 

@@ -1,5 +1,5 @@
-#include "plcvargrid_line.h"
-#include "plcvargrid_setup.h"
+#include "plclist.h"
+#include "plclist_line.h"
 
 #include <gtest/gtest.h>
 #include <wx/bitmap.h>

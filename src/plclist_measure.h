@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plcvargrid_shown.h"
+#include "plclist_shown.h"
 
 #include <wx/grid.h>
 

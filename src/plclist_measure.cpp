@@ -1,6 +1,6 @@
-#include "plcvargrid_measure.h"
+#include "plclist_measure.h"
 
-#include "plcvargrid_line.h"
+#include "plclist_line.h"
 
 namespace {
 
