@@ -6,12 +6,6 @@
 #include <cwchar>
 #include <limits>
 
-namespace {
-
-constexpr int noIndex = -1; // a block that belongs to no family
-
-} // namespace
-
 // One row per line reads as the table that it is.
 // clang-format off
 const std::array<DataBlock, dataBlockCount> varDBs{{
@@ -56,16 +50,14 @@ const std::array<DataBlock, dataBlockCount> varDBs{{
 
 namespace {
 
-/// Bytes in A, E, M, T and Z; a data block brings its own limit.
-constexpr std::array<long, 6> areaLimits{64, 64, 512, 0, 128, 64};
-
 std::optional<long> AreaLimit(const PlcDebugVar& var)
 {
-    if (var.area < 0 || static_cast<std::size_t>(var.area) >= areaLimits.size()) {
+    const VarArea* area = RowOf(varAreas, var.area);
+    if (area == nullptr) {
         return std::nullopt;
     }
-    if (var.area != eAreaDb) {
-        return areaLimits[static_cast<std::size_t>(var.area)];
+    if (area->value != eAreaDb) {
+        return area->limit;
     }
     for (const DataBlock& block : varDBs) {
         if (block.number == var.dbNumber) {
@@ -78,14 +70,8 @@ std::optional<long> AreaLimit(const PlcDebugVar& var)
 /// The bound that a byte address stays below, so that the whole operand lies in the area.
 long AddressBound(long areaLimit, std::int32_t size)
 {
-    switch (size) {
-    case eSizeWord:
-        return areaLimit - 1;
-    case eSizeDouble:
-        return areaLimit - 3;
-    default:
-        return areaLimit;
-    }
+    const VarSize* known = RowOf(varSizes, size);
+    return known != nullptr ? areaLimit - known->bytes + 1 : areaLimit;
 }
 
 AddressVerdict Refused(std::optional<TextId> message = std::nullopt, long bound = 0)
@@ -107,26 +93,21 @@ std::optional<long> WholeNumber(const wxString& text)
 /// The letters of the name before the address; empty when there are none.
 wxString NamePrefix(const PlcDebugVar& var)
 {
-    static const std::array<const char*, 6> areaLetters{"A", "E", "M", "", "T", "Z"};
-    static const std::array<const char*, 4> sizeLetters{"", "B", "W", "D"};
-
-    if (var.area < 0 || static_cast<std::size_t>(var.area) >= areaLetters.size()) {
-        return "";
-    }
+    const VarArea* area = RowOf(varAreas, var.area);
     const bool isDb = var.area == eAreaDb;
-    if (isDb && var.dbNumber == -1) {
+    if (area == nullptr || (isDb && var.dbNumber == noDataBlock)) {
         return "";
     }
-    const wxString area = isDb ? wxString::Format("DB%d.DB", var.dbNumber)
-                               : wxString(areaLetters[static_cast<std::size_t>(var.area)]);
-    if (var.area == eAreaTimer || var.area == eAreaCounter) {
-        return area;
+    const wxString prefix =
+        isDb ? wxString::Format("DB%d.DB", var.dbNumber) : wxString(area->letter);
+    if (IsTimerOrCounter(var.area)) {
+        return prefix;
     }
-    if (var.size < 0 || static_cast<std::size_t>(var.size) >= sizeLetters.size()) {
+    const VarSize* size = RowOf(varSizes, var.size);
+    if (size == nullptr) {
         return "";
     }
-    return area +
-           (isDb && var.size == eSizeBit ? "X" : sizeLetters[static_cast<std::size_t>(var.size)]);
+    return size->value == eSizeBit && !isDb ? prefix : prefix + size->letter;
 }
 
 /// Writes the operand name into a request, at PLC_..._AT. A name too long for the record is cut.
@@ -238,16 +219,8 @@ wxString PlcDebugVar::GetVarValueShow() const
 
 wxString PlcDebugVar::GetVarFormatShow() const
 {
-    switch (format) {
-    case eFormatDecimal:
-        return LanguageText(TextId::FormatDecimal);
-    case eFormatHexadecimal:
-        return LanguageText(TextId::FormatHexadecimal);
-    case eFormatFloat:
-        return LanguageText(TextId::FormatFloat);
-    default:
-        return LanguageText(TextId::FormatBinary);
-    }
+    const VarFormat* known = RowOf(varFormats, format);
+    return LanguageText(known != nullptr ? known->caption : TextId::FormatBinary);
 }
 
 CMD_DATA PlcDebugVar::GetVarCMD(eRequestVar kind, std::int16_t argument) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plcdebug_host.h"
+#include "plcdebugvar_kinds.h"
 #include "plcintlang.h"
 
 #include <wx/string.h>
@@ -13,35 +14,6 @@
 // No windows but the message box of CheckVarAddress(), which is not part of the core;
 // JudgeAddress() is. GUI thread, because of the texts.
 
-/// Operand areas; also the item positions in the settings dialog.
-enum eVarArea : std::int32_t
-{
-    eAreaOutput = 0, ///< "A"
-    eAreaInput = 1,  ///< "E"
-    eAreaFlag = 2,   ///< "M"
-    eAreaDb = 3,     ///< "DB" and the block number
-    eAreaTimer = 4,  ///< "T"
-    eAreaCounter = 5 ///< "Z"
-};
-
-/// Operand widths; also the item positions in the settings dialog.
-enum eVarSize : std::int32_t
-{
-    eSizeBit = 0,
-    eSizeByte = 1,
-    eSizeWord = 2,
-    eSizeDouble = 3
-};
-
-/// Display and entry formats; also the item positions in the settings dialog.
-enum eVarFormat : std::int32_t
-{
-    eFormatDecimal = 0,
-    eFormatHexadecimal = 1,
-    eFormatBinary = 2,
-    eFormatFloat = 3
-};
-
 /// Kinds of variable requests.
 enum eRequestVar : std::int32_t
 {
@@ -50,12 +22,15 @@ enum eRequestVar : std::int32_t
     eDeleteVar = 2
 };
 
+constexpr std::int32_t noDataBlock = -1; ///< The block number of an operand in another area.
+constexpr std::int32_t noIndex = -1;     ///< The index of a block that belongs to no family.
+
 /// A data block that can be watched.
 struct DataBlock
 {
     std::int32_t number;
     TextId description;
-    std::int32_t index; ///< Member of a family of like blocks that share a description, or -1.
+    std::int32_t index; ///< Member of a family of like blocks that share a description, or noIndex.
     long limit;         ///< Bytes in the block.
 };
 
@@ -71,7 +46,7 @@ public:
     std::int32_t format = eFormatBinary; ///< eVarFormat
     std::int32_t size = eSizeBit;        ///< eVarSize
     wxString address;                    ///< As typed: "10", or "10.3" for a bit.
-    std::int32_t dbNumber = -1;          ///< Data block, for area DB only; -1 for none.
+    std::int32_t dbNumber = noDataBlock; ///< For area DB only.
     std::int32_t value = 0;              ///< Last known raw value, sign-extended.
     std::uint16_t requestId = 0;         ///< The key of its requests and answers.
 

@@ -1,7 +1,5 @@
 #include "plcdebugvar_value.h"
 
-#include "plcdebugvar.h"
-
 #include <array>
 #include <charconv>
 #include <clocale>
@@ -14,30 +12,26 @@ static_assert(std::numeric_limits<float>::is_iec559, "values travel as IEEE 754 
 
 namespace {
 
+const char* const noText = "-1"; ///< For a format or size that does not exist.
+
 wxString HexadecimalText(std::int32_t value, std::int32_t size)
 {
-    const auto bits = static_cast<unsigned>(value);
-    switch (size) {
-    case eSizeBit:
-    case eSizeByte:
-        return wxString::Format("%02X", bits);
-    case eSizeWord:
-        return wxString::Format("%04X", bits);
-    case eSizeDouble:
-        return wxString::Format("%08X", bits);
-    default:
-        return "-1";
+    const VarSize* known = RowOf(varSizes, size);
+    if (known == nullptr) {
+        return noText;
     }
+    const int digits = static_cast<int>(2 * known->bytes);
+    return wxString::Format("%0*X", digits, static_cast<unsigned>(value));
 }
 
 wxString BinaryText(std::int32_t value, std::int32_t size)
 {
-    static const std::array<unsigned, 4> bitCounts{1, 8, 16, 32};
-    if (size < 0 || static_cast<std::size_t>(size) >= bitCounts.size()) {
-        return "-1";
+    const VarSize* known = RowOf(varSizes, size);
+    if (known == nullptr) {
+        return noText;
     }
     wxString text;
-    for (unsigned bit = bitCounts[static_cast<std::size_t>(size)]; bit-- > 0;) {
+    for (unsigned bit = known->bits; bit-- > 0;) {
         text += ((static_cast<unsigned>(value) >> bit) & 1U) != 0 ? '1' : '0';
     }
     return text;
@@ -150,11 +144,6 @@ std::optional<Parsed> ParseAs(const std::wstring& text, std::int32_t format)
     }
 }
 
-template <typename Value> constexpr ValueRange RangeOf()
-{
-    return {std::numeric_limits<Value>::min(), std::numeric_limits<Value>::max()};
-}
-
 } // namespace
 
 std::optional<std::int32_t> ParseValue(const std::wstring& text, std::int32_t format)
@@ -178,22 +167,12 @@ wxString ValueText(std::int32_t value, std::int32_t format, std::int32_t size)
     case eFormatFloat:
         return FloatText(value);
     default:
-        return "-1";
+        return noText;
     }
 }
 
 ValueRange RangeOfSize(std::int32_t size)
 {
-    switch (size) {
-    case eSizeBit:
-        return {0, 1};
-    case eSizeByte:
-        return RangeOf<std::int8_t>();
-    case eSizeWord:
-        return RangeOf<std::int16_t>();
-    case eSizeDouble:
-        return RangeOf<std::int32_t>();
-    default:
-        return {-1, -1};
-    }
+    const VarSize* known = RowOf(varSizes, size);
+    return known != nullptr ? known->range : ValueRange{-1, -1};
 }

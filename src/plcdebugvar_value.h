@@ -1,5 +1,7 @@
 #pragma once
 
+#include "plcdebugvar_kinds.h"
+
 #include <wx/string.h>
 
 #include <cstdint>
@@ -20,12 +22,6 @@ std::optional<std::int32_t> ParseValue(const std::wstring& text, std::int32_t fo
 /// @return the raw value as text; "-1" for a format or size that does not exist.
 wxString ValueText(std::int32_t value, std::int32_t format, std::int32_t size);
 
-/// The raw values that an operator may write, both ends included.
-struct ValueRange
-{
-    std::int32_t minimum;
-    std::int32_t maximum;
-};
-
 /// @param size eVarSize
+/// @return the raw values that an operator may write.
 ValueRange RangeOfSize(std::int32_t size);

@@ -18,7 +18,7 @@ enum class TextId : int
     VarDelete = 4800007,
     SettingsTitleDefine = 4800009,
     SettingsArea = 4800010,
-    AreaOutputs = 4800011, ///< The six areas follow each other in eVarArea order.
+    AreaOutputs = 4800011,
     AreaInputs = 4800012,
     AreaFlags = 4800013,
     AreaDataBlocks = 4800014,
@@ -37,12 +37,12 @@ enum class TextId : int
     Db26 = 4800027,
     Db100 = 4800028,
     SettingsFormat = 4800029,
-    FormatDecimal = 4800030, ///< The four formats follow each other in eVarFormat order.
+    FormatDecimal = 4800030,
     FormatHexadecimal = 4800031,
     FormatBinary = 4800032,
     FormatFloat = 4800033,
     SettingsSize = 4800034,
-    SizeBit = 4800035, ///< The four sizes follow each other in eVarSize order.
+    SizeBit = 4800035,
     SizeByte = 4800036,
     SizeWord = 4800037,
     SizeDouble = 4800038,

@@ -355,8 +355,7 @@ void PlcVarGrid::OnKeyPressed(wxKeyEvent& event)
 
 void PlcVarGrid::EnterPressed()
 {
-    const std::vector<RowBlock> selected = SelectedRows();
-    if (selected.size() != 1 || selected.front().first != selected.front().last) {
+    if (!OnlyRow(SelectedRows())) {
         return;
     }
     if (GetGridCursorCol() == varColumnOperand) {

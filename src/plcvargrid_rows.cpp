@@ -2,6 +2,14 @@
 
 #include <algorithm>
 
+std::optional<std::size_t> OnlyRow(const std::vector<RowBlock>& selected)
+{
+    if (selected.size() != 1 || selected.front().first != selected.front().last) {
+        return std::nullopt;
+    }
+    return selected.front().first;
+}
+
 std::vector<RowBlock> ToggledRows(const std::vector<RowBlock>& selected, std::size_t row)
 {
     std::size_t rowCount = row + 1;

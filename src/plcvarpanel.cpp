@@ -241,16 +241,17 @@ void PlcVarPanel::OnButtonModify(wxCommandEvent& /*event*/)
 {
     WriteErrorInStatus("");
     const std::vector<RowBlock> selected = m_pGrid->SelectedRows();
-    if (selected.size() != 1 || selected.front().first != selected.front().last) {
+    const std::optional<std::size_t> row = OnlyRow(selected);
+    if (!row) {
         ShowMessage(
             TextId::ErrorCaption,
             LanguageText(selected.empty() ? TextId::ModifyNoneSelected : TextId::ModifyOneOnly));
         return;
     }
-    if (selected.front().first >= m_vars.size()) {
+    if (*row >= m_vars.size()) {
         return;
     }
-    PlcDebugVar var = m_vars[selected.front().first];
+    PlcDebugVar var = m_vars[*row];
     PlcVarSettingDlg dialog(this, var, LanguageText(TextId::SettingsTitleModify));
     if (RunModal(dialog) == wxID_OK) {
         ReplaceVar(var);

@@ -6,14 +6,30 @@
 #include <wx/regex.h>
 #include <wx/textfile.h>
 
+#include <algorithm>
+#include <array>
 #include <cwchar>
 
 namespace {
 
-// The positions in these texts are the enumerations' values.
-const wxString areaLetters = "AEM?TZ"; // a data block line begins with "DB" instead
-const wxString sizeLetters = "XBWD";
-const wxString formatLetters = "DHBG";
+/// @return the row of a table with this letter, or null.
+template <typename Row, std::size_t count>
+const Row* RowWithLetter(const std::array<Row, count>& table, wxUniChar letter)
+{
+    const auto* row = std::find_if(
+        table.begin(), table.end(), [&](const Row& known) { return letter == known.letter; });
+    return row != table.end() ? row : nullptr;
+}
+
+/// The numbers of all data blocks, for a regular expression.
+wxString DataBlockNumbers()
+{
+    wxString numbers;
+    for (const DataBlock& block : varDBs) {
+        numbers << (numbers.empty() ? "" : "|") << block.number;
+    }
+    return numbers;
+}
 
 bool Matches(const wxRegEx& pattern, const wxString& line)
 {
@@ -28,17 +44,17 @@ bool TakeArea(wxString& line, PlcDebugVar& var)
     static const wxRegEx plainPattern(
         R"([AEMTZ]([BWD]?)\d{1,4}((\.[0-7])?)(/[BHDG]))", wxRE_EXTENDED);
     static const wxRegEx dbPattern(
-        R"(DB(1|20|2|3|4|10|15|21|25|26|50|51|52|6\d|7\d|95|100)\.DB([BWDX]?)\d{1,4}((\.[0-7])?)(/[BHDG]))",
+        "DB(" + DataBlockNumbers() + R"()\.DB([BWDX]?)\d{1,4}((\.[0-7])?)(/[BHDG]))",
         wxRE_EXTENDED);
     constexpr std::size_t dbLetters = 2;
 
     if (Matches(plainPattern, line)) {
         // The pattern may have matched further behind; the line still has to begin with the area.
-        const std::size_t area = areaLetters.find(line[0]);
-        if (area == wxString::npos || area == eAreaDb) {
+        const VarArea* area = RowWithLetter(varAreas, line[0]);
+        if (area == nullptr || area->value == eAreaDb) {
             return false;
         }
-        var.area = static_cast<std::int32_t>(area);
+        var.area = area->value;
         line.Remove(0, 1);
         return true;
     }
@@ -52,24 +68,19 @@ bool TakeArea(wxString& line, PlcDebugVar& var)
     return true;
 }
 
-bool IsTimerOrCounter(const PlcDebugVar& var)
-{
-    return var.area == eAreaTimer || var.area == eAreaCounter;
-}
-
 /// Takes the size letter from the front of the line, if there is one.
 /// @return false when the letter is wrong for the area.
 bool TakeSize(wxString& line, PlcDebugVar& var)
 {
-    const std::size_t letter = line.empty() ? wxString::npos : sizeLetters.find(line[0]);
-    if (letter == wxString::npos) {
-        var.size = IsTimerOrCounter(var) ? eSizeWord : eSizeBit;
+    const VarSize* size = line.empty() ? nullptr : RowWithLetter(varSizes, line[0]);
+    if (size == nullptr) {
+        var.size = IsTimerOrCounter(var.area) ? eSizeWord : eSizeBit;
         return true;
     }
-    if (letter == eSizeBit && var.area != eAreaDb) {
+    if (size->value == eSizeBit && var.area != eAreaDb) {
         return false;
     }
-    var.size = static_cast<std::int32_t>(letter);
+    var.size = size->value;
     line.Remove(0, 1);
     return true;
 }
@@ -78,12 +89,12 @@ bool TakeSize(wxString& line, PlcDebugVar& var)
 /// @return false when there is none and the area has no format of its own.
 bool ReadFormat(const wxString& line, PlcDebugVar& var)
 {
-    const std::size_t letter = line.empty() ? wxString::npos : formatLetters.find(line.Last());
-    if (letter == wxString::npos) {
+    const VarFormat* format = line.empty() ? nullptr : RowWithLetter(varFormats, line.Last());
+    if (format == nullptr) {
         var.format = eFormatDecimal;
-        return IsTimerOrCounter(var);
+        return IsTimerOrCounter(var.area);
     }
-    var.format = static_cast<std::int32_t>(letter);
+    var.format = format->value;
     return true;
 }
 
@@ -126,9 +137,9 @@ wxString ListFileText(const std::vector<PlcDebugVar>& vars)
             break;
         }
         text += name;
-        if (var.format >= 0 && static_cast<std::size_t>(var.format) < formatLetters.length()) {
+        if (const VarFormat* format = RowOf(varFormats, var.format)) {
             text += '/';
-            text += formatLetters[static_cast<std::size_t>(var.format)];
+            text += format->letter;
         }
         text += '\n';
     }

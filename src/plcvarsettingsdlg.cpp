@@ -20,12 +20,12 @@ constexpr int gapBelowArea = 10;
 constexpr int gapBelowDataBlock = 20;
 constexpr int gapAboveButtons = 115;
 
-/// @param first to @param last texts that follow each other.
-wxArrayString Items(TextId first, TextId last)
+/// The captions of a table's rows.
+template <typename Table> wxArrayString Items(const Table& table)
 {
     wxArrayString items;
-    for (int id = static_cast<int>(first); id <= static_cast<int>(last); ++id) {
-        items.Add(LanguageText(static_cast<TextId>(id)));
+    for (const auto& row : table) {
+        items.Add(LanguageText(row.caption));
     }
     return items;
 }
@@ -36,7 +36,7 @@ wxArrayString DataBlockItems()
     for (const DataBlock& block : varDBs) {
         wxString item =
             wxString::Format("DB %d - %s", block.number, LanguageText(block.description));
-        if (block.index != -1) {
+        if (block.index != noIndex) {
             item += wxString::Format(" %d", block.index);
         }
         items.Add(item);
@@ -85,7 +85,7 @@ wxSizer* PlcVarSettingDlg::CreateOperandColumn()
         return new wxComboBox(
             this, id, "", wxDefaultPosition, wxDefaultSize, items, wxCB_DROPDOWN | wxCB_READONLY);
     };
-    m_pComboType = list(ID_AREA, Items(TextId::AreaOutputs, TextId::AreaCounters));
+    m_pComboType = list(ID_AREA, Items(varAreas));
     m_pComboDB = list(ID_DATA_BLOCK, DataBlockItems());
     m_pRBFormat = new wxRadioBox(
         this,
@@ -93,7 +93,7 @@ wxSizer* PlcVarSettingDlg::CreateOperandColumn()
         LanguageText(TextId::SettingsFormat),
         wxDefaultPosition,
         wxDefaultSize,
-        Items(TextId::FormatDecimal, TextId::FormatFloat),
+        Items(varFormats),
         1,
         wxRA_SPECIFY_COLS);
 
@@ -116,7 +116,7 @@ wxSizer* PlcVarSettingDlg::CreateSizeColumn()
         LanguageText(TextId::SettingsSize),
         wxDefaultPosition,
         wxDefaultSize,
-        Items(TextId::SizeBit, TextId::SizeDouble),
+        Items(varSizes),
         1,
         wxRA_SPECIFY_COLS);
 
@@ -173,8 +173,7 @@ void PlcVarSettingDlg::ShowVar()
 
 bool PlcVarSettingDlg::IsTimerOrCounter() const
 {
-    const int area = m_pComboType->GetSelection();
-    return area == eAreaTimer || area == eAreaCounter;
+    return ::IsTimerOrCounter(m_pComboType->GetSelection());
 }
 
 void PlcVarSettingDlg::UpdateComboType()
@@ -249,7 +248,8 @@ void PlcVarSettingDlg::OnButtonOK(wxCommandEvent& event)
 {
     m_var.area = m_pComboType->GetSelection();
     const auto row = static_cast<unsigned>(m_pComboDB->GetSelection());
-    m_var.dbNumber = m_var.area == eAreaDb && row < varDBs.size() ? varDBs[row].number : -1;
+    m_var.dbNumber =
+        m_var.area == eAreaDb && row < varDBs.size() ? varDBs[row].number : noDataBlock;
     m_var.format = m_pRBFormat->GetSelection();
     m_var.size = m_pRBSize->GetSelection();
 

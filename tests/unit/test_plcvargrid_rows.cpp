@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,18 @@ Toggled(const std::vector<RowBlock>& selected, std::size_t row)
 }
 
 } // namespace
+
+TEST(OnlyRow, IsTheOneThatIsSelectedAlone)
+{
+    EXPECT_EQ(OnlyRow({{4, 4}}), std::optional<std::size_t>(4));
+}
+
+TEST(OnlyRow, IsNoneWhereNothingOrMoreIsSelected)
+{
+    EXPECT_EQ(OnlyRow({}), std::nullopt);
+    EXPECT_EQ(OnlyRow({{4, 5}}), std::nullopt);
+    EXPECT_EQ(OnlyRow({{4, 4}, {6, 6}}), std::nullopt);
+}
 
 TEST(ToggledRows, AddsARow)
 {
