@@ -26,10 +26,12 @@ private:
     std::mt19937 m_engine;
 };
 
+constexpr int usualSteps = 10000;
+
 /// "--steps N --seed N" of a command line.
 struct StepOptions
 {
-    int steps = 10000;
+    int steps = usualSteps;
     unsigned seed = 1;
 };
 

@@ -24,6 +24,7 @@
 
 #include "plcdebug_records.h"
 
+/* NOLINTBEGIN(modernize-*): this header is C as well */
 #include <stddef.h>
 #include <stdint.h>
 
@@ -126,5 +127,7 @@ PLCDEBUG_STATIC_ASSERT(
 PLCDEBUG_STATIC_ASSERT(
     offsetof(PLC_DBG_INIT, pfnDeleteVarRequest) == PLC_PATH_SIZE + 4 * sizeof(void*),
     "fifth callback");
+
+/* NOLINTEND(modernize-*) */
 
 #endif

@@ -16,6 +16,7 @@
  *  little-endian and may stand unaligned. The functions own and keep nothing; what they read they
  *  leave as it is, and they never read or write beyond it. None can fail. */
 
+/* NOLINTBEGIN(modernize-*): this header is C as well */
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
@@ -350,5 +351,7 @@ PLCDEBUG_STATIC_ASSERT(
     PLC_STATES_AT + PLC_STEP_SIZE * PLC_MAX_STEPS <= PLC_CMD_SIZE, "98 steps fit an answer");
 PLCDEBUG_STATIC_ASSERT(
     PLC_STATES_AT + PLC_STEP_SIZE * (PLC_MAX_STEPS + 1) > PLC_CMD_SIZE, "99 steps do not");
+
+/* NOLINTEND(modernize-*) */
 
 #endif

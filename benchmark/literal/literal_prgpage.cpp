@@ -29,7 +29,7 @@ PrgGrid::PrgGrid(PrgPage* page, const std::vector<DB_BAUSTEIN>& lines)
     SetColLabelValue(2, LanguageText(TextId::PrgColumnText));
 
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
-        Fit();
+        SizeColumns();
         event.Skip();
     });
     const auto scrolled = [this](wxScrollWinEvent& event) {
@@ -104,7 +104,7 @@ void PrgGrid::DoPrgStateRequest()
         m_lines.at(static_cast<std::size_t>(rows.last)).step);
 }
 
-void PrgGrid::Fit()
+void PrgGrid::SizeColumns()
 {
     FitColumns(*this, DoGetVirtualSize().x);
     DoPrgStateRequest();

@@ -29,7 +29,7 @@ public:
     void ClearIdxRequestRows() { m_requested = {}; }
 
     /// Sizes the columns and requests what is visible, as a size event does.
-    void Fit();
+    void SizeColumns();
 
     bool scrollPending = false;
 

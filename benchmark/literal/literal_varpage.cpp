@@ -29,7 +29,7 @@ VarGrid::VarGrid(VarPage* page, std::vector<PlcDebugVar>& vars)
     AutoSize();
 
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
-        Fit();
+        SizeColumns();
         event.Skip();
     });
     Bind(wxEVT_GRID_CELL_CHANGED, [this](wxGridEvent& event) {
@@ -50,7 +50,7 @@ VarGrid::VarGrid(VarPage* page, std::vector<PlcDebugVar>& vars)
             RedisplayRow(row);
         }
         if (m_fitPending) {
-            CallAfter([this] { Fit(); });
+            CallAfter([this] { SizeColumns(); });
         }
         event.Skip();
     });
@@ -74,7 +74,7 @@ void VarGrid::InitShowVars()
     }
     SetSelectionMode(wxGridSelectRows);
     EndBatch();
-    Fit();
+    SizeColumns();
 }
 
 void VarGrid::UpdateShowVars(const PlcDebugVar& var)
@@ -114,7 +114,7 @@ void VarGrid::ShowRow(int row, const wxString& value)
     }
 }
 
-void VarGrid::Fit()
+void VarGrid::SizeColumns()
 {
     m_fitPending = IsCellEditControlShown();
     if (m_fitPending) {
@@ -199,7 +199,7 @@ void VarPage::AnswerReadVarRequest(const CMD_DATA& answer)
         var->SetVarValue(value);
     }
     m_grid->UpdateShowVars(*var);
-    m_grid->Fit();
+    m_grid->SizeColumns();
 }
 
 void VarPage::SendWriteVarRequest(const PlcDebugVar& var) const
@@ -214,7 +214,7 @@ void VarPage::Delete(std::size_t row)
     Release(m_vars[row]);
     m_vars.erase(m_vars.begin() + static_cast<std::ptrdiff_t>(row));
     m_grid->DeleteRow(static_cast<int>(row));
-    m_grid->Fit();
+    m_grid->SizeColumns();
 }
 
 std::vector<std::uint16_t> VarPage::RequestIds() const

@@ -28,7 +28,7 @@ public:
     void UpdateShowVars(const PlcDebugVar& var);
 
     /// Sizes the columns, as a size event does.
-    void Fit();
+    void SizeColumns();
     void DeleteAllRows();
     void DeleteRow(int row);
 

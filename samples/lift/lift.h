@@ -51,9 +51,11 @@ private:
     void MovePassengers(double seconds);
     void PressButtons(plc::Image& image) const;
 
+    static constexpr double positionAtPowerOn = 1.5; ///< Between two floors, as it may be found.
+
     const double m_interval;
     RandomNumbers m_random;
-    double m_position = 1.5; ///< Between two floors, as it may be found at power-on.
+    double m_position = positionAtPowerOn;
     double m_speed = 0;
     double m_door = 0;
     double m_passing = 0; ///< Seconds for which somebody still stands in the door.
