@@ -15,9 +15,11 @@ class AnswerSource
 {
 public:
     AnswerSource() = default;
-    AnswerSource(const AnswerSource&) = delete;
-    AnswerSource& operator=(const AnswerSource&) = delete;
     virtual ~AnswerSource() = default;
+    AnswerSource(const AnswerSource&) = delete;
+    AnswerSource(AnswerSource&&) = delete;
+    AnswerSource& operator=(const AnswerSource&) = delete;
+    AnswerSource& operator=(AnswerSource&&) = delete;
 
     virtual RequestHandler& Requests() = 0;
 

@@ -17,9 +17,11 @@ class AnswerSink
 {
 public:
     AnswerSink() = default;
-    AnswerSink(const AnswerSink&) = delete;
-    AnswerSink& operator=(const AnswerSink&) = delete;
     virtual ~AnswerSink() = default;
+    AnswerSink(const AnswerSink&) = delete;
+    AnswerSink(AnswerSink&&) = delete;
+    AnswerSink& operator=(const AnswerSink&) = delete;
+    AnswerSink& operator=(AnswerSink&&) = delete;
 
     /// @param answer stays the caller's; null only from a host that misbehaves on purpose.
     /// @return false when nobody took it, because no debugger is open: it is lost.

@@ -17,9 +17,11 @@ class RequestHandler
 {
 public:
     RequestHandler() = default;
-    RequestHandler(const RequestHandler&) = delete;
-    RequestHandler& operator=(const RequestHandler&) = delete;
     virtual ~RequestHandler() = default;
+    RequestHandler(const RequestHandler&) = delete;
+    RequestHandler(RequestHandler&&) = delete;
+    RequestHandler& operator=(const RequestHandler&) = delete;
+    RequestHandler& operator=(RequestHandler&&) = delete;
 
     /// @param request valid only during the call.
     virtual void Request(const CMD_DATA& request) = 0;
@@ -50,7 +52,9 @@ public:
     RequestPort(RequestHandler& handler, ThreadRule& threads, bool tallFrame);
     ~RequestPort();
     RequestPort(const RequestPort&) = delete;
+    RequestPort(RequestPort&&) = delete;
     RequestPort& operator=(const RequestPort&) = delete;
+    RequestPort& operator=(RequestPort&&) = delete;
 
     /// @return the record for ExportCreatePlcDebugger().
     /// @param pathPrefix shorter than PLC_PATH_SIZE.

@@ -24,7 +24,9 @@ public:
     Recorder(const std::string& file, std::string_view listing);
     ~Recorder();
     Recorder(const Recorder&) = delete;
+    Recorder(Recorder&&) = delete;
     Recorder& operator=(const Recorder&) = delete;
+    Recorder& operator=(Recorder&&) = delete;
 
     void Request(const CMD_DATA& request);
     /// @param taken what the plug-in said: false when no debugger is open.

@@ -22,9 +22,11 @@ public:
         AnswerSink& answers,
         std::function<void()> tick,
         Player::Log log);
-    ReplayMachine(const ReplayMachine&) = delete;
-    ReplayMachine& operator=(const ReplayMachine&) = delete;
     ~ReplayMachine() override;
+    ReplayMachine(const ReplayMachine&) = delete;
+    ReplayMachine(ReplayMachine&&) = delete;
+    ReplayMachine& operator=(const ReplayMachine&) = delete;
+    ReplayMachine& operator=(ReplayMachine&&) = delete;
 
     RequestHandler& Requests() override { return m_player; }
 

@@ -44,8 +44,8 @@ public:
         AfterCycle afterCycle = {},
         std::chrono::milliseconds period = std::chrono::milliseconds{10});
     Controller(const Controller&) = delete;
-    Controller& operator=(const Controller&) = delete;
     Controller(Controller&&) = delete;
+    Controller& operator=(const Controller&) = delete;
     Controller& operator=(Controller&&) = delete;
     /// Ends the thread after the cycle under way; what was posted and not yet run is dropped.
     ~Controller();

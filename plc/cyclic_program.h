@@ -39,8 +39,8 @@ class CyclicProgram
 public:
     CyclicProgram() = default;
     CyclicProgram(const CyclicProgram&) = delete;
-    CyclicProgram& operator=(const CyclicProgram&) = delete;
     CyclicProgram(CyclicProgram&&) = delete;
+    CyclicProgram& operator=(const CyclicProgram&) = delete;
     CyclicProgram& operator=(CyclicProgram&&) = delete;
     virtual ~CyclicProgram() = default;
 

@@ -13,8 +13,8 @@ class Process
 public:
     Process() = default;
     Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
     Process(Process&&) = delete;
+    Process& operator=(const Process&) = delete;
     Process& operator=(Process&&) = delete;
     virtual ~Process() = default;
 

@@ -16,6 +16,10 @@ class Watch : private wxModalDialogHook
 public:
     Watch();
     ~Watch() override;
+    Watch(const Watch&) = delete;
+    Watch(Watch&&) = delete;
+    Watch& operator=(const Watch&) = delete;
+    Watch& operator=(Watch&&) = delete;
 
     /// @return the innermost open dialog; null when none is open.
     wxDialog* Innermost();
@@ -54,8 +58,6 @@ private:
     std::vector<Seen> m_seen;
     bool m_expectAll = false;
     bool m_cancelAll = false;
-
-    wxDECLARE_NO_COPY_CLASS(Watch);
 };
 
 /// @return the dialog that a file dialog asks its own questions in; null when there is none.

@@ -67,6 +67,11 @@ public:
         }
     }
 
+    Ending(const Ending&) = delete;
+    Ending(Ending&&) = delete;
+    Ending& operator=(const Ending&) = delete;
+    Ending& operator=(Ending&&) = delete;
+
     bool Ended() const
     {
         return m_answered || !m_dialog || (m_box == nullptr && !m_dialog->IsModal());
@@ -82,8 +87,6 @@ private:
     GtkWidget* m_box = nullptr;
     gulong m_handler = 0;
     bool m_answered = false;
-
-    wxDECLARE_NO_COPY_CLASS(Ending);
 };
 
 void Cancel(wxDialog& dialog)

@@ -20,6 +20,10 @@ class ExpectedDialogs : private wxModalDialogHook
 public:
     ExpectedDialogs();
     ~ExpectedDialogs() override;
+    ExpectedDialogs(const ExpectedDialogs&) = delete;
+    ExpectedDialogs(ExpectedDialogs&&) = delete;
+    ExpectedDialogs& operator=(const ExpectedDialogs&) = delete;
+    ExpectedDialogs& operator=(ExpectedDialogs&&) = delete;
 
     /// Expects a message box with an OK button only, and answers it unseen.
     void Message(const wxString& caption, const wxString& words);
@@ -76,6 +80,4 @@ private:
 
     std::deque<Expectation> m_expected;
     std::set<const wxDialog*> m_open;
-
-    wxDECLARE_NO_COPY_CLASS(ExpectedDialogs);
 };

@@ -36,7 +36,9 @@ public:
     ~EndOfMemory() { munmap(m_pages, 2 * m_pageSize); }
 
     EndOfMemory(const EndOfMemory&) = delete;
+    EndOfMemory(EndOfMemory&&) = delete;
     EndOfMemory& operator=(const EndOfMemory&) = delete;
+    EndOfMemory& operator=(EndOfMemory&&) = delete;
 
     /// @return the record, of which only the first @p size bytes may be read.
     const CMD_DATA* Put(const CMD_DATA& record, std::size_t size)

@@ -49,7 +49,9 @@ public:
     TrialHost(const plchost::Plugin& plugin, const Report& report);
     ~TrialHost() override;
     TrialHost(const TrialHost&) = delete;
+    TrialHost(TrialHost&&) = delete;
     TrialHost& operator=(const TrialHost&) = delete;
+    TrialHost& operator=(TrialHost&&) = delete;
 
     /// The record for the export; a check may change it before Create().
     PLC_DBG_INIT init;
