@@ -75,6 +75,14 @@ template <std::size_t count> wxMenu* CreateMenu(const MenuItem (&items)[count])
     return menu;
 }
 
+/// @return what the window manager's borders enclose.
+wxSize SizeInsideBorders(const wxFrame& frame)
+{
+    wxSize size;
+    frame.GTKDoGetSize(&size.x, &size.y);
+    return size;
+}
+
 bool IsTallFrameAllowed(const PLC_DBG_INIT& init)
 {
     const PlcCallOut callOut;
@@ -117,6 +125,7 @@ wxBEGIN_EVENT_TABLE(PlcDebugFrame, wxFrame)
     EVT_MENU(wxID_HELP, PlcDebugFrame::OnMenuInfo)
     EVT_MENU(wxID_EXIT, PlcDebugFrame::OnMenuQuit)
     EVT_TIMER(wxID_ANY, PlcDebugFrame::OnTimer)
+    EVT_SIZE(PlcDebugFrame::OnSize)
     EVT_CLOSE(PlcDebugFrame::OnClose)
 wxEND_EVENT_TABLE()
 
@@ -193,7 +202,8 @@ void PlcDebugFrame::SetSizes()
 {
     const int maxHeight = IsTallFrameAllowed(m_init) ? tallFrameHeight : lowFrameHeight;
     SetMaxSize(wxSize(wxDefaultCoord, maxHeight));
-    SetSize(wxDefaultCoord, wxDefaultCoord, frameWidth, frameHeight);
+    SetSize(frameWidth, frameHeight);
+    m_openedInside = SizeInsideBorders(*this);
 }
 
 int PlcDebugFrame::ProcessAnswerReadVar(const unsigned char* answer)
@@ -221,6 +231,19 @@ void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
     DeliverPrgStateAnswers();
     if (m_pPrgPanel->IsShown()) {
         m_pPrgPanel->OnScrollSendRequest();
+    }
+}
+
+// The toolkit opens a window in the borders that the last one of the process had, and adds what its
+// own turn out to have more: a frame has wider ones than a dialog. It takes no other size while it
+// tells of one.
+
+void PlcDebugFrame::OnSize(wxSizeEvent& event)
+{
+    event.Skip();
+    const wxSize opened(frameWidth, frameHeight);
+    if (GetSize() != opened && SizeInsideBorders(*this) == m_openedInside) {
+        CallAfter([this, opened] { SetSize(opened); });
     }
 }
 

@@ -65,6 +65,7 @@ private:
     void OnMenuInfo(wxCommandEvent& event);
     void OnMenuQuit(wxCommandEvent& event);
     void OnTimer(wxTimerEvent& event);
+    void OnSize(wxSizeEvent& event);
 
     PLC_DBG_INIT m_init;
     PlcNoteBook* m_pNoteBook = nullptr;
@@ -72,8 +73,9 @@ private:
     PlcVarPanel* m_pVarPanel = nullptr;
     PlcPrgPanel* m_pPrgPanel = nullptr;
     std::unique_ptr<KtConfiguration> m_config;
-    wxString m_fileDir;  ///< Where the file dialogs open; fixed at construction.
-    wxString m_fileName; ///< The current list file; empty for none.
+    wxString m_fileDir;    ///< Where the file dialogs open; fixed at construction.
+    wxString m_fileName;   ///< The current list file; empty for none.
+    wxSize m_openedInside; ///< Size inside the borders, until they or the operator change it.
     wxTimer m_timer;
     KtValueQueue<CMD_DATA> m_readVarAnswers;
     KtValueQueue<CMD_DATA> m_prgStateAnswers;

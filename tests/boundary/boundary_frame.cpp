@@ -232,6 +232,22 @@ TEST_F(FrameTest, TheFrameIs600By480AndAtMost514High)
     EXPECT_EQ(OnGui([] { return Frame()->GetMaxSize(); }), wxSize(-1, 514));
 }
 
+TEST_F(FrameTest, TheFrameIsAsLargeAgainWhenADialogHasBeenShown)
+{
+    ASSERT_TRUE(Open());
+    ChooseMenu(wxID_HELP);
+    ASSERT_TRUE(AnswerDialog("dialog [T67]", wxID_OK));
+    Destroy();
+    ASSERT_TRUE(FrameGoes());
+
+    ASSERT_TRUE(Open());
+
+    const XWindow window = OnGui([] { return TopLevelWindowOf(Frame()->GetHandle()); });
+    EXPECT_TRUE(Await("600 by 480 on the screen", [this, window] {
+        return hands.OuterSize(window) == std::pair(600, 480);
+    })) << hands.OuterSize(window).second;
+}
+
 TEST_F(FrameTest, ATallFrameIsAtMost1942High)
 {
     host.tallFrame = 7;

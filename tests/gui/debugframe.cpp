@@ -34,7 +34,7 @@ void DebugFrame::Open()
     grid = FirstOf<PlcVarGrid>(*frame);
     notebook = FirstOf<PlcNoteBook>(*frame);
     ASSERT_TRUE(panel != nullptr && grid != nullptr && notebook != nullptr);
-    ASSERT_TRUE(ShowActive(*frame));
+    ASSERT_TRUE(BecomesActive(*frame, wxSize(600, 480)));
     RunPending();
 }
 

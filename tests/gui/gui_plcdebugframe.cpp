@@ -44,14 +44,28 @@ TEST_F(DebugFrame, IsAsLargeAsItIsToBe)
         Configure();
         Open();
 
-        EXPECT_TRUE(
-            WaitFor("size 600 x 480", [this] { return frame->GetSize() == wxSize(600, 480); }))
-            << frame->GetSize().x << " x " << frame->GetSize().y;
+        EXPECT_EQ(frame->GetSize(), wxSize(600, 480)) << tall;
         EXPECT_EQ(frame->GetMaxHeight(), height) << tall;
         EXPECT_EQ(frame->GetMaxWidth(), wxDefaultCoord) << tall;
         Destroy();
     }
     EXPECT_EQ(host.tallFrameCalls, 3);
+}
+
+TEST_F(DebugFrame, IsAsLargeAgainWhenADialogHasBeenShownAndLaterAsTheOperatorWantsIt)
+{
+    Configure();
+    Open();
+    dialogs.Dialog("T67", [](wxDialog& dialog) { Click(*dialog.FindWindow(wxID_OK)); });
+    Choose(wxID_HELP);
+    Destroy();
+
+    Open();
+    EXPECT_EQ(frame->GetSize(), wxSize(600, 480));
+
+    frame->SetSize(700, 400);
+    RunPending();
+    EXPECT_TRUE(BecomesActive(*frame, wxSize(700, 400)));
 }
 
 TEST_F(DebugFrame, MayBeLowWhenTheHostDoesNotSay)

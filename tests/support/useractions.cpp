@@ -24,6 +24,14 @@ wxPoint Middle(const wxRect& rect)
     return {rect.x + rect.width / 2, rect.y + rect.height / 2};
 }
 
+/// @return the size of a window with the borders that the window manager has put around it.
+wxSize SizeOnScreen(const wxTopLevelWindow& window)
+{
+    GdkRectangle outside;
+    gdk_window_get_frame_extents(gtk_widget_get_window(window.GetHandle()), &outside);
+    return {outside.width, outside.height};
+}
+
 void ClickOnScreen(const wxPoint& place)
 {
     SetDoubleClickTime(noDoubleClicksMs);
@@ -70,12 +78,21 @@ wxPoint CellOnScreen(wxGrid& grid, int row, int column)
 
 testing::AssertionResult ShowActive(wxTopLevelWindow& window)
 {
-    // The toolkit holds the showing back until the window manager has told how wide its borders
-    // are, and sizes the window anew then; a Raise() would map it before.
     const wxSize size = window.GetSize();
     window.Show();
+    testing::AssertionResult active =
+        WaitFor("window active", [&] { return window.IsShownOnScreen() && window.IsActive(); });
+    // The toolkit opens a window in the borders of the one before it, and lets it grow when its own
+    // turn out wider.
+    window.SetSize(size);
+    return active ? BecomesActive(window, size) : active;
+}
+
+testing::AssertionResult BecomesActive(wxTopLevelWindow& window, const wxSize& size)
+{
     return WaitFor("window active, in its size", [&] {
-        return window.IsShownOnScreen() && window.IsActive() && window.GetSize() == size;
+        return window.IsShownOnScreen() && window.IsActive() && window.GetSize() == size &&
+               SizeOnScreen(window) == size;
     });
 }
 

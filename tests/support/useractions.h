@@ -10,9 +10,14 @@
 // The operator's hands: real input through the X server. What it leads to is there only after a
 // WaitFor(). GUI thread.
 
-/// Shows a window and waits until it is on the screen and has the keyboard.
+/// Shows a window and waits until it is on the screen in the size that it has, and has the
+/// keyboard.
 /// @return a failure when that does not come about.
 testing::AssertionResult ShowActive(wxTopLevelWindow& window);
+
+/// Waits until a shown window is on the screen in this size, borders included, and has the
+/// keyboard.
+testing::AssertionResult BecomesActive(wxTopLevelWindow& window, const wxSize& size);
 
 /// Gives a control the keyboard and waits until it has it.
 testing::AssertionResult Focus(wxWindow& control);
