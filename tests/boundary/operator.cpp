@@ -12,15 +12,16 @@
 
 namespace {
 
-constexpr int noDoubleClicksMs = 0;
-constexpr int doubleClicksMs = 5000;
+constexpr unsigned noDoubleClicksMs = 0;
+constexpr unsigned doubleClicksMs = 5000;
 constexpr long fromPager = 2; ///< Who asks the window manager: the operator, through a task list.
 
-/// For the next clicks: within this time two of them are a double click.
-void SetDoubleClickTime(int milliseconds)
+/// For the next clicks: within this time two of them are a double click. The desktop's setting
+/// stays as it is, so that the program waits as long as ever for the second one.
+void SetDoubleClickTime(unsigned milliseconds)
 {
     OnGui([milliseconds] {
-        g_object_set(gtk_settings_get_default(), "gtk-double-click-time", milliseconds, nullptr);
+        gdk_display_set_double_click_time(gdk_display_get_default(), milliseconds);
     });
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "doubleclicktime.h"
 #include "useractions.h"
 #include "waitfor.h"
 #include "watchpage.h"
+
+#include <functional>
+#include <memory>
 
 /// A watch page with four variables, whose values 1 to 4 are known.
 class VarGrid : public WatchPage
@@ -59,6 +63,50 @@ protected:
         PressKey(WXK_F12);
         EXPECT_TRUE(WaitFor("key handled", [&seen] { return seen; }));
         EXPECT_TRUE(grid->GetGridWindow()->Unbind(wxEVT_KEY_DOWN, look));
+    }
+
+    /// Double clicks into a cell. What it leads to later, too, has come then.
+    void DoubleClickAndSettle(int row, int column)
+    {
+        bool seen = false;
+        const auto look = [&seen](wxMouseEvent& event) {
+            seen = true;
+            event.Skip();
+        };
+        grid->GetGridWindow()->Bind(wxEVT_LEFT_DCLICK, look);
+        DoubleClickCell(*grid, row, column);
+        EXPECT_TRUE(WaitFor("double click handled", [&seen] { return seen; }));
+        EXPECT_TRUE(grid->GetGridWindow()->Unbind(wxEVT_LEFT_DCLICK, look));
+        OutliveDoubleClickTime();
+    }
+
+    void OutliveDoubleClickTime()
+    {
+        const DoubleClickTime time;
+        EXPECT_TRUE(WaitFor("double-click time over", [&time] { return time.IsOver(); }));
+    }
+
+    /// Clicks into the value cell of row 1, on which the cursor is, and does @p next before the
+    /// click can open the editor. What the click leads to has come then.
+    void ClickCursorsValueAnd(const std::function<void()>& next)
+    {
+        bool inTime = false;
+        while (!inTime && !HasFailure()) {
+            grid->DiscardEdit();
+            GoTo(1, varColumnValue);
+            std::unique_ptr<DoubleClickTime> sincePress;
+            const auto press = [&sincePress](wxMouseEvent& event) {
+                sincePress = std::make_unique<DoubleClickTime>();
+                event.Skip();
+            };
+            grid->GetGridWindow()->Bind(wxEVT_LEFT_DOWN, press);
+            ClickCell(*grid, 1, varColumnValue);
+            EXPECT_TRUE(WaitFor("click", [&sincePress] { return sincePress != nullptr; }));
+            EXPECT_TRUE(grid->GetGridWindow()->Unbind(wxEVT_LEFT_DOWN, press));
+            next();
+            inTime = sincePress != nullptr && !sincePress->IsOver();
+            OutliveDoubleClickTime();
+        }
     }
 
     /// Expects the modify dialog and cancels it.

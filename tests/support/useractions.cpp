@@ -10,14 +10,15 @@
 
 namespace {
 
-/// For the next clicks: within this time two of them are a double click.
-void SetDoubleClickTime(int milliseconds)
+/// For the next clicks: within this time two of them are a double click. The desktop's setting
+/// stays as it is, so that the program waits as long as ever for the second one.
+void SetDoubleClickTime(unsigned milliseconds)
 {
-    g_object_set(gtk_settings_get_default(), "gtk-double-click-time", milliseconds, nullptr);
+    gdk_display_set_double_click_time(gdk_display_get_default(), milliseconds);
 }
 
-constexpr int noDoubleClicksMs = 0;
-constexpr int doubleClicksMs = 5000;
+constexpr unsigned noDoubleClicksMs = 0;
+constexpr unsigned doubleClicksMs = 5000;
 
 wxPoint Middle(const wxRect& rect)
 {
@@ -117,13 +118,19 @@ void ClickCell(wxGrid& grid, int row, int column, int modifiers)
     SetDoubleClickTime(noDoubleClicksMs);
     wxUIActionSimulator simulator;
     simulator.MouseMove(CellOnScreen(grid, row, column));
-    const int held = modifiers == wxMOD_CONTROL ? WXK_CONTROL : WXK_SHIFT;
-    if (modifiers != wxMOD_NONE) {
-        simulator.KeyDown(held);
+    std::vector<int> held;
+    if ((modifiers & wxMOD_CONTROL) != 0) {
+        held.push_back(WXK_CONTROL);
+    }
+    if ((modifiers & wxMOD_SHIFT) != 0) {
+        held.push_back(WXK_SHIFT);
+    }
+    for (const int key : held) {
+        simulator.KeyDown(key);
     }
     simulator.MouseClick();
-    if (modifiers != wxMOD_NONE) {
-        simulator.KeyUp(held);
+    for (const int key : held) {
+        simulator.KeyUp(key);
     }
 }
 

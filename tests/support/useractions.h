@@ -29,7 +29,7 @@ void Click(wxWindow& control);
 void ClickAt(wxWindow& control, const wxPoint& place);
 
 /// Clicks into a cell; never taken for the second half of a double click.
-/// @param modifiers wxMOD_CONTROL, wxMOD_SHIFT or none.
+/// @param modifiers wxMOD_CONTROL, wxMOD_SHIFT, both or none.
 void ClickCell(wxGrid& grid, int row, int column, int modifiers = wxMOD_NONE);
 
 void DoubleClickCell(wxGrid& grid, int row, int column);
