@@ -36,6 +36,7 @@ struct Options
     std::string library;
     std::string only;       ///< Empty: all.
     int limit = usualLimit; ///< Seconds for one check.
+    std::string through;    ///< What runs the processes of the checks; empty: nothing.
     bool list = false;
     std::string here; ///< The check that this process is to run itself; empty: none.
     int reportTo = STDERR_FILENO;
@@ -73,8 +74,8 @@ bool RunAll(const Options& options)
         if (!options.only.empty() && options.only != check.name) {
             continue;
         }
-        const auto findings =
-            RunTrial(check.name, options.library, std::chrono::seconds(options.limit));
+        const auto findings = RunTrial(
+            check.name, options.library, std::chrono::seconds(options.limit), options.through);
         ++count;
         wrong += findings.empty() ? 0 : 1;
         std::cout << (findings.empty() ? "ok     " : "WRONG  ") << check.name << ": "
@@ -123,6 +124,9 @@ int Main(int argc, char** argv)
     app.add_option("--limit", options.limit, "end a check after so many seconds, else 120")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, longestLimit).description(""));
+    app.add_option(
+           "--through", options.through, "run each check by this program, such as an emulator")
+        ->type_name("PROGRAM");
     // For the processes that this program starts.
     app.add_option("--here", options.here)->group("");
     app.add_option("--report-to", options.reportTo)->group("");

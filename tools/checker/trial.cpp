@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -75,18 +76,25 @@ bool ReadAll(int file, Clock::time_point end, Reading& reading)
 }
 
 /// Becomes the program that runs the check. Only between fork() and exec().
-[[noreturn]] void Become(const std::string& check, const std::string& library, int reportFile)
+[[noreturn]] void Become(
+    const std::string& check,
+    const std::string& library,
+    int reportFile,
+    const std::string& through)
 {
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string file = std::to_string(reportFile);
-    execl(
-        "/proc/self/exe",
-        "plcdebug-check",
+    const std::array<const char*, 8> command{
+        through.c_str(),
+        self.c_str(),
         "--here",
         check.c_str(),
         "--report-to",
         file.c_str(),
         library.c_str(),
-        nullptr);
+        nullptr};
+    const char* const* const first = command.data() + (through.empty() ? 1 : 0);
+    execvp(*first, const_cast<char* const*>(first)); // which changes none of them
     _exit(1);
 }
 
@@ -101,8 +109,11 @@ std::string EndOf(int status)
 
 } // namespace
 
-std::vector<std::string>
-RunTrial(const std::string& check, const std::string& library, std::chrono::seconds limit)
+std::vector<std::string> RunTrial(
+    const std::string& check,
+    const std::string& library,
+    std::chrono::seconds limit,
+    const std::string& through)
 {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -114,7 +125,7 @@ RunTrial(const std::string& check, const std::string& library, std::chrono::seco
     }
     if (child == 0) {
         close(ends[0]);
-        Become(check, library, ends[1]);
+        Become(check, library, ends[1], through);
     }
     close(ends[1]);
     Reading reading;

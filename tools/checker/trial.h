@@ -14,9 +14,13 @@ namespace plccheck {
 /// Runs this program anew for one check.
 /// @param check its name.
 /// @param limit after which the process is ended.
+/// @param through program that runs this one, such as an emulator; empty: none.
 /// @return what was wrong; nothing when all was well.
-std::vector<std::string>
-RunTrial(const std::string& check, const std::string& library, std::chrono::seconds limit);
+std::vector<std::string> RunTrial(
+    const std::string& check,
+    const std::string& library,
+    std::chrono::seconds limit,
+    const std::string& through);
 
 /// The other side: runs the check in this process.
 /// @param reportFile descriptor that RunTrial() reads.
