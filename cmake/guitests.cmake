@@ -8,16 +8,18 @@ function(add_gui_tests name)
     if(NOT DEFINED arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
+    time_limit(limit ${arg_TIMEOUT})
+    time_limit(discovery_limit 60)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} plcdebug_warnings GTest::gmock)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
-    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR
-                                             ${PROJECT_SOURCE_DIR}/scripts/with-x)
+    set(runner ${PROJECT_SOURCE_DIR}/scripts/with-x ${CMAKE_CROSSCOMPILING_EMULATOR})
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${runner}")
     gtest_discover_tests(
         ${name}
         TEST_PREFIX ${arg_PREFIX}
         NO_PRETTY_VALUES
         DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT})
+        DISCOVERY_TIMEOUT ${discovery_limit}
+        PROPERTIES TIMEOUT ${limit})
 endfunction()
