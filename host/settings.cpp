@@ -1,15 +1,13 @@
 #include "settings.h"
 
 #include "file.h"
+#include "ini.h"
 #include "plcdebug_host.h"
 
-#include <algorithm>
-#include <cctype>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <utility>
 #include <vector>
 
 namespace plchost {
@@ -18,87 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view headline = "[Settings]";
+constexpr std::string_view section = "Settings";
 constexpr std::string_view languagePathKey = "LanguagePath";
 constexpr std::string_view languageKey = "Language";
 constexpr std::string_view lastFileKey = "PLCLastFile";
-
-std::string_view Trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-bool SameName(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) ==
-               std::tolower(static_cast<unsigned char>(y));
-    });
-}
-
-/// The lines of a text, each with its line end, so that together they are the text.
-std::vector<std::string> LinesOf(std::string_view text)
-{
-    std::vector<std::string> lines;
-    while (!text.empty()) {
-        const auto end = std::min(text.find('\n'), text.size() - 1) + 1;
-        lines.emplace_back(text.substr(0, end));
-        text.remove_prefix(end);
-    }
-    return lines;
-}
-
-/// The lines of section [Settings], as places in the lines of an INI text.
-struct Section
-{
-    std::size_t begin; ///< The line after the headline.
-    std::size_t end;
-};
-
-std::optional<Section> FindSection(const std::vector<std::string>& lines)
-{
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        std::string_view line = lines[i];
-        if (i == 0 && line.substr(0, byteOrderMark.size()) == byteOrderMark) {
-            line.remove_prefix(byteOrderMark.size());
-        }
-        if (!SameName(Trimmed(line), headline)) {
-            continue;
-        }
-        std::size_t end = i + 1;
-        while (end < lines.size() && Trimmed(lines[end]).substr(0, 1) != "[") {
-            ++end;
-        }
-        return Section{i + 1, end};
-    }
-    return std::nullopt;
-}
-
-bool Sets(std::string_view line, std::string_view key)
-{
-    const auto equals = line.find('=');
-    return equals != std::string_view::npos && SameName(Trimmed(line.substr(0, equals)), key);
-}
-
-/// As the debugger's configuration class reads it back: backslashes doubled, quotes around outer
-/// blanks.
-std::string Escaped(std::string_view value)
-{
-    std::string escaped;
-    for (const char c : value) {
-        if (c == '\\' || c == '"') {
-            escaped += '\\';
-        }
-        escaped += c;
-    }
-    return Trimmed(value) == value && value.substr(0, 1) != "\"" ? escaped : '"' + escaped + '"';
-}
 
 /// The text of the settings file; empty when there is none yet.
 base::Result<std::string> ReadSettings(const std::string& file)
@@ -111,7 +32,7 @@ base::Result<std::string> ReadSettings(const std::string& file)
 std::string Setting(const std::string& file, std::string_view key)
 {
     const auto text = ReadSettings(file);
-    return text ? SettingIn(*text, key).value_or("") : "";
+    return text ? base::IniValue(*text, section, key).value_or("") : "";
 }
 
 /// Gives keys values; everything else in the file stays.
@@ -124,7 +45,7 @@ Change(const std::string& file, const std::vector<std::pair<std::string_view, st
     }
     std::string text = *old;
     for (const auto& [key, value] : values) {
-        text = WithSetting(text, key, value);
+        text = base::WithIniValue(text, section, key, value);
     }
     return text == *old ? base::Result<void>() : ReplaceConfigFile(file, text);
 }
@@ -137,49 +58,6 @@ ConfigFiles FilesIn(const std::string& folder, const std::string& machine)
     const std::string prefix = (fs::path(absolute) / machine).string();
     return {
         absolute, prefix, (fs::path(absolute) / "plcdebug.ini").string(), prefix + "_plcdbgi.dat"};
-}
-
-std::optional<std::string> SettingIn(std::string_view text, std::string_view key)
-{
-    const auto lines = LinesOf(text);
-    const Section settings = FindSection(lines).value_or(Section{0, 0});
-    for (std::size_t i = settings.end; i > settings.begin; --i) {
-        const std::string_view line = lines[i - 1];
-        if (Sets(line, key)) {
-            return std::string(Trimmed(line.substr(line.find('=') + 1)));
-        }
-    }
-    return std::nullopt;
-}
-
-std::string WithSetting(std::string_view text, std::string_view key, std::string_view value)
-{
-    const std::string fresh = std::string(key) + '=' + Escaped(value) + '\n';
-    auto lines = LinesOf(text);
-    if (!lines.empty() && lines.back().back() != '\n') {
-        lines.back() += '\n';
-    }
-    auto settings = FindSection(lines);
-    if (!settings) {
-        lines.push_back(std::string(headline) + '\n');
-        settings = Section{lines.size(), lines.size()};
-    }
-    bool found = false;
-    for (std::size_t i = settings->begin; i < settings->end; ++i) {
-        if (Sets(lines[i], key)) {
-            lines[i] = fresh;
-            found = true;
-        }
-    }
-    if (!found) {
-        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(settings->begin), fresh);
-    }
-
-    std::string result;
-    for (const std::string& line : lines) {
-        result += line;
-    }
-    return result;
 }
 
 base::Result<void> WriteSettings(const std::string& file, const DebuggerSettings& settings)

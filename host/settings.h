@@ -2,7 +2,6 @@
 
 #include "result.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,13 +21,6 @@ struct ConfigFiles
 
 /// @param machine the name that the files of this machine begin with.
 ConfigFiles FilesIn(const std::string& folder, const std::string& machine);
-
-/// The value of a key in section [Settings] of an INI text, as it stands there; names are not
-/// case-sensitive, the last one counts.
-std::optional<std::string> SettingIn(std::string_view text, std::string_view key);
-
-/// The same text with another value for one key; every other line stays as it is, byte by byte.
-std::string WithSetting(std::string_view text, std::string_view key, std::string_view value);
 
 /// What the host tells the debugger by the settings file.
 struct DebuggerSettings

@@ -1,7 +1,7 @@
 #include "debug_file.h"
 
 #include "file.h"
-#include "source_line.h"
+#include "utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -30,7 +30,7 @@ std::string NameField(const Block& block)
     std::string name = block.title.empty() ? block.name : block.name + " " + block.title;
     if (name.size() >= nameBytes) {
         std::size_t cut = nameBytes - 1;
-        while (ContinuesCharacter(name[cut])) {
+        while (base::ContinuesCharacter(name[cut])) {
             --cut;
         }
         name.resize(cut);

@@ -1,8 +1,8 @@
 #include "source_line.h"
 
+#include "utf8.h"
+
 #include <algorithm>
-#include <cstdint>
-#include <iterator>
 
 namespace plc {
 
@@ -11,10 +11,6 @@ namespace {
 constexpr std::string_view remarkMark = "//";
 constexpr std::string_view blanks = " \t";
 constexpr unsigned char deleteCharacter = 0x7F;
-
-// A byte of UTF-8 that continues a character.
-constexpr unsigned tailMask = 0xC0;
-constexpr unsigned tailLead = 0x80;
 
 bool IsLetter(char c)
 {
@@ -30,44 +26,6 @@ Word Trimmed(std::string_view line, std::size_t begin, std::size_t end)
     }
     const std::size_t last = line.find_last_not_of(blanks, end - 1);
     return {line.substr(first, last - first + 1), first};
-}
-
-/// Bytes of the UTF-8 character at the front of @p text, 0 when there is no whole one.
-std::size_t CharacterLength(std::string_view text)
-{
-    struct Form
-    {
-        unsigned mask;
-        unsigned lead;
-        std::uint32_t smallest;
-    };
-
-    constexpr Form forms[] = {
-        {0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
-    constexpr std::uint32_t firstSurrogate = 0xD800;
-    constexpr std::uint32_t lastSurrogate = 0xDFFF;
-    constexpr std::uint32_t lastCharacter = 0x10FFFF;
-
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    for (std::size_t length = 1; length <= std::size(forms); ++length) {
-        const Form& form = forms[length - 1];
-        if ((byte(0) & form.mask) != form.lead) {
-            continue;
-        }
-        if (text.size() < length) {
-            return 0;
-        }
-        std::uint32_t character = byte(0) & ~form.mask;
-        for (std::size_t i = 1; i < length; ++i) {
-            if (!ContinuesCharacter(text[i])) {
-                return 0;
-            }
-            character = character << 6U | (byte(i) & ~tailMask);
-        }
-        const bool isSurrogate = character >= firstSurrogate && character <= lastSurrogate;
-        return character < form.smallest || character > lastCharacter || isSurrogate ? 0 : length;
-    }
-    return 0;
 }
 
 } // namespace
@@ -125,7 +83,7 @@ std::optional<LineError> FindBadByte(std::string_view text)
         if ((byte < ' ' && byte != '\t') || byte == deleteCharacter) {
             return LineError{at, "a control character cannot stand in a line"};
         }
-        const std::size_t length = CharacterLength(text.substr(at));
+        const std::size_t length = base::CharacterLength(text.substr(at));
         if (length == 0) {
             return LineError{at, "expected a character in UTF-8"};
         }
@@ -134,17 +92,12 @@ std::optional<LineError> FindBadByte(std::string_view text)
     return std::nullopt;
 }
 
-bool ContinuesCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & tailMask) == tailLead;
-}
-
 std::size_t ColumnOf(std::string_view text, std::size_t at)
 {
     const auto before = text.substr(0, at);
     return 1 + before.size() -
            static_cast<std::size_t>(
-               std::count_if(before.begin(), before.end(), ContinuesCharacter));
+               std::count_if(before.begin(), before.end(), base::ContinuesCharacter));
 }
 
 } // namespace plc

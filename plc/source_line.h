@@ -47,9 +47,6 @@ bool IsBlockName(std::string_view text);
 /// is not UTF-8.
 std::optional<LineError> FindBadByte(std::string_view text);
 
-/// Whether a byte of UTF-8 text belongs to the character that began before it.
-bool ContinuesCharacter(char byte);
-
 /// The column of a byte, from 1, in characters.
 std::size_t ColumnOf(std::string_view text, std::size_t at);
 

@@ -28,58 +28,6 @@ TEST(FilesIn, AreAbsoluteAlsoInARelativeFolder)
         (std::filesystem::current_path() / "here/bottling").string());
 }
 
-TEST(SettingIn, IsTheLastOneOfItsSectionInAnyCase)
-{
-    const char* text = "Language=no\n[Other]\nLanguage=no\n[settings]\n language = de \r\n"
-                       "LANGUAGE=en\n[Later]\nLanguage=no\n";
-
-    EXPECT_EQ(SettingIn(text, "Language"), "en");
-}
-
-TEST(SettingIn, IsMissingWithoutItsSectionOrKey)
-{
-    EXPECT_FALSE(SettingIn("", "Language"));
-    EXPECT_FALSE(SettingIn("Language=de\n", "Language"));
-    EXPECT_FALSE(SettingIn("[Settings]\nLanguagePath=x\n;Language=de\n", "Language"));
-}
-
-TEST(WithSetting, ReplacesItsLineAndNoOther)
-{
-    EXPECT_EQ(
-        WithSetting(
-            "; mine\r\n[Settings]\nLanguage = de\n\n  odd line\nX=\\\n[Last]\nLanguage=x\n",
-            "Language",
-            "en"),
-        "; mine\r\n[Settings]\nLanguage=en\n\n  odd line\nX=\\\n[Last]\nLanguage=x\n");
-}
-
-TEST(WithSetting, AddsAMissingKeyToItsSection)
-{
-    EXPECT_EQ(
-        WithSetting("[A]\nB=1\n[Settings]\nX=1\n[C]\n", "Language", "de"),
-        "[A]\nB=1\n[Settings]\nLanguage=de\nX=1\n[C]\n");
-    EXPECT_EQ(WithSetting("[Settings]", "Language", "de"), "[Settings]\nLanguage=de\n");
-}
-
-TEST(WithSetting, AddsAMissingSectionAtTheEnd)
-{
-    EXPECT_EQ(WithSetting("", "Language", "de"), "[Settings]\nLanguage=de\n");
-    EXPECT_EQ(WithSetting("[A]\nB=1", "Language", "de"), "[A]\nB=1\n[Settings]\nLanguage=de\n");
-}
-
-TEST(WithSetting, FindsTheSectionBehindAByteOrderMark)
-{
-    EXPECT_EQ(
-        WithSetting("\xEF\xBB\xBF[Settings]\nLanguage=de\n", "Language", "en"),
-        "\xEF\xBB\xBF[Settings]\nLanguage=en\n");
-}
-
-TEST(WithSetting, EscapesWhatTheReaderWouldTakeForMore)
-{
-    EXPECT_EQ(WithSetting("", "LanguagePath", "/a\\b"), "[Settings]\nLanguagePath=/a\\\\b\n");
-    EXPECT_EQ(WithSetting("", "LanguagePath", "/a "), "[Settings]\nLanguagePath=\"/a \"\n");
-}
-
 TEST(WriteSettings, ChangesTheHostsOwnKeysOnly)
 {
     const TempDir dir;

@@ -1,4 +1,3 @@
-#include "settings.h"
 #include "test_kt_support.h"
 
 #include <ktcore/ktconfiguration.h>
@@ -196,22 +195,6 @@ TEST_F(KtConfigurationTest, ValuesAreEscapedAsTheFileFormatSays)
     ASSERT_TRUE(Settings().Set("C", wxString(L"\u00fc\n")));
 
     EXPECT_EQ(ReadFile(File()), "[Settings]\nA=C:\\\\new\nB=\" x\"\nC=ü\\n\n");
-}
-
-TEST_F(KtConfigurationTest, AValueThatTheHostHasWrittenIsReadAsTheHostMeansIt)
-{
-    for (const std::string value :
-         {"/opt/müller/languages",
-          "C:\\new",
-          " blanks ",
-          "\"quoted\"",
-          "a\"b",
-          "50% of $HOME",
-          "\\"}) {
-        WriteFile(File(), plchost::WithSetting("[Host]\nx=1\n", "LanguagePath", value));
-
-        EXPECT_EQ(Get("LanguagePath"), wxString::FromUTF8(value));
-    }
 }
 
 TEST_F(KtConfigurationTest, ARelativePathBelongsToTheDirectoryOfTheConstruction)
