@@ -1,6 +1,6 @@
 #include "options.h"
 
-#include "exit_status.h"
+#include "command_line.h"
 
 #include <CLI/CLI.hpp>
 
@@ -114,10 +114,8 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember(Faults())));
 
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return ExitStatus{app.exit(error) == 0 ? exitGood : exitUsage};
+    if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
+        return ExitStatus{*ended};
     }
     options.cycle = std::chrono::milliseconds(cycle);
     if (runOption->count() > 0) {

@@ -1,28 +1,32 @@
 #include "assembler.h"
+#include "command_line.h"
 #include "debug_file.h"
+
+#include <CLI/CLI.hpp>
 
 #include <iostream>
 #include <string>
-#include <string_view>
-#include <vector>
 
 // plcasm SOURCE -o PREFIX: checks a statement list and writes its program debug file.
 
 namespace {
 
-constexpr std::string_view usage =
-    "Usage: plcasm SOURCE [-o PREFIX]\n"
-    "Checks the statement list SOURCE and writes its listing to PREFIX_plcdbgi.dat, the program\n"
-    "debug file that the debugger's program page reads. Without -o it only checks.\n"
-    "Each error is reported as FILE:LINE:COLUMN: MESSAGE; nothing is written then.\n"
-    "A host assembles the source itself; there is no other output.\n"
-    "Exit status: 0 done, 1 errors in the source, 2 wrong usage, 3 cannot write.\n";
+constexpr const char* description =
+    "Checks a statement list and writes its listing to PREFIX_plcdbgi.dat, the program debug file\n"
+    "that the debugger's program page reads. Each error is reported as FILE:LINE:COLUMN: MESSAGE;\n"
+    "nothing is written then. A host assembles the source itself; there is no other output.";
+
+constexpr const char* exitStatuses = R"(
+Exit status:
+  0  done
+  1  errors in the source
+  2  the command line is wrong
+  3  cannot write)";
 
 enum ExitStatus
 {
     exitDone = 0,
     exitSourceErrors = 1,
-    exitUsage = 2,
     exitCannotWrite = 3
 };
 
@@ -30,28 +34,7 @@ struct Options
 {
     std::string source;
     std::string prefix; ///< Empty: check only.
-    bool isHelp = false;
-    bool isValid = true;
 };
-
-Options ParseOptions(const std::vector<std::string>& arguments)
-{
-    Options options;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (argument == "-h" || argument == "--help") {
-            options.isHelp = true;
-        } else if (argument == "-o" && i + 1 < arguments.size()) {
-            options.prefix = arguments[++i];
-        } else if (argument.rfind('-', 0) == 0 || !options.source.empty()) {
-            options.isValid = false;
-        } else {
-            options.source = argument;
-        }
-    }
-    options.isValid = options.isValid && (options.isHelp || !options.source.empty());
-    return options;
-}
 
 std::size_t CountLines(const plc::Program& program)
 {
@@ -86,12 +69,18 @@ ExitStatus Assemble(const Options& options)
 
 } // namespace
 
-int main(int argc, char* argv[])
+int main(int argc, char** argv)
 {
-    const Options options = ParseOptions({argv + 1, argv + argc});
-    if (!options.isValid || options.isHelp) {
-        (options.isHelp ? std::cout : std::cerr) << usage;
-        return options.isHelp ? exitDone : exitUsage;
+    Options options;
+    CLI::App app{description, "plcasm"};
+    app.footer(exitStatuses);
+    app.add_option("SOURCE", options.source, "the statement list (*.il)")
+        ->type_name("")
+        ->required();
+    app.add_option("-o", options.prefix, "write the debug file of this prefix; else only check")
+        ->type_name("PREFIX");
+    if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
+        return *ended;
     }
     return Assemble(options);
 }

@@ -1,3 +1,4 @@
+#include "command_line.h"
 #include "exit_status.h"
 #include "options.h"
 #include "projectfile.h"
@@ -31,7 +32,7 @@ std::string Refusal(const std::vector<const char*>& words)
     const Parsed parsed = Parse(words);
     const std::string said = testing::internal::GetCapturedStderr();
     const auto* const exit = std::get_if<ExitStatus>(&parsed);
-    return exit != nullptr && exit->status == exitUsage ? said : "";
+    return exit != nullptr && exit->status == base::exitUsage ? said : "";
 }
 
 TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
@@ -81,6 +82,13 @@ TEST(ParseOptions, RefusesWhatItDoesNotKnowByName)
     EXPECT_THAT(Refusal({"--program", "/nowhere/x.il"}), HasSubstr("/nowhere/x.il"));
     EXPECT_THAT(Refusal({"--cycle", "0"}), HasSubstr("--cycle"));
     EXPECT_THAT(Refusal({"--run", "-1"}), HasSubstr("--run"));
+}
+
+TEST(ParseOptions, RefusesInOneLine)
+{
+    EXPECT_EQ(
+        Refusal({"--run"}),
+        "plchost: --run: 1 required SECONDS missing (plchost --help tells more)\n");
 }
 
 TEST(ParseOptions, ARecordingOpensTheDebuggerAndTakesASpeed)

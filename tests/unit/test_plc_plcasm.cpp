@@ -102,11 +102,21 @@ TEST_F(Plcasm, NamesWhatItCannotReadOrWrite)
 TEST_F(Plcasm, TellsHowItIsUsed)
 {
     EXPECT_EQ(Run("--help"), 0);
-    EXPECT_EQ(out.rfind("Usage: plcasm SOURCE", 0), 0U);
+
+    EXPECT_NE(out.find("Usage: plcasm [OPTIONS] SOURCE"), std::string::npos);
+    EXPECT_NE(out.find("3  cannot write"), std::string::npos);
+}
+
+TEST_F(Plcasm, NamesWhatIsWrongWithItsCommandLineInOneLine)
+{
     for (const char* arguments : {"", "-o", "a.il b.il", "-x a.il", "a.il -o"}) {
         EXPECT_EQ(Run(arguments), 2) << arguments;
-        EXPECT_EQ(errors.rfind("Usage: plcasm SOURCE", 0), 0U) << arguments;
+        EXPECT_EQ(errors.rfind("plcasm: ", 0), 0U) << arguments;
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << arguments;
+        EXPECT_EQ(out, "") << arguments;
     }
+    EXPECT_EQ(Run(""), 2);
+    EXPECT_EQ(errors, "plcasm: SOURCE is required (plcasm --help tells more)\n");
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "command_line.h"
 #include "trial.h"
 
 #include <CLI/CLI.hpp>
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int exitGood = 0;
 constexpr int exitFindings = 1;
-constexpr int exitUsage = 2; ///< Also: no display.
 constexpr int usualLimit = 120;
 constexpr int longestLimit = 3600;
 
@@ -105,7 +105,7 @@ int Run(const Options& options)
     if (gtk_init_check(nullptr, nullptr) == FALSE) {
         std::cerr << "plcdebug-check: no display (set DISPLAY, or run it under a virtual X server)"
                   << std::endl;
-        return exitUsage;
+        return base::exitUsage;
     }
     return RunAll(options) ? exitGood : exitFindings;
 }
@@ -115,7 +115,7 @@ int Main(int argc, char** argv)
     Options options;
     CLI::App app{description, "plcdebug-check"};
     app.footer(exitStatuses);
-    auto* const list = app.add_flag("--list", options.list, "print the checks");
+    app.add_flag("--list", options.list, "print the checks");
     app.add_option("LIBRARY", options.library, "libplcdebug.so, of this program's architecture")
         ->check(CLI::ExistingFile.description(""));
     app.add_option("--only", options.only, "run this check alone")
@@ -130,13 +130,13 @@ int Main(int argc, char** argv)
     // For the processes that this program starts.
     app.add_option("--here", options.here)->group("");
     app.add_option("--report-to", options.reportTo)->group("");
-    try {
-        app.parse(argc, argv);
-        if (options.library.empty() && list->count() == 0) {
+    app.callback([&options] {
+        if (options.library.empty() && !options.list) {
             throw CLI::RequiredError("LIBRARY");
         }
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? exitGood : exitUsage;
+    });
+    if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
+        return *ended;
     }
     return Run(options);
 }
@@ -151,6 +151,6 @@ int main(int argc, char** argv)
         return plccheck::Main(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "plcdebug-check: " << error.what() << std::endl;
-        return plccheck::exitUsage;
+        return base::exitUsage;
     }
 }

@@ -1,0 +1,23 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace base {
+
+std::optional<int> ReadCommandLine(CLI::App& app, int argc, const char* const* argv)
+{
+    app.failure_message([](const CLI::App* program, const CLI::Error& error) {
+        const std::string& name = program->get_name();
+        return name + ": " + error.what() + " (" + name + " --help tells more)\n";
+    });
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : exitUsage;
+    }
+    return std::nullopt;
+}
+
+} // namespace base
