@@ -56,7 +56,7 @@ Host::Host(const Options& options, Ground ground)
       m_answers(m_ground.plugin), m_tracedAnswers(m_answers, m_trace), m_recorder(MakeRecorder()),
       m_recordedAnswers(
           options.trace ? static_cast<AnswerSink&>(m_tracedAnswers) : m_answers, m_recorder.get()),
-      m_misbehave(m_recordedAnswers, options.fault), m_source(MakeSource()),
+      m_faults(m_recordedAnswers, options.fault), m_source(MakeSource()),
       m_tracedRequests(m_source->Requests(), m_trace),
       m_recordedRequests(options.trace ? m_tracedRequests : m_source->Requests(), m_recorder.get()),
       m_threads(std::this_thread::get_id()), m_port(m_recordedRequests, m_threads, IsTallScreen()),
@@ -86,13 +86,13 @@ std::unique_ptr<Recorder> Host::MakeRecorder() const
 
 std::unique_ptr<AnswerSource> Host::MakeSource()
 {
-    const auto tick = [this] { m_misbehave.Tick(); };
+    const auto tick = [this] { m_faults.Tick(); };
     if (m_ground.recording) {
         return std::make_unique<ReplayMachine>(
-            std::move(*m_ground.recording), m_options.speed, m_misbehave, tick, Tell);
+            std::move(*m_ground.recording), m_options.speed, m_faults, tick, Tell);
     }
     return std::make_unique<LiveMachine>(
-        m_options, std::move(m_ground.program), m_misbehave, tick, Tell);
+        m_options, std::move(m_ground.program), m_faults, tick, Tell);
 }
 
 int Host::Run()

@@ -2,7 +2,7 @@
 
 #include "answer_source.h"
 #include "assembler.h"
-#include "misbehave.h"
+#include "fault_injector.h"
 #include "options.h"
 #include "port.h"
 #include "recorder.h"
@@ -63,7 +63,7 @@ private:
     TracedAnswers m_tracedAnswers;
     const std::unique_ptr<Recorder> m_recorder; ///< Null: nothing is recorded.
     RecordedAnswers m_recordedAnswers;
-    Misbehave m_misbehave;
+    FaultInjector m_faults;
     const std::unique_ptr<AnswerSource> m_source; ///< Its thread uses what stands above.
     TracedRequests m_tracedRequests;
     RecordedRequests m_recordedRequests;

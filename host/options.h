@@ -1,6 +1,6 @@
 #pragma once
 
-#include "misbehave.h"
+#include "fault_injector.h"
 
 #include <chrono>
 #include <optional>

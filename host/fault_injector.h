@@ -42,11 +42,11 @@ const std::array<NamedFault, 6>& NamedFaults();
 std::optional<Fault> FaultByName(std::string_view name);
 
 /// Passes answers on, spoiled by one fault, or as they are.
-class Misbehave : public AnswerSink
+class FaultInjector : public AnswerSink
 {
 public:
     /// @param next outlives this.
-    Misbehave(AnswerSink& next, std::optional<Fault> fault) : m_next(next), m_fault(fault) {}
+    FaultInjector(AnswerSink& next, std::optional<Fault> fault) : m_next(next), m_fault(fault) {}
 
     bool Answer(AnswerKind kind, const CMD_DATA* answer) override;
 

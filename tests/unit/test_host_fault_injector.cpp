@@ -1,4 +1,4 @@
-#include "misbehave.h"
+#include "fault_injector.h"
 #include "projectfile.h"
 #include "record.h"
 #include "test_host_support.h"
@@ -20,9 +20,9 @@ struct FaultTest : testing::Test
     RecordingSink sink;
     const CMD_DATA answer = PlcMakeReadAnswer(5, 17);
 
-    bool Send(Misbehave& faulty) { return faulty.Answer(AnswerKind::ReadVar, &answer); }
+    bool Send(FaultInjector& faulty) { return faulty.Answer(AnswerKind::ReadVar, &answer); }
 
-    static void Tick(Misbehave& faulty, std::uint64_t times)
+    static void Tick(FaultInjector& faulty, std::uint64_t times)
     {
         for (std::uint64_t i = 0; i < times; ++i) {
             faulty.Tick();
@@ -32,7 +32,7 @@ struct FaultTest : testing::Test
 
 TEST_F(FaultTest, WithoutAFaultAnAnswerPassesAsItIs)
 {
-    Misbehave honest(sink, std::nullopt);
+    FaultInjector honest(sink, std::nullopt);
 
     EXPECT_TRUE(Send(honest));
 
@@ -42,7 +42,7 @@ TEST_F(FaultTest, WithoutAFaultAnAnswerPassesAsItIs)
 
 TEST_F(FaultTest, LateAnswerComesExactlyItsCyclesLate)
 {
-    Misbehave late(sink, Fault::LateAnswer);
+    FaultInjector late(sink, Fault::LateAnswer);
 
     Send(late);
     Tick(late, lateTicks - 1);
@@ -57,7 +57,7 @@ TEST_F(FaultTest, LateAnswerComesExactlyItsCyclesLate)
 
 TEST_F(FaultTest, WrongKeyPrecedesTheRightOne)
 {
-    Misbehave wrong(sink, Fault::WrongKey);
+    FaultInjector wrong(sink, Fault::WrongKey);
 
     Send(wrong);
 
@@ -68,7 +68,7 @@ TEST_F(FaultTest, WrongKeyPrecedesTheRightOne)
 
 TEST_F(FaultTest, WrongStepsPrecedeTheRightOnes)
 {
-    Misbehave wrong(sink, Fault::WrongKey);
+    FaultInjector wrong(sink, Fault::WrongKey);
     const auto states = MakeProgramStateAnswer({3, 4}, {{true, 17}, {false, 1}});
 
     wrong.Answer(AnswerKind::ProgramState, &states);
@@ -80,7 +80,7 @@ TEST_F(FaultTest, WrongStepsPrecedeTheRightOnes)
 
 TEST_F(FaultTest, Length65535ClaimsMoreThanARecordHolds)
 {
-    Misbehave wild(sink, Fault::Length65535);
+    FaultInjector wild(sink, Fault::Length65535);
 
     Send(wild);
 
@@ -91,7 +91,7 @@ TEST_F(FaultTest, Length65535ClaimsMoreThanARecordHolds)
 
 TEST_F(FaultTest, NullAnswerPrecedesTheRightOne)
 {
-    Misbehave null(sink, Fault::NullAnswer);
+    FaultInjector null(sink, Fault::NullAnswer);
 
     EXPECT_TRUE(Send(null));
 
@@ -102,7 +102,7 @@ TEST_F(FaultTest, NullAnswerPrecedesTheRightOne)
 
 TEST_F(FaultTest, AnswerAfterCloseIsRepeatedAlthoughNobodyTakesIt)
 {
-    Misbehave stubborn(sink, Fault::AnswerAfterClose);
+    FaultInjector stubborn(sink, Fault::AnswerAfterClose);
 
     Send(stubborn);
     sink.open = false;
@@ -115,7 +115,7 @@ TEST_F(FaultTest, AnswerAfterCloseIsRepeatedAlthoughNobodyTakesIt)
 
 TEST_F(FaultTest, FloodSendsEveryAnswerManyTimes)
 {
-    Misbehave flood(sink, Fault::Flood);
+    FaultInjector flood(sink, Fault::Flood);
 
     Send(flood);
 

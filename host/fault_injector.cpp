@@ -1,4 +1,4 @@
-#include "misbehave.h"
+#include "fault_injector.h"
 
 #include <algorithm>
 #include <limits>
@@ -47,7 +47,7 @@ std::optional<Fault> FaultByName(std::string_view name)
     return std::nullopt;
 }
 
-bool Misbehave::Answer(AnswerKind kind, const CMD_DATA* answer)
+bool FaultInjector::Answer(AnswerKind kind, const CMD_DATA* answer)
 {
     if (!m_fault || answer == nullptr) {
         return m_next.Answer(kind, answer);
@@ -55,7 +55,7 @@ bool Misbehave::Answer(AnswerKind kind, const CMD_DATA* answer)
     return Spoil(kind, *answer);
 }
 
-bool Misbehave::Spoil(AnswerKind kind, const CMD_DATA& answer)
+bool FaultInjector::Spoil(AnswerKind kind, const CMD_DATA& answer)
 {
     switch (*m_fault) {
     case Fault::LateAnswer:
@@ -86,7 +86,7 @@ bool Misbehave::Spoil(AnswerKind kind, const CMD_DATA& answer)
     return m_next.Answer(kind, &answer);
 }
 
-void Misbehave::Tick()
+void FaultInjector::Tick()
 {
     ++m_ticks;
     while (!m_kept.empty() && m_kept.front().due <= m_ticks) {
