@@ -1,6 +1,6 @@
 #include "interpreter.h"
 
-#include "machine.h"
+#include "processor.h"
 
 #include <algorithm>
 #include <string>
@@ -137,12 +137,12 @@ Interpreter::Interpreter(Program program, std::chrono::milliseconds limit)
 std::optional<StopReason> Interpreter::RunCycle(Image& image, std::chrono::milliseconds elapsed)
 {
     image.AdvanceTimers(elapsed);
-    Machine machine(m_codes, image, m_states, m_limit);
-    const auto cause = machine.Run(static_cast<std::uint32_t>(m_program.entry));
+    Processor processor(m_codes, image, m_states, m_limit);
+    const auto cause = processor.Run(static_cast<std::uint32_t>(m_program.entry));
     if (!cause) {
         return std::nullopt;
     }
-    const auto [block, index] = machine.Here();
+    const auto [block, index] = processor.Here();
     const std::uint32_t line = m_codes[block][index].line + 1;
     return StopReason{*cause, m_program.blocks[block].name + ", line " + std::to_string(line)};
 }

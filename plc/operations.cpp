@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "processor.h"
 
 #include <functional>
 #include <map>
@@ -22,283 +22,287 @@ std::int32_t Whole(std::uint32_t accumulator)
 
 // Bit logic
 
-void CombineAnd(Machine& machine, bool value)
+void CombineAnd(Processor& processor, bool value)
 {
-    machine.logicResult = machine.inLogic ? machine.logicResult && value : value;
-    machine.inLogic = true;
+    processor.logicResult = processor.inLogic ? processor.logicResult && value : value;
+    processor.inLogic = true;
 }
 
-void CombineOr(Machine& machine, bool value)
+void CombineOr(Processor& processor, bool value)
 {
-    machine.logicResult = machine.inLogic ? machine.logicResult || value : value;
-    machine.inLogic = true;
+    processor.logicResult = processor.inLogic ? processor.logicResult || value : value;
+    processor.inLogic = true;
 }
 
-void And(Machine& machine, const Code& code)
+void And(Processor& processor, const Code& code)
 {
-    CombineAnd(machine, machine.image.IsOn(code.cell));
+    CombineAnd(processor, processor.image.IsOn(code.cell));
 }
 
-void AndNot(Machine& machine, const Code& code)
+void AndNot(Processor& processor, const Code& code)
 {
-    CombineAnd(machine, !machine.image.IsOn(code.cell));
+    CombineAnd(processor, !processor.image.IsOn(code.cell));
 }
 
-void Or(Machine& machine, const Code& code)
+void Or(Processor& processor, const Code& code)
 {
-    CombineOr(machine, machine.image.IsOn(code.cell));
+    CombineOr(processor, processor.image.IsOn(code.cell));
 }
 
-void OrNot(Machine& machine, const Code& code)
+void OrNot(Processor& processor, const Code& code)
 {
-    CombineOr(machine, !machine.image.IsOn(code.cell));
+    CombineOr(processor, !processor.image.IsOn(code.cell));
 }
 
-template <bool isOr, bool negates> void Open(Machine& machine, const Code&)
+template <bool isOr, bool negates> void Open(Processor& processor, const Code&)
 {
     // The assembler has counted the brackets; the remainder keeps any other program in the array.
-    machine.brackets[machine.openBrackets++ % maxOpenBrackets] = {
-        machine.logicResult, machine.inLogic, isOr, negates};
-    machine.inLogic = false;
+    processor.brackets[processor.openBrackets++ % maxOpenBrackets] = {
+        processor.logicResult, processor.inLogic, isOr, negates};
+    processor.inLogic = false;
 }
 
-void Close(Machine& machine, const Code&)
+void Close(Processor& processor, const Code&)
 {
-    const Bracket bracket = machine.brackets[--machine.openBrackets % maxOpenBrackets];
-    const bool value = machine.logicResult != bracket.negates;
-    machine.logicResult = bracket.logicResult;
-    machine.inLogic = bracket.inLogic;
+    const Bracket bracket = processor.brackets[--processor.openBrackets % maxOpenBrackets];
+    const bool value = processor.logicResult != bracket.negates;
+    processor.logicResult = bracket.logicResult;
+    processor.inLogic = bracket.inLogic;
     if (bracket.isOr) {
-        CombineOr(machine, value);
+        CombineOr(processor, value);
     } else {
-        CombineAnd(machine, value);
+        CombineAnd(processor, value);
     }
 }
 
-void Assign(Machine& machine, const Code& code)
+void Assign(Processor& processor, const Code& code)
 {
-    machine.image.Write(code.cell, machine.logicResult ? 1 : 0);
-    machine.inLogic = false;
+    processor.image.Write(code.cell, processor.logicResult ? 1 : 0);
+    processor.inLogic = false;
 }
 
-void Set(Machine& machine, const Code& code)
+void Set(Processor& processor, const Code& code)
 {
     if (code.cell.kind == Cell::Kind::Counter) {
-        machine.image.CounterAt(code.cell.index)
-            .Set(machine.logicResult, LowWord(machine.accumulator1));
-    } else if (machine.logicResult) {
-        machine.image.Write(code.cell, 1);
+        processor.image.CounterAt(code.cell.index)
+            .Set(processor.logicResult, LowWord(processor.accumulator1));
+    } else if (processor.logicResult) {
+        processor.image.Write(code.cell, 1);
     }
-    machine.inLogic = false;
+    processor.inLogic = false;
 }
 
-void Reset(Machine& machine, const Code& code)
+void Reset(Processor& processor, const Code& code)
 {
-    machine.inLogic = false;
-    if (!machine.logicResult) {
+    processor.inLogic = false;
+    if (!processor.logicResult) {
         return;
     }
     if (code.cell.kind == Cell::Kind::Timer) {
-        machine.image.TimerAt(code.cell.index).Reset();
+        processor.image.TimerAt(code.cell.index).Reset();
     } else {
-        machine.image.Write(code.cell, 0);
+        processor.image.Write(code.cell, 0);
     }
 }
 
 /// Keeps the logic result in a bit until the next cycle, and compares it with the last one there.
-template <bool rising> void Edge(Machine& machine, const Code& code)
+template <bool rising> void Edge(Processor& processor, const Code& code)
 {
-    const bool before = machine.image.IsOn(code.cell);
-    const bool now = machine.logicResult;
-    machine.image.Write(code.cell, now ? 1 : 0);
-    machine.logicResult = now != before && now == rising;
-    machine.inLogic = true;
+    const bool before = processor.image.IsOn(code.cell);
+    const bool now = processor.logicResult;
+    processor.image.Write(code.cell, now ? 1 : 0);
+    processor.logicResult = now != before && now == rising;
+    processor.inLogic = true;
 }
 
 // Loads and transfers
 
-void LoadValue(Machine& machine, std::uint32_t value)
+void LoadValue(Processor& processor, std::uint32_t value)
 {
-    machine.accumulator2 = machine.accumulator1;
-    machine.accumulator1 = value;
+    processor.accumulator2 = processor.accumulator1;
+    processor.accumulator1 = value;
 }
 
-void Load(Machine& machine, const Code& code)
+void Load(Processor& processor, const Code& code)
 {
-    LoadValue(machine, machine.image.Read(code.cell));
+    LoadValue(processor, processor.image.Read(code.cell));
 }
 
-void LoadConstant(Machine& machine, const Code& code)
+void LoadConstant(Processor& processor, const Code& code)
 {
-    LoadValue(machine, code.number);
+    LoadValue(processor, code.number);
 }
 
-void Transfer(Machine& machine, const Code& code)
+void Transfer(Processor& processor, const Code& code)
 {
-    machine.image.Write(code.cell, machine.accumulator1);
+    processor.image.Write(code.cell, processor.accumulator1);
 }
 
-void Swap(Machine& machine, const Code&)
+void Swap(Processor& processor, const Code&)
 {
-    std::swap(machine.accumulator1, machine.accumulator2);
+    std::swap(processor.accumulator1, processor.accumulator2);
 }
 
-void Extend(Machine& machine, const Code&)
+void Extend(Processor& processor, const Code&)
 {
-    machine.accumulator1 = static_cast<std::uint32_t>(std::int32_t{LowWord(machine.accumulator1)});
+    processor.accumulator1 =
+        static_cast<std::uint32_t>(std::int32_t{LowWord(processor.accumulator1)});
 }
 
 // Arithmetic and comparison
 
 /// Keeps the lowest 16 or 32 bits of a result; overflow tells that it needs more.
-void StoreResult16(Machine& machine, std::int32_t result)
+void StoreResult16(Processor& processor, std::int32_t result)
 {
-    machine.accumulator1 = static_cast<std::uint16_t>(result);
-    machine.overflow = result != LowWord(machine.accumulator1);
+    processor.accumulator1 = static_cast<std::uint16_t>(result);
+    processor.overflow = result != LowWord(processor.accumulator1);
 }
 
-void StoreResult32(Machine& machine, std::int64_t result)
+void StoreResult32(Processor& processor, std::int64_t result)
 {
-    machine.accumulator1 = static_cast<std::uint32_t>(result);
-    machine.overflow = result != Whole(machine.accumulator1);
+    processor.accumulator1 = static_cast<std::uint32_t>(result);
+    processor.overflow = result != Whole(processor.accumulator1);
 }
 
-template <typename Function> void Calculate16(Machine& machine, const Code&)
+template <typename Function> void Calculate16(Processor& processor, const Code&)
 {
     StoreResult16(
-        machine,
+        processor,
         Function()(
-            std::int32_t{LowWord(machine.accumulator2)},
-            std::int32_t{LowWord(machine.accumulator1)}));
+            std::int32_t{LowWord(processor.accumulator2)},
+            std::int32_t{LowWord(processor.accumulator1)}));
 }
 
-template <typename Function> void Calculate32(Machine& machine, const Code&)
+template <typename Function> void Calculate32(Processor& processor, const Code&)
 {
     StoreResult32(
-        machine,
+        processor,
         Function()(
-            std::int64_t{Whole(machine.accumulator2)}, std::int64_t{Whole(machine.accumulator1)}));
+            std::int64_t{Whole(processor.accumulator2)},
+            std::int64_t{Whole(processor.accumulator1)}));
 }
 
-void Divide16(Machine& machine, const Code& code)
+void Divide16(Processor& processor, const Code& code)
 {
-    if (LowWord(machine.accumulator1) == 0) {
-        machine.Stop(StopCause::DivisionByZero);
+    if (LowWord(processor.accumulator1) == 0) {
+        processor.Stop(StopCause::DivisionByZero);
     } else {
-        Calculate16<std::divides<>>(machine, code);
+        Calculate16<std::divides<>>(processor, code);
     }
 }
 
-void Divide32(Machine& machine, const Code& code)
+void Divide32(Processor& processor, const Code& code)
 {
-    if (machine.accumulator1 == 0) {
-        machine.Stop(StopCause::DivisionByZero);
+    if (processor.accumulator1 == 0) {
+        processor.Stop(StopCause::DivisionByZero);
     } else {
-        Calculate32<std::divides<>>(machine, code);
+        Calculate32<std::divides<>>(processor, code);
     }
 }
 
-template <typename Function> void Compare16(Machine& machine, const Code&)
+template <typename Function> void Compare16(Processor& processor, const Code&)
 {
-    machine.logicResult = Function()(LowWord(machine.accumulator2), LowWord(machine.accumulator1));
-    machine.inLogic = true;
+    processor.logicResult =
+        Function()(LowWord(processor.accumulator2), LowWord(processor.accumulator1));
+    processor.inLogic = true;
 }
 
-template <typename Function> void Compare32(Machine& machine, const Code&)
+template <typename Function> void Compare32(Processor& processor, const Code&)
 {
-    machine.logicResult = Function()(Whole(machine.accumulator2), Whole(machine.accumulator1));
-    machine.inLogic = true;
+    processor.logicResult =
+        Function()(Whole(processor.accumulator2), Whole(processor.accumulator1));
+    processor.inLogic = true;
 }
 
 // Timers and counters
 
-template <TimerKind kind> void DriveTimer(Machine& machine, const Code& code)
+template <TimerKind kind> void DriveTimer(Processor& processor, const Code& code)
 {
-    machine.image.TimerAt(code.cell.index)
-        .Drive(kind, machine.logicResult, LowWord(machine.accumulator1));
-    machine.inLogic = false;
+    processor.image.TimerAt(code.cell.index)
+        .Drive(kind, processor.logicResult, LowWord(processor.accumulator1));
+    processor.inLogic = false;
 }
 
-void CountUp(Machine& machine, const Code& code)
+void CountUp(Processor& processor, const Code& code)
 {
-    machine.image.CounterAt(code.cell.index).Up(machine.logicResult);
-    machine.inLogic = false;
+    processor.image.CounterAt(code.cell.index).Up(processor.logicResult);
+    processor.inLogic = false;
 }
 
-void CountDown(Machine& machine, const Code& code)
+void CountDown(Processor& processor, const Code& code)
 {
-    machine.image.CounterAt(code.cell.index).Down(machine.logicResult);
-    machine.inLogic = false;
+    processor.image.CounterAt(code.cell.index).Down(processor.logicResult);
+    processor.inLogic = false;
 }
 
 // Jumps, calls and ends
 
-void JumpWhen(Machine& machine, const Code& code, bool condition)
+void JumpWhen(Processor& processor, const Code& code, bool condition)
 {
-    machine.inLogic = false;
+    processor.inLogic = false;
     if (condition) {
-        machine.JumpTo(code.number);
+        processor.JumpTo(code.number);
     }
 }
 
-void Jump(Machine& machine, const Code& code)
+void Jump(Processor& processor, const Code& code)
 {
-    JumpWhen(machine, code, true);
+    JumpWhen(processor, code, true);
 }
 
-void JumpIf(Machine& machine, const Code& code)
+void JumpIf(Processor& processor, const Code& code)
 {
-    JumpWhen(machine, code, machine.logicResult);
+    JumpWhen(processor, code, processor.logicResult);
 }
 
-void JumpIfNot(Machine& machine, const Code& code)
+void JumpIfNot(Processor& processor, const Code& code)
 {
-    JumpWhen(machine, code, !machine.logicResult);
+    JumpWhen(processor, code, !processor.logicResult);
 }
 
-void JumpIfOverflow(Machine& machine, const Code& code)
+void JumpIfOverflow(Processor& processor, const Code& code)
 {
-    JumpWhen(machine, code, machine.overflow);
+    JumpWhen(processor, code, processor.overflow);
 }
 
-void Call(Machine& machine, const Code& code)
+void Call(Processor& processor, const Code& code)
 {
-    machine.inLogic = false;
-    machine.Call(code.number);
+    processor.inLogic = false;
+    processor.Call(code.number);
 }
 
-void CallIf(Machine& machine, const Code& code)
+void CallIf(Processor& processor, const Code& code)
 {
-    machine.inLogic = false;
-    if (machine.logicResult) {
-        machine.Call(code.number);
+    processor.inLogic = false;
+    if (processor.logicResult) {
+        processor.Call(code.number);
     }
 }
 
-void EndAlways(Machine& machine, const Code&)
+void EndAlways(Processor& processor, const Code&)
 {
-    machine.inLogic = false;
-    machine.EndBlock();
+    processor.inLogic = false;
+    processor.EndBlock();
 }
 
-void EndIf(Machine& machine, const Code&)
+void EndIf(Processor& processor, const Code&)
 {
-    machine.inLogic = false;
-    if (machine.logicResult) {
-        machine.EndBlock();
+    processor.inLogic = false;
+    if (processor.logicResult) {
+        processor.EndBlock();
     }
 }
 
 } // namespace
 
-void RecordResult(Machine& machine, const Code& code)
+void RecordResult(Processor& processor, const Code& code)
 {
-    machine.states[code.number] = {machine.logicResult, std::nullopt};
+    processor.states[code.number] = {processor.logicResult, std::nullopt};
 }
 
-void RecordResultAndAccumulator(Machine& machine, const Code& code)
+void RecordResultAndAccumulator(Processor& processor, const Code& code)
 {
-    machine.states[code.number] = {machine.logicResult, Whole(machine.accumulator1)};
+    processor.states[code.number] = {processor.logicResult, Whole(processor.accumulator1)};
 }
 
 Operation OperationOf(Op op)

@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "processor.h"
 #include "test_plc_support.h"
 
 #include <gtest/gtest.h>

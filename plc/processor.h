@@ -16,12 +16,12 @@
 
 namespace plc {
 
-class Machine;
+class Processor;
 
 /// One instruction, ready to run.
 struct Code
 {
-    void (*run)(Machine& machine, const Code& code);
+    void (*run)(Processor& processor, const Code& code);
     Cell cell;
     std::uint32_t number; ///< Constant, jump target in the block's code, called block, or slot.
     std::uint32_t line;   ///< In the block, from 0.
@@ -33,8 +33,8 @@ using Operation = decltype(Code::run);
 Operation OperationOf(Op op);
 
 /// Stores the registers as the state of the watched step in slot Code::number.
-void RecordResult(Machine& machine, const Code& code);
-void RecordResultAndAccumulator(Machine& machine, const Code& code);
+void RecordResult(Processor& processor, const Code& code);
+void RecordResultAndAccumulator(Processor& processor, const Code& code);
 
 /// The code of each block; each ends with Op::BlockEnd.
 using BlockCodes = std::vector<std::vector<Code>>;
@@ -51,10 +51,10 @@ struct Bracket
     bool negates;
 };
 
-class Machine
+class Processor
 {
 public:
-    Machine(
+    Processor(
         const BlockCodes& blocks,
         plc::Image& image,
         std::vector<StepState>& states,

@@ -1,4 +1,4 @@
-#include "machine.h"
+#include "processor.h"
 
 namespace plc {
 
@@ -12,7 +12,7 @@ constexpr unsigned turnsPerLook = 1024;
 
 } // namespace
 
-Machine::Machine(
+Processor::Processor(
     const BlockCodes& blocks,
     plc::Image& theImage,
     std::vector<StepState>& theStates,
@@ -22,7 +22,7 @@ Machine::Machine(
     m_callers.reserve(maxCallDepth);
 }
 
-std::optional<StopCause> Machine::Run(std::uint32_t block)
+std::optional<StopCause> Processor::Run(std::uint32_t block)
 {
     m_next = {block, 0};
     m_code = &m_blocks[block];
@@ -33,7 +33,7 @@ std::optional<StopCause> Machine::Run(std::uint32_t block)
     return m_stop;
 }
 
-void Machine::JumpTo(std::uint32_t target)
+void Processor::JumpTo(std::uint32_t target)
 {
     if (target >= m_code->size()) {
         Stop(StopCause::JumpOutOfBounds);
@@ -47,7 +47,7 @@ void Machine::JumpTo(std::uint32_t target)
     }
 }
 
-void Machine::Call(std::uint32_t block)
+void Processor::Call(std::uint32_t block)
 {
     if (block >= m_blocks.size()) {
         Stop(StopCause::JumpOutOfBounds);
@@ -66,7 +66,7 @@ void Machine::Call(std::uint32_t block)
     m_code = &m_blocks[block];
 }
 
-void Machine::EndBlock()
+void Processor::EndBlock()
 {
     if (m_callers.empty()) {
         m_ended = true;
@@ -77,13 +77,13 @@ void Machine::EndBlock()
     m_code = &m_blocks[m_next.block];
 }
 
-void Machine::Stop(StopCause cause)
+void Processor::Stop(StopCause cause)
 {
     m_stop = cause;
     m_ended = true;
 }
 
-void Machine::CountTurn()
+void Processor::CountTurn()
 {
     if (++m_turns % turnsPerLook != 0) {
         return;
