@@ -56,11 +56,12 @@ Host::Host(const Options& options, Ground ground)
       m_answers(m_ground.plugin), m_tracedAnswers(m_answers, m_trace), m_recorder(MakeRecorder()),
       m_recordedAnswers(
           options.trace ? static_cast<AnswerSink&>(m_tracedAnswers) : m_answers, m_recorder.get()),
-      m_faults(m_recordedAnswers, options.fault), m_source(MakeSource()),
-      m_tracedRequests(m_source->Requests(), m_trace),
-      m_recordedRequests(options.trace ? m_tracedRequests : m_source->Requests(), m_recorder.get()),
+      m_faults(m_recordedAnswers, options.fault), m_machine(MakeMachine()),
+      m_tracedRequests(m_machine->Requests(), m_trace),
+      m_recordedRequests(
+          options.trace ? m_tracedRequests : m_machine->Requests(), m_recorder.get()),
       m_threads(std::this_thread::get_id()), m_port(m_recordedRequests, m_threads, IsTallScreen()),
-      m_window(m_source->MakeWindow(
+      m_window(m_machine->MakeWindow(
           m_ground.language,
           {[this] { OpenOrClose(); },
            [this](const std::string& language) { m_ground.language = language; }})),
@@ -70,7 +71,7 @@ Host::Host(const Options& options, Ground ground)
           [this] { return ShowsOtherWindow(*m_window); },
           [this] {
               m_window->ShowDebugger(m_session.IsOpen());
-              m_source->OnDebugger(m_session.IsOpen());
+              m_machine->OnDebugger(m_session.IsOpen());
           })
 {
 }
@@ -84,7 +85,7 @@ std::unique_ptr<Recorder> Host::MakeRecorder() const
     return std::make_unique<Recorder>(m_options.record, listing ? *listing : "");
 }
 
-std::unique_ptr<AnswerSource> Host::MakeSource()
+std::unique_ptr<Machine> Host::MakeMachine()
 {
     const auto tick = [this] { m_faults.Tick(); };
     if (m_ground.recording) {
@@ -102,7 +103,7 @@ int Host::Run()
         return true;
     });
     m_window->show();
-    m_source->Start();
+    m_machine->Start();
 
     Glib::signal_timeout().connect([this] { return m_window->Refresh(), true; }, refreshMs);
     Glib::signal_timeout().connect(

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "answer_source.h"
 #include "assembler.h"
 #include "fault_injector.h"
+#include "machine.h"
 #include "options.h"
 #include "port.h"
 #include "recorder.h"
@@ -41,7 +41,7 @@ public:
 
 private:
     std::unique_ptr<Recorder> MakeRecorder() const;
-    std::unique_ptr<AnswerSource> MakeSource();
+    std::unique_ptr<Machine> MakeMachine();
     void OpenOrClose();
     bool OpenDebugger();
     base::Result<void> TryToOpen();
@@ -64,7 +64,7 @@ private:
     const std::unique_ptr<Recorder> m_recorder; ///< Null: nothing is recorded.
     RecordedAnswers m_recordedAnswers;
     FaultInjector m_faults;
-    const std::unique_ptr<AnswerSource> m_source; ///< Its thread uses what stands above.
+    const std::unique_ptr<Machine> m_machine; ///< Its thread uses what stands above.
     TracedRequests m_tracedRequests;
     RecordedRequests m_recordedRequests;
     ThreadRule m_threads;

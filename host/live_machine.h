@@ -1,7 +1,7 @@
 #pragma once
 
-#include "answer_source.h"
 #include "bridge.h"
+#include "machine.h"
 #include "options.h"
 #include "plant.h"
 
@@ -11,7 +11,7 @@
 
 namespace plchost {
 
-class LiveMachine : public AnswerSource
+class LiveMachine : public Machine
 {
 public:
     /// @param answers outlives the machine.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "answer_source.h"
+#include "machine.h"
 #include "player.h"
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace plchost {
 
-class ReplayMachine : public AnswerSource
+class ReplayMachine : public Machine
 {
 public:
     /// @param answers outlives the machine.

@@ -6,20 +6,20 @@
 #include <memory>
 #include <string>
 
-// Who answers the debugger, as the host sees it. GUI thread.
+// What answers the debugger, as the host sees it. GUI thread.
 
 namespace plchost {
 
 /// A machine that runs, or a recording of one: serves the debugger and has a window.
-class AnswerSource
+class Machine
 {
 public:
-    AnswerSource() = default;
-    virtual ~AnswerSource() = default;
-    AnswerSource(const AnswerSource&) = delete;
-    AnswerSource(AnswerSource&&) = delete;
-    AnswerSource& operator=(const AnswerSource&) = delete;
-    AnswerSource& operator=(AnswerSource&&) = delete;
+    Machine() = default;
+    virtual ~Machine() = default;
+    Machine(const Machine&) = delete;
+    Machine(Machine&&) = delete;
+    Machine& operator=(const Machine&) = delete;
+    Machine& operator=(Machine&&) = delete;
 
     virtual RequestHandler& Requests() = 0;
 
