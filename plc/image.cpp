@@ -122,10 +122,10 @@ void Image::Write(const Cell& cell, std::uint32_t value)
 bool Image::IsOn(const Cell& cell) const
 {
     if (cell.kind == Cell::Kind::Timer) {
-        return m_timers[cell.index].Output();
+        return m_timers[cell.index].IsOn();
     }
     if (cell.kind == Cell::Kind::Counter) {
-        return m_counters[cell.index].Output();
+        return m_counters[cell.index].IsOn();
     }
     return ((static_cast<unsigned>(m_bytes[cell.index]) >> cell.bit) & 1U) != 0;
 }

@@ -39,7 +39,7 @@ public:
     void Reset();
     void Advance(std::chrono::milliseconds elapsed);
 
-    bool Output() const { return m_output; }
+    bool IsOn() const { return m_output; }
 
     /// Time left in units of 10 ms, begun ones whole; 0 when it does not run.
     std::uint16_t Value() const;
@@ -69,7 +69,7 @@ public:
     void Reset() { m_value = 0; }
 
     /// On while it counts more than 0.
-    bool Output() const { return m_value > 0; }
+    bool IsOn() const { return m_value > 0; }
 
     std::uint16_t Value() const { return m_value; }
 

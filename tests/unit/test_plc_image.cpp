@@ -142,12 +142,12 @@ TEST(Timer, APulseLastsForItsTimeAtMost)
 
     timer.Drive(TimerKind::Pulse, true, 3);
     timer.Advance(milliseconds{29});
-    const bool during = timer.Output();
+    const bool during = timer.IsOn();
     timer.Advance(milliseconds{1});
     timer.Drive(TimerKind::Pulse, true, 3);
 
     EXPECT_TRUE(during);
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
     EXPECT_EQ(timer.Value(), 0);
 }
 
@@ -158,7 +158,7 @@ TEST(Timer, APulseEndsWithItsInput)
 
     timer.Drive(TimerKind::Pulse, false, 3);
 
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
     EXPECT_EQ(timer.Value(), 0);
 }
 
@@ -168,17 +168,17 @@ TEST(Timer, AnOnDelayComesOnAfterItsTimeAndGoesWithItsInput)
 
     timer.Drive(TimerKind::OnDelay, true, 2);
     timer.Advance(milliseconds{10});
-    const bool before = timer.Output();
+    const bool before = timer.IsOn();
     const auto left = timer.Value();
     timer.Advance(milliseconds{10});
     timer.Drive(TimerKind::OnDelay, true, 2);
-    const bool after = timer.Output();
+    const bool after = timer.IsOn();
     timer.Drive(TimerKind::OnDelay, false, 2);
 
     EXPECT_FALSE(before);
     EXPECT_EQ(left, 1);
     EXPECT_TRUE(after);
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
 }
 
 TEST(Timer, AnOnDelayWhoseInputGoesEarlyNeverComesOn)
@@ -189,7 +189,7 @@ TEST(Timer, AnOnDelayWhoseInputGoesEarlyNeverComesOn)
     timer.Drive(TimerKind::OnDelay, false, 2);
     timer.Advance(milliseconds{50});
 
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
 }
 
 TEST(Timer, AnOffDelayStaysOnForItsTimeAfterTheInput)
@@ -198,15 +198,15 @@ TEST(Timer, AnOffDelayStaysOnForItsTimeAfterTheInput)
 
     timer.Drive(TimerKind::OffDelay, true, 2);
     timer.Advance(milliseconds{500});
-    const bool with = timer.Output();
+    const bool with = timer.IsOn();
     timer.Drive(TimerKind::OffDelay, false, 2);
     timer.Advance(milliseconds{19});
-    const bool during = timer.Output();
+    const bool during = timer.IsOn();
     timer.Advance(milliseconds{1});
 
     EXPECT_TRUE(with);
     EXPECT_TRUE(during);
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
 }
 
 TEST(Timer, AnOffDelayWhoseInputComesBackStartsAfresh)
@@ -219,7 +219,7 @@ TEST(Timer, AnOffDelayWhoseInputComesBackStartsAfresh)
     timer.Drive(TimerKind::OffDelay, true, 2);
     timer.Advance(milliseconds{50});
 
-    EXPECT_TRUE(timer.Output());
+    EXPECT_TRUE(timer.IsOn());
     EXPECT_EQ(timer.Value(), 0);
 }
 
@@ -231,7 +231,7 @@ TEST(Timer, AnOffDelayThatWasResetStillDelaysTheEndOfItsInput)
 
     timer.Drive(TimerKind::OffDelay, false, 2);
 
-    EXPECT_TRUE(timer.Output());
+    EXPECT_TRUE(timer.IsOn());
     EXPECT_EQ(timer.Value(), 2);
 }
 
@@ -243,8 +243,8 @@ TEST(Timer, ATimeOfZeroOrLessIsOverAtOnce)
     pulse.Drive(TimerKind::Pulse, true, 0);
     onDelay.Drive(TimerKind::OnDelay, true, -5);
 
-    EXPECT_FALSE(pulse.Output());
-    EXPECT_TRUE(onDelay.Output());
+    EXPECT_FALSE(pulse.IsOn());
+    EXPECT_TRUE(onDelay.IsOn());
 }
 
 TEST(Timer, ResetEndsItAndItsTimeNeedsANewEdge)
@@ -255,7 +255,7 @@ TEST(Timer, ResetEndsItAndItsTimeNeedsANewEdge)
     timer.Reset();
     timer.Drive(TimerKind::Pulse, true, 10);
 
-    EXPECT_FALSE(timer.Output());
+    EXPECT_FALSE(timer.IsOn());
     EXPECT_EQ(timer.Value(), 0);
 }
 
@@ -270,7 +270,7 @@ TEST(Timer, AWrittenTimeCountsOnlyWhileItRuns)
     running.Advance(milliseconds{10});
 
     EXPECT_EQ(standing.Value(), 0);
-    EXPECT_FALSE(running.Output());
+    EXPECT_FALSE(running.IsOn());
 }
 
 TEST(Counter, CountsRisingEdgesUpAndDown)
@@ -311,7 +311,7 @@ TEST(Counter, SetTakesTheValueAtItsEdgeOnly)
 
     EXPECT_EQ(first, 9);
     EXPECT_EQ(counter.Value(), 0);
-    EXPECT_FALSE(counter.Output());
+    EXPECT_FALSE(counter.IsOn());
 }
 
 } // namespace
