@@ -352,6 +352,25 @@ TEST(ListFileText, IsReadBackAsTheSameOperands)
     EXPECT_TRUE(read == vars);
 }
 
+TEST(ListFileText, OfEveryAreaSizeAndFormatIsReadBack)
+{
+    for (const VarArea& area : varAreas) {
+        for (const VarSize& size : varSizes) {
+            for (const VarFormat& format : varFormats) {
+                if (IsTimerOrCounter(area.value) && size.value != eSizeWord) {
+                    continue; // a line of theirs says no size
+                }
+                const char* address = size.value == eSizeBit ? "4.7" : "4";
+                const int block = area.value == eAreaDb ? 10 : noDataBlock;
+                const PlcDebugVar var =
+                    Operand(area.value, size.value, format.value, address, block);
+                const std::string line = ListFileText({var}).BeforeFirst('\n').ToStdString();
+                ExpectLine({line.c_str(), area.value, size.value, format.value, address, block});
+            }
+        }
+    }
+}
+
 TEST(WriteListFile, WritesUtf8WithoutAByteOrderMark)
 {
     const TempDir dir;
