@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <exception>
 #include <iostream>
 #include <string>
 
@@ -67,9 +68,7 @@ ExitStatus Assemble(const Options& options)
     return exitDone;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int Main(int argc, char** argv)
 {
     Options options;
     CLI::App app{description, "plcasm"};
@@ -83,4 +82,16 @@ int main(int argc, char** argv)
         return *ended;
     }
     return Assemble(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return Main(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "plcasm: " << error.what() << std::endl;
+        return exitCannotWrite;
+    }
 }
