@@ -1,10 +1,12 @@
 #include "debuggertest.h"
+#include "doubleclicktime.h"
 #include "records.h"
 
 #include <gmock/gmock.h>
 #include <wx/textctrl.h>
 
 #include <X11/keysym.h>
+#include <memory>
 
 // The watch page: define, modify, delete, and what requests and answers do.
 
@@ -712,14 +714,21 @@ TEST_F(WatchList4, ADoubleClickOnANameOpensModify)
 
 TEST_F(WatchList4, ADoubleClickOnAValueDoesNothing)
 {
-    DoubleClickCell(2, 1);
-    AwaitThreeTicks();
-    EXPECT_FALSE(OnGui([] { return GridOn(watchPage).IsCellEditControlShown(); }));
+    for (const XKey key :
+         {XKey{XK_Up}, XKey{XK_Down}}) { // Down leads to the cell of the double click
+        ASSERT_TRUE(ChooseValue(1));
+        hands.Press(key);
+        ASSERT_TRUE(Selects({key == XK_Up ? 0 : 2}));
 
-    DoubleClickCell(2, 1); // now the cursor cell
-    AwaitThreeTicks();
-    EXPECT_FALSE(OnGui([] { return GridOn(watchPage).IsCellEditControlShown(); }));
-    EXPECT_EQ(OnGui(SelectedRows), (Rows{2}));
+        DoubleClickCell(2, 1);
+        AwaitThreeTicks();
+        auto time = OnGui([] { return std::make_unique<DoubleClickTime>(); });
+        EXPECT_TRUE(Await("the double-click time over", [&time] { return time->IsOver(); }));
+        OnGui([&time] { time.reset(); });
+
+        EXPECT_FALSE(OnGui([] { return GridOn(watchPage).IsCellEditControlShown(); }));
+        EXPECT_EQ(OnGui(SelectedRows), (Rows{2}));
+    }
 }
 
 TEST_F(WatchList4, AClickOnTheCursorCellKeepsItsRowSelected)

@@ -117,8 +117,11 @@ TEST_F(VarGrid, OpensTheModifyDialogByADoubleClickOnAName)
 
 TEST_F(VarGrid, DoesNothingAtADoubleClickOnAValue)
 {
-    GoTo(0, 0);
-    for (int times = 0; times < 2; ++times) { // the second time it is the cursor's own cell
+    for (const int row : {0, 1}) { // the second one is the row of the double click
+        ClickCell(*grid, 3, varColumnOperand);
+        ExpectCursor(3, varColumnOperand);
+        GoTo(row, varColumnValue);
+
         DoubleClickAndSettle(1, varColumnValue);
 
         ExpectSelected({{1, 1}});
@@ -210,14 +213,14 @@ TEST_F(VarGrid, OpensNoEditorByAShiftClickOnTheCursorsOwnCell)
     EXPECT_FALSE(grid->IsCellEditControlShown());
 }
 
-TEST_F(VarGrid, SelectsSeveralRowsByAShiftClickWithTheCtrlKeyHeldToo)
+TEST_F(VarGrid, TakesAClickWithShiftAndCtrlForAPlainOne)
 {
     ClickCell(*grid, 1, 0);
     ExpectSelected({{1, 1}});
 
     ClickCell(*grid, 3, 0, wxMOD_SHIFT | wxMOD_CONTROL);
 
-    ExpectSelected({{1, 3}});
+    ExpectSelected({{3, 3}});
 }
 
 TEST_F(VarGrid, TakesAPressWhereTheEdgeOfAColumnHasMovedAwayFromThePointer)
