@@ -99,9 +99,21 @@ TEST_F(VarGrid, SelectsARowInItsFirstSelectionModeToo)
     ClickAndWait(*define, [this] { return grid->GetNumberRows() == 1; });
     Select({});
 
-    ClickCell(*grid, 0, 2);
+    ClickCell(*grid, 0, varColumnValue);
 
     ExpectSelected({{0, 0}});
+    EXPECT_EQ(grid->GetSelectedBlocks().begin()->GetRightCol(), varColumnCount - 1);
+}
+
+TEST_F(VarGrid, SelectsAClickedRowAlsoAfterADelete)
+{
+    ClickCell(*grid, 1, 0);
+    ExpectSelected({{1, 1}});
+    ClickAndWait(*remove, [this] { return grid->GetNumberRows() == 3; });
+
+    ClickCell(*grid, 2, 0);
+
+    ExpectSelected({{2, 2}});
 }
 
 TEST_F(VarGrid, OpensTheModifyDialogByADoubleClickOnAName)
