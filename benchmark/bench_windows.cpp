@@ -1,3 +1,4 @@
+#include "gridinframe.h"
 #include "measure.h"
 #include "pages.h"
 #include "plcdebug.h"

@@ -1,3 +1,4 @@
+#include "gridinframe.h"
 #include "pages.h"
 #include "plcprgpanel_state.h"
 #include "random_steps.h"

@@ -1,6 +1,7 @@
 #include "pages.h"
 
 #include "descendants.h"
+#include "gridinframe.h"
 #include "plcvarpanel_file.h"
 #include "waitfor.h"
 
@@ -52,34 +53,6 @@ GridPicture PictureOf(const wxGrid& grid, int firstRow, int lastRow)
 GridPicture PictureOf(const wxGrid& grid)
 {
     return PictureOf(grid, 0, grid.GetNumberRows() - 1);
-}
-
-void ScrollToRow(wxGrid& grid, int row)
-{
-    int unused = 0;
-    int unitHeight = 0;
-    grid.GetScrollPixelsPerUnit(&unused, &unitHeight);
-    grid.Scroll(0, row * grid.GetDefaultRowSize() / unitHeight);
-}
-
-void SendSize(wxGrid& grid)
-{
-    wxSizeEvent size(grid.GetSize(), grid.GetId());
-    size.SetEventObject(&grid);
-    grid.ProcessWindowEvent(size);
-}
-
-wxFrame* ShownFrame(const wxString& title)
-{
-    auto* frame =
-        new wxFrame(nullptr, wxID_ANY, title, wxDefaultPosition, wxSize(frameWidth, frameHeight));
-    frame->CreateStatusBar(1);
-    frame->Show();
-    if (!WaitFor("window", [frame] { return frame->IsShownOnScreen(); })) {
-        std::abort();
-    }
-    WaitThreeTicks(); // no further size comes from the window manager
-    return frame;
 }
 
 void FinishLayout(wxFrame& frame)

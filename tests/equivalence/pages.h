@@ -36,15 +36,6 @@ GridPicture PictureOf(const wxGrid& grid, int firstRow, int lastRow);
 /// With all rows.
 GridPicture PictureOf(const wxGrid& grid);
 
-/// Scrolls so that a row is the upper one, as far as there are rows; sends no event.
-void ScrollToRow(wxGrid& grid, int row);
-
-/// Sends a grid a size event with the size that it has.
-void SendSize(wxGrid& grid);
-
-/// A frame on the screen with nothing in it.
-wxFrame* ShownFrame(const wxString& title);
-
 /// Lets the toolkit finish laying out a frame: scroll bars come and go a picture later than the
 /// size that makes them do so, and that may be earlier on one page than on the other.
 void FinishLayout(wxFrame& frame);

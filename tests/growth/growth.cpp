@@ -1,11 +1,12 @@
 #include "debugfile.h"
 #include "descendants.h"
-#include "pages.h"
+#include "gridinframe.h"
 #include "plcdebugframe_drain.h"
 #include "plcprggrid.h"
 #include "plcprgpanel.h"
 #include "recordinghost.h"
 #include "records.h"
+#include "tempdir.h"
 #include "waitfor.h"
 
 #include <gtk/gtk.h>
