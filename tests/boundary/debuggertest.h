@@ -117,7 +117,7 @@ protected:
     // The operator at a dialog
 
     /// Waits until this dialog is the innermost one, on the screen, and has the keyboard.
-    /// @param what as Watch::Expect() has it.
+    /// @param what as InWords() has it.
     testing::AssertionResult DialogOpens(const std::string& what);
 
     /// Clicks on a button of the innermost dialog: wxID_OK, wxID_CANCEL, wxID_YES, wxID_NO. Waits

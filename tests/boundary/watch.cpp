@@ -1,10 +1,9 @@
 #include "watch.h"
 
 #include "complaints.h"
+#include "dialogwords.h"
 
 #include <wx/debug.h>
-#include <wx/filedlg.h>
-#include <wx/msgdlg.h>
 
 #include <algorithm>
 #include <mutex>
@@ -44,20 +43,6 @@ KeepComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpoint
         Complain(complaint);
     }
     return g_log_writer_default(level, fields, count, nullptr);
-}
-
-std::string Describe(wxDialog& dialog)
-{
-    if (auto* message = dynamic_cast<wxMessageDialog*>(&dialog)) {
-        const bool question = (message->GetMessageDialogStyle() & wxYES_NO) != 0;
-        return (wxString(question ? "question" : "message") + " [" + message->GetCaption() + "] " +
-                message->GetMessage())
-            .utf8_string();
-    }
-    if (auto* file = dynamic_cast<wxFileDialog*>(&dialog)) {
-        return ("file dialog [" + file->GetMessage() + "]").utf8_string();
-    }
-    return ("dialog [" + dialog.GetTitle() + "]").utf8_string();
 }
 
 } // namespace
@@ -166,7 +151,7 @@ int Watch::Enter(wxDialog* dialog)
     const bool announced = std::any_of(
         m_seen.begin(), m_seen.end(), [dialog](const Seen& seen) { return seen.dialog == dialog; });
     if (!announced) {
-        m_seen.push_back({dialog, Describe(*dialog), m_expectAll});
+        m_seen.push_back({dialog, InWords(*dialog).utf8_string(), m_expectAll});
     }
     return wxID_NONE;
 }

@@ -24,12 +24,11 @@ public:
     /// @return the innermost open dialog; null when none is open.
     wxDialog* Innermost();
 
-    /// @return the innermost open dialog as Expect() has it; empty when none is open.
+    /// @return the innermost open dialog as InWords() has it; empty when none is open.
     std::string InnermostInWords();
 
     /// Marks the innermost open dialog as expected when it reads @p what.
-    /// @param what "message [caption] words", "question [caption] words", "file dialog [words]" or
-    ///        "dialog [title]".
+    /// @param what as InWords() has it.
     bool Expect(const std::string& what);
 
     /// From now on no dialog is unexpected.

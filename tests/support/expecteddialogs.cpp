@@ -1,5 +1,6 @@
 #include "expecteddialogs.h"
 
+#include "dialogwords.h"
 #include "waitfor.h"
 
 #include <glib.h>
@@ -13,24 +14,6 @@
 #include <ostream>
 
 namespace {
-
-wxString BoxInWords(const char* kind, const wxString& caption, const wxString& words)
-{
-    return wxString(kind) + " [" + caption + "] " + words;
-}
-
-wxString Describe(wxDialog& dialog)
-{
-    if (auto* message = dynamic_cast<wxMessageDialog*>(&dialog)) {
-        const bool question = (message->GetMessageDialogStyle() & wxYES_NO) != 0;
-        return BoxInWords(
-            question ? "question" : "message", message->GetCaption(), message->GetMessage());
-    }
-    if (auto* file = dynamic_cast<wxFileDialog*>(&dialog)) {
-        return "file dialog [" + file->GetMessage() + "]";
-    }
-    return "dialog [" + dialog.GetTitle() + "]";
-}
 
 int aliveCount = 0;
 
@@ -103,7 +86,7 @@ gboolean Operate(gpointer data)
 {
     const std::unique_ptr<Operation> operation(static_cast<Operation*>(data));
     wxDialog& dialog = *operation->dialog;
-    const wxString what = Describe(dialog);
+    const wxString what = InWords(dialog);
     const Ending ending(dialog);
     EXPECT_TRUE(WaitFor((what + " on the screen and active").ToStdString(), [&] {
         return ending.Ended() || IsActive(dialog);
@@ -190,8 +173,8 @@ void ExpectedDialogs::Dialog(const wxString& title, const std::function<void(wxD
 void ExpectedDialogs::ExpectAnswered(const wxString& what, int answer)
 {
     m_expected.push_back({what, [what, answer](wxDialog& dialog) {
-                              return Describe(dialog) == what ? std::optional<int>(answer)
-                                                              : std::nullopt;
+                              return InWords(dialog) == what ? std::optional<int>(answer)
+                                                             : std::nullopt;
                           }});
 }
 
@@ -200,7 +183,7 @@ void ExpectedDialogs::ExpectOpened(
 {
     m_expected.push_back(
         {what, [what, operate](wxDialog& dialog) -> std::optional<int> {
-             if (Describe(dialog) != what) {
+             if (InWords(dialog) != what) {
                  return std::nullopt;
              }
              g_idle_add(
@@ -218,7 +201,7 @@ int ExpectedDialogs::Enter(wxDialog* dialog)
     const std::optional<int> answer =
         m_expected.empty() ? std::nullopt : m_expected.front().meet(*dialog);
     if (!answer) {
-        ADD_FAILURE() << "unexpected " << Describe(*dialog) << "; expected: "
+        ADD_FAILURE() << "unexpected " << InWords(*dialog) << "; expected: "
                       << (m_expected.empty() ? wxString("none") : m_expected.front().what);
         return wxID_CANCEL;
     }
