@@ -1,4 +1,7 @@
+#include "debugfile.h"
 #include "debugframe.h"
+#include "descendants.h"
+#include "plcprggrid.h"
 #include "plcprgpanel.h"
 #include "useractions.h"
 #include "waitfor.h"
@@ -124,6 +127,7 @@ TEST_F(DebugFrame, OpensWithoutAConfiguration)
 
     EXPECT_EQ(grid->GetNumberRows(), 0);
     EXPECT_FALSE(frame->GetTitle().empty()); // the built-in English texts
+    EXPECT_FALSE(notebook->GetPageText(0).empty());
 }
 
 TEST_F(DebugFrame, SaysThatItsLastFileIsMissingAndGoesOn)
@@ -168,6 +172,25 @@ TEST_F(DebugFrame, HasTheMenusOfItsTexts)
             "5009 T67 T67"));
 }
 
+TEST_F(DebugFrame, GivesEveryItemTheLetterOfItsOwnText)
+{
+    WriteNumberedTexts(
+        dir.Path(), {{51, "N"}, {54, "O"}, {57, "W"}, {60, "S"}, {63, "A"}, {103, "Q"}, {66, "I"}});
+    Configure();
+    Open();
+
+    const auto label = [this](int item) {
+        return frame->GetMenuBar()->FindItem(item)->GetItemLabel();
+    };
+    EXPECT_EQ(label(wxID_NEW), "T50\tCtrl-N");
+    EXPECT_EQ(label(wxID_OPEN), "T53\tCtrl-O");
+    EXPECT_EQ(label(wxID_CLOSE), "T56\tCtrl-W");
+    EXPECT_EQ(label(wxID_SAVE), "T59\tCtrl-S");
+    EXPECT_EQ(label(wxID_SAVEAS), "T62\tCtrl-A");
+    EXPECT_EQ(label(wxID_EXIT), "T102\tCtrl-Q");
+    EXPECT_EQ(label(wxID_HELP), "T67\tCtrl-I");
+}
+
 TEST_F(DebugFrame, GivesAcceleratorsToItemsWithALetter)
 {
     WriteNumberedTexts(dir.Path(), {{51, "N"}, {54, "..."}, {57, ""}, {60, "s"}, {66, "I"}}, {63});
@@ -185,6 +208,19 @@ TEST_F(DebugFrame, GivesAcceleratorsToItemsWithALetter)
     EXPECT_EQ(key(wxID_SAVE), 'S');
     EXPECT_EQ(key(wxID_SAVEAS), 0);
     EXPECT_EQ(key(wxID_HELP), 'I');
+}
+
+TEST_F(DebugFrame, ObeysNoAcceleratorOfTheToolkitsOwn)
+{
+    OpenOn(threeVars);
+
+    for (const char letter : {'N', 'O', 'W', 'S', 'Q'}) {
+        PressKey(letter, wxMOD_CONTROL);
+    }
+    WaitThreeTicks();
+
+    EXPECT_EQ(grid->GetNumberRows(), 3);
+    EXPECT_TRUE(frame->IsShown());
 }
 
 TEST_F(DebugFrame, ObeysItsAccelerators)
@@ -240,6 +276,24 @@ TEST_F(DebugFrame, ShowsTheInfoDialog)
     Choose(wxID_HELP);
 
     EXPECT_TRUE(dialogs.AllShown());
+}
+
+// ---- The program page
+
+TEST_F(DebugFrame, AsksForTheRowsOfAScrolledProgramPageAtATick)
+{
+    dir.Write("prog_plcdbgi.dat", DebugFile({{"OB 1", 0, ExecutableLines(100)}}));
+    Configure();
+    Open();
+    notebook->SetSelection(1);
+    ASSERT_TRUE(WaitFor("subscribed", [this] { return !host.requests.empty(); }));
+    host.requests.clear();
+
+    ASSERT_TRUE(Focus(*FirstOf<PlcPrgGrid>(*frame)->GetGridWindow()));
+    PressKey(WXK_END, wxMOD_CONTROL);
+
+    ASSERT_TRUE(WaitFor("request", [this] { return !host.requests.empty(); }));
+    EXPECT_THAT(host.InWords(), ElementsAre(testing::HasSubstr("..99 ")));
 }
 
 // ---- The drain

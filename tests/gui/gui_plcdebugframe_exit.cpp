@@ -129,10 +129,24 @@ TEST_F(DebugFrame, SendsNoTypedValueWhenItIsClosed)
     EXPECT_THAT(host.InWords(), ElementsAre("release 0", "release 1", "release 2"));
 }
 
-TEST_F(DebugFrame, StopsNoProgramStateFromAPageThatIsNotShown)
+TEST_F(DebugFrame, StopsTheProgramStateAfterTheReleases)
 {
     OpenOn(threeVars);
-    ASSERT_FALSE(notebook->GetPage(1)->IsShown());
+    notebook->SetSelection(1);
+    ASSERT_TRUE(WaitFor("subscribed", [this] { return !host.TakeInWords().empty(); }));
+
+    Choose(wxID_EXIT);
+
+    EXPECT_THAT(host.InWords(), ElementsAre("release 0", "release 1", "release 2", "stop"));
+}
+
+TEST_F(DebugFrame, StopsNoProgramStateFromAPageThatIsNoLongerShown)
+{
+    OpenOn(threeVars);
+    notebook->SetSelection(1);
+    ASSERT_TRUE(WaitFor("subscribed", [this] { return !host.TakeInWords().empty(); }));
+    notebook->SetSelection(0);
+    ASSERT_TRUE(WaitFor("stopped", [this] { return !host.TakeInWords().empty(); }));
 
     Choose(wxID_EXIT);
 

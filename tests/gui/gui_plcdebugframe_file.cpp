@@ -1,4 +1,5 @@
 #include "debugframe.h"
+#include "useractions.h"
 
 #include <gmock/gmock.h>
 #include <wx/filedlg.h>
@@ -67,6 +68,19 @@ TEST_F(DebugFrame, AsksWhetherToSaveBeforeNew)
     }
 }
 
+TEST_F(DebugFrame, TakesTheEscapeKeyForANo)
+{
+    OpenOn(threeVars);
+    ChangeList();
+    dialogs.OpenedQuestion("T79", "T78", [](wxDialog&) { PressKey(WXK_ESCAPE); });
+
+    Choose(wxID_NEW);
+
+    EXPECT_TRUE(dialogs.AllShown());
+    EXPECT_EQ(dir.Read("last.plc"), threeVars);
+    EXPECT_EQ(grid->GetNumberRows(), 0);
+}
+
 TEST_F(DebugFrame, AsksNothingWhenNothingHasChanged)
 {
     OpenOn(threeVars);
@@ -126,6 +140,20 @@ TEST_F(DebugFrame, KeepsTheListEmptyAndItsFileNameWhenOpenIsCancelled)
     ChangeList();
     Choose(wxID_SAVE);
     EXPECT_EQ(dir.Read("last.plc"), "MB8/D\n");
+}
+
+TEST_F(DebugFrame, OpensFileDialogsWhereItsLastFileLies)
+{
+    std::filesystem::create_directory(dir.Path() / "lists");
+    Configure(dir.Write("lists/last.plc", threeVars));
+    Open();
+    dialogs.File("T76", std::nullopt, [this](wxFileDialog& dialog) {
+        EXPECT_EQ(dialog.GetDirectory(), dir.File("lists"));
+    });
+
+    Choose(wxID_OPEN);
+
+    EXPECT_TRUE(dialogs.AllShown());
 }
 
 TEST_F(DebugFrame, OpensEveryFileDialogInTheSameDirectory)

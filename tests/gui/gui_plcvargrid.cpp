@@ -308,6 +308,7 @@ TEST_F(VarGrid, DoesNothingByEnterWithTwoRowsSelectedOrNone)
             PressAndSettle(WXK_RETURN);
 
             EXPECT_FALSE(grid->IsCellEditControlShown());
+            EXPECT_EQ(Selected(), rows);
             ExpectCursor(1, column);
         }
     }

@@ -91,6 +91,26 @@ TEST_F(VarGrid, ShowsAParseErrorInTheLastRowToo)
     EXPECT_EQ(Status(), "");
 }
 
+TEST_F(VarGrid, ShowsParseErrorsOfTextsWithWrongPlaceholdersSafely)
+{
+    struct Refusal
+    {
+        const char* typed;
+        const char* shown;
+    };
+
+    texts.Change({{89, "%n%s%d"}, {100, "%s"}, {106, "%d %d"}});
+    for (const Refusal& refusal :
+         {Refusal{"x", "%n%s%d"}, Refusal{"128", "%s 127"}, Refusal{"-129", "%d %d -128"}}) {
+        OpenEditor(0);
+        TypeValue(refusal.typed);
+
+        PressAndWaitForEnd(WXK_RETURN);
+
+        EXPECT_EQ(Status(), refusal.shown);
+    }
+}
+
 TEST_F(VarGrid, ClearsAParseErrorAtTheNextButton)
 {
     OpenEditor(0);
@@ -132,12 +152,18 @@ TEST_F(VarGrid, SendsNothingAtEscape)
 
 TEST_F(VarGrid, SendsNothingForAnUnchangedEdit)
 {
-    OpenEditor(0);
+    for (const bool typedAgain : {false, true}) {
+        OpenEditor(0);
+        if (typedAgain) {
+            TypeValue("1");
+        }
 
-    PressAndWaitForEnd(WXK_RETURN);
+        PressAndWaitForEnd(WXK_RETURN);
 
-    EXPECT_THAT(host.InWords(), IsEmpty());
-    EXPECT_EQ(Status(), "");
+        EXPECT_THAT(host.InWords(), IsEmpty());
+        EXPECT_EQ(Cell(0, 1), "1");
+        EXPECT_EQ(Status(), "");
+    }
 }
 
 TEST_F(VarGrid, RefusesEditingInItsOuterColumns)
@@ -150,6 +176,41 @@ TEST_F(VarGrid, RefusesEditingInItsOuterColumns)
         EXPECT_FALSE(grid->IsCellEditControlShown());
     }
     EXPECT_FALSE(grid->IsReadOnly(0, varColumnValue));
+}
+
+// ---- Buttons while a value is being typed
+
+TEST_F(VarGrid, ThrowsATypedValueAwayWhenItsVariableIsDeleted)
+{
+    OpenEditor(0);
+    TypeValue("42");
+
+    ClickAndWait(*remove, [this] { return grid->GetNumberRows() == 3; });
+
+    EXPECT_THAT(Column(0), ElementsAre("MW 2", "MD 4", "MB 8"));
+    EXPECT_THAT(host.InWords(), ElementsAre("release 0"));
+}
+
+TEST_F(VarGrid, SendsATypedValueBeforeAVariableIsDefined)
+{
+    OpenEditor(0);
+    TypeValue("42");
+    ExpectAddress("T9", "6");
+
+    ClickAndWait(*define, [this] { return grid->GetNumberRows() == 5; });
+
+    EXPECT_THAT(host.InWords(), ElementsAre("write MB1=42", "read 4 MB6", "start 4"));
+}
+
+TEST_F(VarGrid, SendsATypedValueToTheOldVariableBeforeItIsModified)
+{
+    OpenEditor(0);
+    TypeValue("42");
+    ExpectAddress("T91", "6");
+
+    ClickAndWait(*modify, [this] { return Cell(0, 0) == "MB 6"; });
+
+    EXPECT_THAT(host.InWords(), ElementsAre("write MB1=42", "release 0", "read 0 MB6", "start 0"));
 }
 
 // ---- Answers while a value is being typed

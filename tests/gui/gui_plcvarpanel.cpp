@@ -144,6 +144,7 @@ TEST_F(VarPanel, RegistersADefinedVariableAndShowsAQuestionMark)
     EXPECT_THAT(Column(0), ElementsAre("A 3.5"));
     EXPECT_THAT(Column(1), ElementsAre("?"));
     EXPECT_THAT(Column(2), ElementsAre("T32"));
+    EXPECT_THAT(Selected(), ElementsAre(Pair(0, 0)));
     EXPECT_TRUE(panel->IsModified());
     EXPECT_TRUE(WaitFor("keyboard in the grid", [this] { return GridHasKeyboard(); }));
 }

@@ -121,6 +121,16 @@ TEST_F(SettingsDialog, NamesTheFaultOfEveryAddress)
     }
 }
 
+TEST_F(SettingsDialog, ShowsARefusalWhoseTextHasWrongPlaceholdersSafely)
+{
+    texts.Change({{88, "100% sure %d"}});
+    dialogs.Message("T97", "100% sure %d 64");
+
+    EXPECT_FALSE(Record(eAreaInput, eSizeByte, eFormatDecimal).CheckVarAddress("64", true));
+
+    EXPECT_TRUE(dialogs.AllShown());
+}
+
 TEST_F(SettingsDialog, ShowsNothingForAnAddressThatIsRefusedInSilence)
 {
     PlcDebugVar badArea = Record(eAreaFlag, eSizeByte, eFormatDecimal);
