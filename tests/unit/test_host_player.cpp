@@ -299,6 +299,19 @@ TEST_F(PlayerTest, RewoundItPlaysFromTheBeginning)
     EXPECT_THAT(Values(), ElementsAre(Pair(3, 10)));
 }
 
+TEST_F(PlayerTest, RewoundItKnowsNoValueOfLater)
+{
+    RecordTwoValues();
+    Play();
+    player->Advance(start + 2s);
+
+    player->Rewind();
+
+    player->Request(PlcMakeReadRequest(3, "MW20"));
+    player->Advance(start + 1h);
+    EXPECT_THAT(Values(), IsEmpty());
+}
+
 TEST_F(PlayerTest, ARecordingWithoutEventsHasNothingToSay)
 {
     Play().Request(PlcMakeReadRequest(3, "MW20"));

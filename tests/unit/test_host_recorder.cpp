@@ -59,6 +59,18 @@ TEST_F(RecorderTest, EveryEventIsInTheFileWhileItIsStillBeingMade)
     EXPECT_EQ(recording.events[1].bytes, CountingBytes(&answer));
 }
 
+TEST_F(RecorderTest, NothingIsLeftOfAnOlderAndLongerRecording)
+{
+    Recorder(file, std::string(1000, 'x'));
+
+    Recorder(file, "listing");
+
+    const Recording recording = Read();
+    EXPECT_EQ(recording.listing, "listing");
+    EXPECT_EQ(recording.remark, "");
+    EXPECT_THAT(recording.events, SizeIs(0));
+}
+
 TEST_F(RecorderTest, AnswersPassOnAndTheirFateIsRecorded)
 {
     Recorder recorder(file, "listing");

@@ -74,6 +74,27 @@ TEST(DescribeAnswer, SurvivesARangeThatOverflows)
         DescribeAnswer(AnswerKind::ProgramState, &answer), HasSubstr("-2147483648..2147483647"));
 }
 
+TEST(Trace, EveryLineLeavesAtOnce)
+{
+    struct Buffer : std::stringbuf
+    {
+        int sync() override
+        {
+            left = str();
+            return 0;
+        }
+
+        std::string left;
+    } buffer;
+
+    std::ostream out(&buffer);
+    Trace trace(out);
+
+    trace.Request(PlcMakeReadRequest(5, "EB10"));
+
+    EXPECT_THAT(buffer.left, EndsWith("-> read    key 5  EB10\n"));
+}
+
 TEST(TracedAnswers, PassOnTheAnswerAndWhetherItWasTaken)
 {
     std::ostringstream out;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -226,4 +228,86 @@ TEST(KtValueQueue, TwoReadersNeverTakeTheSameElement)
     reader.join();
 
     EXPECT_EQ(first + second, 2 * valuesOfASender);
+}
+
+TEST(KtValueQueue, TakingAllWhileFourThreadsPushLosesNothingAndKeepsTheOrderOfEach)
+{
+    KtValueQueue<Numbered> queue;
+    std::atomic<int> stillPushing = senders;
+    std::vector<std::thread> threads;
+    threads.reserve(senders);
+    for (int sender = 0; sender < senders; ++sender) {
+        threads.emplace_back([&queue, &stillPushing, sender] {
+            PushAll(queue, sender);
+            --stillPushing;
+        });
+    }
+
+    std::array<int, senders> taken = {};
+    int outOfOrder = 0;
+    bool isLast = false;
+    while (!isLast) {
+        isLast = stillPushing == 0;
+        const KtValueArray<Numbered> all = queue.TakeAll();
+        for (std::size_t i = 0; i < all.GetCount(); ++i) {
+            int& next = taken.at(static_cast<std::size_t>(all[i].sender));
+            outOfOrder += all[i].number == next ? 0 : 1;
+            ++next;
+        }
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+
+    EXPECT_EQ(outOfOrder, 0);
+    for (const int count : taken) {
+        EXPECT_EQ(count, valuesOfASender);
+    }
+}
+
+TEST(KtValueQueue, AllIsTakenOnlyOnceAPopHasEnded)
+{
+    struct Value
+    {
+        Value() = default;
+
+        explicit Value(int itsNumber) : number(itsNumber) {}
+
+        Value(const Value&) = default;
+
+        Value& operator=(const Value& other)
+        {
+            number = other.number;
+            whileCopied();
+            return *this;
+        }
+
+        int number = 0;
+        std::function<void()> whileCopied = [] {};
+    };
+
+    KtValueQueue<Value> queue;
+    queue.Push(Value(1));
+    queue.Push(Value(2));
+    std::atomic<bool> isTaking = false;
+    KtValueArray<Value> all;
+    std::thread taker;
+    Value popped;
+    popped.whileCopied = [&] {
+        taker = std::thread([&] {
+            isTaking = true;
+            all = queue.TakeAll();
+        });
+        constexpr int turns = 1000; // more than enough for one who does not wait for the lock
+        for (int turn = 0; !isTaking || turn < turns; ++turn) {
+            std::this_thread::yield();
+        }
+    };
+
+    queue.Pop(popped);
+
+    taker.join();
+    EXPECT_EQ(popped.number, 1);
+    ASSERT_EQ(all.GetCount(), 1U);
+    EXPECT_EQ(all[0].number, 2);
 }

@@ -273,6 +273,16 @@ TEST(Timer, AWrittenTimeCountsOnlyWhileItRuns)
     EXPECT_FALSE(running.IsOn());
 }
 
+TEST(Timer, AWrittenTimeIsTheLargestAtMost)
+{
+    Timer timer;
+    timer.Drive(TimerKind::Pulse, true, 1000);
+
+    timer.SetValue(plc::maxCount + 1);
+
+    EXPECT_EQ(timer.Value(), plc::maxCount);
+}
+
 TEST(Counter, CountsRisingEdgesUpAndDown)
 {
     Counter counter;
