@@ -2,7 +2,9 @@
 #include "debugframe.h"
 #include "descendants.h"
 #include "plcprggrid.h"
+#include "plcprggrid_table.h"
 #include "plcprgpanel.h"
+#include "records.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -329,6 +331,39 @@ TEST_F(DebugFrame, KeepsAnswersBackWhileAFileIsBeingLoaded)
     EXPECT_TRUE(WaitFor("answers", [this] {
         return Column(1) == std::vector<std::string>{"5", "5"};
     }));
+}
+
+TEST_F(DebugFrame, ShowsAnswersAlsoInAListThatWasTooLong)
+{
+    OpenOn(threeVars);
+    std::string lines;
+    for (int line = 0; line < MAX_WATCH_VARS + 2; ++line) {
+        lines += "MB1/D\n";
+    }
+    dialogs.Message("T99", "T98 20");
+    panel->LoadFile(dir.Write("long.plc", lines));
+
+    Answer(3, 5);
+
+    EXPECT_TRUE(WaitFor("answer", [this] { return Column(1)[0] == "5"; }));
+    dialogs.Question("T79", "T78", wxID_NO);
+    Destroy();
+}
+
+TEST_F(DebugFrame, ShowsTheLatestOfSeveralProgramStatesAtTheSameTick)
+{
+    Configure();
+    Open();
+    notebook->SetSelection(1);
+    const auto* program = FirstOf<PlcPrgGrid>(*frame);
+    for (const int value : {1, 2}) {
+        const CMD_DATA answer = PrgStateAnswerRecord(0, 2, {{1, value}, {1, value}, {1, value}});
+        frame->ProcessAnswerPrgState(reinterpret_cast<const unsigned char*>(&answer));
+    }
+
+    const auto shown = [program] { return program->GetCellValue(0, PrgColumnValue); };
+    ASSERT_TRUE(WaitFor("a value", [&] { return shown() != "-"; }));
+    EXPECT_EQ(shown(), "2");
 }
 
 TEST_F(DebugFrame, TakesAnAnswerAtAnyAlignmentAndOfAnyLength)

@@ -205,6 +205,22 @@ TEST_F(Modal, AnOpenQuestionThatIsEndedIsANo)
     EXPECT_FALSE(AskYesNo(nullptr, TextId::SaveQuestionCaption, TextId::SaveQuestion));
 }
 
+TEST_F(Modal, ADialogThatIsEndedBeforeItCouldOpenNeverOpens)
+{
+    HostLoopOutlives([] {
+        g_idle_add_full(
+            G_PRIORITY_HIGH,
+            [](gpointer /*unused*/) -> gboolean {
+                EndOpenDialogs();
+                return G_SOURCE_REMOVE;
+            },
+            nullptr,
+            nullptr);
+        PlainDialog dialog;
+        EXPECT_EQ(RunModal(dialog), wxID_CANCEL);
+    });
+}
+
 TEST_F(Modal, EndingNothingIsHarmless)
 {
     EndOpenDialogs();
@@ -252,6 +268,18 @@ TEST_F(Modal, WorkWaitsUntilNoCallOutIsAlive)
         EXPECT_FALSE(pendingWorkDone);
     }
     EXPECT_FALSE(pendingWorkDone);
+    EXPECT_TRUE(WaitFor("work", [] { return pendingWorkDone; }));
+}
+
+TEST_F(Modal, WorkWaitsForACallOutThatBeganMeanwhile)
+{
+    pendingWorkDone = false;
+    PlcCallOut::RunWhenNoneActive(PendingWork);
+    {
+        const PlcCallOut callOut;
+        RunPending();
+        EXPECT_FALSE(pendingWorkDone);
+    }
     EXPECT_TRUE(WaitFor("work", [] { return pendingWorkDone; }));
 }
 

@@ -320,6 +320,20 @@ TEST_F(PlcPrgGridTest, TheScrollBarDrawnFromEndToEndLeadsToTheLastRows)
     EXPECT_THAT(VisibleRange(), testing::HasSubstr("..1999 "));
 }
 
+TEST_F(PlcPrgGridTest, AThumbThatIsStillHeldLeadsToARequestAtTheNextTick)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(2000)}});
+    Tick();
+    wxScrollWinEvent held(wxEVT_SCROLLWIN_THUMBTRACK, 300, wxVERTICAL);
+    held.SetEventObject(m_grid);
+
+    m_grid->ProcessWindowEvent(held);
+    ASSERT_TRUE(WaitFor("scrolled", [&] { return TopRow() > 0; }));
+    Tick();
+
+    EXPECT_EQ(TakeRequests(), Words{VisibleRange()});
+}
+
 TEST_F(PlcPrgGridTest, AnswersThatArriveWhileTheViewMovesReachOnlyTheirOwnRows)
 {
     OpenOnPage({{"OB1", 0, ExecutableLines(2000)}});
