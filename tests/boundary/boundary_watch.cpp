@@ -549,6 +549,8 @@ TEST_F(WhileEditing, NewOfAChangedListDiscardsTheTypedTextBeforeItAsks)
 
     ChooseMenu(wxID_NEW);
 
+    ASSERT_TRUE(DialogOpens("question [T79] T78"));
+    EXPECT_EQ(OnGui(Typed), "(closed)");
     EXPECT_TRUE(AnswerDialog("question [T79] T78", wxID_NO));
     EXPECT_TRUE(Requests({"release 0", "release 1", "release 2", "release 3", "release 4"}));
     EXPECT_TRUE(SendsNothing());
