@@ -1,12 +1,10 @@
 #include "useractions.h"
 
 #include "waitfor.h"
+#include "widgets.h"
 
 #include <gtk/gtk.h>
 #include <wx/uiaction.h>
-
-#include <algorithm>
-#include <vector>
 
 namespace {
 
@@ -41,19 +39,6 @@ void ClickOnScreen(const wxPoint& place)
     simulator.MouseClick();
 }
 
-/// Collects the radio buttons below @p widget, in any order.
-void CollectRadioButtons(GtkWidget* widget, std::vector<GtkWidget*>& buttons)
-{
-    if (GTK_IS_RADIO_BUTTON(widget)) {
-        buttons.push_back(widget);
-    } else if (GTK_IS_CONTAINER(widget)) {
-        const auto collect = [](GtkWidget* child, gpointer data) {
-            CollectRadioButtons(child, *static_cast<std::vector<GtkWidget*>*>(data));
-        };
-        gtk_container_foreach(GTK_CONTAINER(widget), collect, &buttons);
-    }
-}
-
 wxRect PlaceOf(GtkWidget* widget)
 {
     GtkAllocation place;
@@ -71,8 +56,7 @@ wxPoint ScreenMiddle(GtkWidget* widget)
 
 wxPoint CellOnScreen(wxGrid& grid, int row, int column)
 {
-    const wxPoint inside = grid.CalcScrolledPosition(Middle(grid.CellToRect(row, column)));
-    return grid.GetGridWindow()->ClientToScreen(inside);
+    return grid.GetGridWindow()->ClientToScreen(MiddleOfCell(grid, row, column));
 }
 
 } // namespace
@@ -144,20 +128,12 @@ void DoubleClickCell(wxGrid& grid, int row, int column)
 
 void ClickRadioItem(wxRadioBox& radioBox, int item)
 {
-    std::vector<GtkWidget*> buttons;
-    CollectRadioButtons(radioBox.GetHandle(), buttons);
-    std::sort(buttons.begin(), buttons.end(), [](GtkWidget* one, GtkWidget* other) {
-        return PlaceOf(one).y < PlaceOf(other).y;
-    });
-    GtkWidget* button = buttons.at(static_cast<std::size_t>(item));
-    ClickOnScreen(ScreenMiddle(button));
+    ClickOnScreen(ScreenMiddle(RadioButtonOf(radioBox, item)));
 }
 
 void ClickTab(wxNotebook& notebook, int page)
 {
-    auto* tabs = GTK_NOTEBOOK(notebook.GetHandle());
-    ClickOnScreen(
-        ScreenMiddle(gtk_notebook_get_tab_label(tabs, gtk_notebook_get_nth_page(tabs, page))));
+    ClickOnScreen(ScreenMiddle(TabOf(notebook, page)));
 }
 
 void PressKey(int keyCode, int modifiers)

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <gtk/gtk.h>
+#include <wx/grid.h>
+#include <wx/notebook.h>
+#include <wx/radiobox.h>
+
+// Where the operator finds the parts of a control that are no windows of the toolkit. GUI thread.
+
+/// @return the button of an item of a radio box with a single column.
+GtkWidget* RadioButtonOf(const wxRadioBox& radioBox, int item);
+
+/// @return the tab of a page.
+GtkWidget* TabOf(const wxNotebook& notebook, int page);
+
+/// @return the middle of a cell as a place in the grid's window.
+wxPoint MiddleOfCell(wxGrid& grid, int row, int column);
