@@ -3,17 +3,15 @@
 #include "debugfile.h"
 #include "descendants.h"
 #include "numberedtexts.h"
+#include "widgets.h"
 
 #include <gmock/gmock.h>
 #include <gtk/gtk.h>
 #include <wx/app.h>
-#include <wx/filedlg.h>
 #include <wx/menu.h>
-#include <wx/radiobox.h>
 #include <wx/textctrl.h>
 
 #include <X11/keysym.h>
-#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -26,61 +24,6 @@ plchost::Plugin LoadPlugin()
         throw std::runtime_error(loaded.Message());
     }
     return *loaded;
-}
-
-bool IsOnScreen(GtkWidget* widget)
-{
-    return widget != nullptr && gtk_widget_get_mapped(widget) != FALSE;
-}
-
-/// Collects the widgets of a type below @p widget, in no particular order.
-void Collect(GtkWidget* widget, GType type, std::vector<GtkWidget*>& found)
-{
-    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, type)) {
-        found.push_back(widget);
-    } else if (GTK_IS_CONTAINER(widget)) {
-        struct Search
-        {
-            GType type;
-            std::vector<GtkWidget*>& found;
-        } search{type, found};
-
-        const auto collect = [](GtkWidget* child, gpointer data) {
-            auto& below = *static_cast<Search*>(data);
-            Collect(child, below.type, below.found);
-        };
-        gtk_container_foreach(GTK_CONTAINER(widget), collect, &search);
-    }
-}
-
-GtkResponseType ResponseFor(int button)
-{
-    switch (button) {
-    case wxID_OK:
-        return GTK_RESPONSE_OK;
-    case wxID_YES:
-        return GTK_RESPONSE_YES;
-    case wxID_NO:
-        return GTK_RESPONSE_NO;
-    default:
-        return GTK_RESPONSE_CANCEL;
-    }
-}
-
-GtkWidget* ButtonOf(wxDialog& dialog, int button)
-{
-    if (GTK_IS_DIALOG(dialog.GetHandle())) {
-        const bool confirms = dynamic_cast<wxFileDialog*>(&dialog) != nullptr && button == wxID_OK;
-        return gtk_dialog_get_widget_for_response(
-            GTK_DIALOG(dialog.GetHandle()), confirms ? GTK_RESPONSE_ACCEPT : ResponseFor(button));
-    }
-    return wxWindow::FindWindowById(button, &dialog)->GetHandle();
-}
-
-GtkWidget* TabOf(Page page)
-{
-    auto* notebook = GTK_NOTEBOOK(Notebook().GetHandle());
-    return gtk_notebook_get_tab_label(notebook, gtk_notebook_get_nth_page(notebook, page));
 }
 
 /// @return whether the frame is on the screen with its final size.
@@ -117,7 +60,7 @@ public:
 private:
     static void OnDrawn(GdkFrameClock* /*clock*/, StillFrames* self)
     {
-        const Spot now = MiddleOf(TabOf(programPage));
+        const Spot now = MiddleOf(TabOf(Notebook(), programPage));
         const bool still = now.x == self->m_last.x && now.y == self->m_last.y && now.x > 0;
         self->m_count = still ? self->m_count + 1 : 0;
         self->m_last = now;
@@ -135,9 +78,7 @@ private:
 Spot CellSpot(int row, int column)
 {
     wxGrid& grid = GridOn(watchPage);
-    const wxRect cell = grid.CellToRect(row, column);
-    const wxPoint middle =
-        grid.CalcScrolledPosition(wxPoint(cell.x + cell.width / 2, cell.y + cell.height / 2));
+    const wxPoint middle = MiddleOfCell(grid, row, column);
     return PlaceIn(grid.GetGridWindow()->GetHandle(), middle.x, middle.y);
 }
 
@@ -345,15 +286,6 @@ testing::AssertionResult DebuggerTest::Selects(const std::vector<int>& rows)
            << ", expected: " << testing::PrintToString(rows);
 }
 
-testing::AssertionResult DebuggerTest::StatusReads(const std::string& text)
-{
-    if (HoldsOnGui([&] { return StatusText() == text; })) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << "the status line reads: \"" << OnGui(StatusText)
-                                       << "\", expected: \"" << text << "\"";
-}
-
 testing::AssertionResult DebuggerTest::FrameGoes()
 {
     return Await("the frame gone", [] { return Frame() == nullptr; });
@@ -370,14 +302,9 @@ void DebuggerTest::ClickCell(int row, int column, XKey held)
     hands.Click(OnGui([=] { return CellSpot(row, column); }), held);
 }
 
-void DebuggerTest::DoubleClickCell(int row, int column)
-{
-    hands.DoubleClick(OnGui([=] { return CellSpot(row, column); }));
-}
-
 void DebuggerTest::ClickTab(Page page)
 {
-    hands.Click(OnGui([page] { return MiddleOf(TabOf(page)); }));
+    hands.Click(OnGui([page] { return MiddleOf(TabOf(Notebook(), page)); }));
 }
 
 testing::AssertionResult DebuggerTest::ShowPage(Page page)
@@ -434,140 +361,4 @@ void DebuggerTest::EnterValue(int row, const std::string& value)
     hands.Type(value);
     ASSERT_TRUE(Await("the value typed", [&value] { return Typed() == value; }));
     hands.Press(XK_Return);
-}
-
-testing::AssertionResult DebuggerTest::DialogOpens(const std::string& what)
-{
-    const auto isOpen = [&] {
-        wxDialog* dialog = watch.Innermost();
-        return dialog != nullptr && watch.Expect(what) && IsOnScreen(dialog->GetHandle());
-    };
-    const testing::AssertionResult opened = Await(what, isOpen);
-    return opened ? hands.Activate(OnGui([this] { return watch.Innermost()->GetHandle(); }))
-                  : opened;
-}
-
-void DebuggerTest::ClickInDialog(int button)
-{
-    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
-    ClickButton(button);
-    ASSERT_TRUE(AwaitDialogClosed(dialog));
-}
-
-void DebuggerTest::ClickButton(int button)
-{
-    const auto isSensitive = [&] {
-        return gtk_widget_is_sensitive(ButtonOf(*watch.Innermost(), button)) != FALSE;
-    };
-    ASSERT_TRUE(Await("the button ready", isSensitive));
-    hands.Click(OnGui([&] { return MiddleOf(ButtonOf(*watch.Innermost(), button)); }));
-}
-
-testing::AssertionResult DebuggerTest::AnswerDialog(const std::string& what, int button)
-{
-    const testing::AssertionResult opened = DialogOpens(what);
-    if (!opened) {
-        return opened;
-    }
-    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
-    ClickButton(button);
-    return AwaitDialogClosed(dialog);
-}
-
-testing::AssertionResult DebuggerTest::EnterFile(const std::string& path)
-{
-    const auto isChosen = [&] {
-        auto* chooser = GTK_FILE_CHOOSER(watch.Innermost()->GetHandle());
-        const std::unique_ptr<char, decltype(&g_free)> chosen(
-            gtk_file_chooser_get_filename(chooser), g_free);
-        return chosen != nullptr && path == chosen.get();
-    };
-    OnGui([&] {
-        auto* chooser = GTK_FILE_CHOOSER(watch.Innermost()->GetHandle());
-        if (gtk_file_chooser_get_action(chooser) == GTK_FILE_CHOOSER_ACTION_SAVE) {
-            const std::filesystem::path file(path);
-            gtk_file_chooser_set_current_folder(chooser, file.parent_path().c_str());
-            gtk_file_chooser_set_current_name(chooser, file.filename().c_str());
-        } else {
-            gtk_file_chooser_set_filename(chooser, path.c_str());
-        }
-    });
-    const testing::AssertionResult chosen = Await("the file chosen", isChosen);
-    if (chosen) {
-        ClickButton(wxID_OK);
-    }
-    return chosen;
-}
-
-testing::AssertionResult DebuggerTest::ChooseFile(const std::string& path)
-{
-    const wxDialog* dialog = OnGui([this] { return watch.Innermost(); });
-    const testing::AssertionResult entered = EnterFile(path);
-    return entered ? AwaitDialogClosed(dialog) : entered;
-}
-
-testing::AssertionResult DebuggerTest::FileDialogAsks()
-{
-    return Await("a question of the file dialog", [this] {
-        return DialogOver(watch.Innermost()->GetHandle()) != nullptr;
-    });
-}
-
-void DebuggerTest::FocusCombo(ControlId combo)
-{
-    const auto control = [this, combo] {
-        return wxWindow::FindWindowById(combo, watch.Innermost());
-    };
-    OnGui([&] { control()->SetFocus(); });
-    ASSERT_TRUE(Await("the combo box focused", [&] { return control()->HasFocus(); }));
-}
-
-void DebuggerTest::ChooseInCombo(ControlId combo, int item)
-{
-    const auto control = [this, combo] {
-        return static_cast<wxComboBox*>(wxWindow::FindWindowById(combo, watch.Innermost()));
-    };
-    FocusCombo(combo);
-    const int before = OnGui([&] { return control()->GetSelection(); });
-    for (int at = before; at != item; at += at < item ? 1 : -1) {
-        hands.Press(at < item ? XK_Down : XK_Up);
-        const int next = at < item ? at + 1 : at - 1;
-        ASSERT_TRUE(Await("the next item", [&] { return control()->GetSelection() == next; }));
-    }
-}
-
-void DebuggerTest::ChooseInBox(ControlId box, int item)
-{
-    const auto control = [this, box] {
-        return static_cast<wxRadioBox*>(wxWindow::FindWindowById(box, watch.Innermost()));
-    };
-    hands.Click(OnGui([&] {
-        std::vector<GtkWidget*> buttons;
-        Collect(control()->GetHandle(), GTK_TYPE_RADIO_BUTTON, buttons);
-        std::sort(buttons.begin(), buttons.end(), [](GtkWidget* upper, GtkWidget* lower) {
-            return PlaceIn(upper, 0, 0).y < PlaceIn(lower, 0, 0).y;
-        });
-        return MiddleOf(buttons.at(static_cast<std::size_t>(item)));
-    }));
-    ASSERT_TRUE(Await("the item chosen", [&] { return control()->GetSelection() == item; }));
-}
-
-void DebuggerTest::TypeAddress(const std::string& address)
-{
-    const auto control = [this] {
-        return static_cast<wxTextCtrl*>(wxWindow::FindWindowById(addressField, watch.Innermost()));
-    };
-    ASSERT_TRUE(hands.Activate(OnGui([this] { return watch.Innermost()->GetHandle(); })));
-    // Not by a click: the window manager may hold one back until after the first keys.
-    OnGui([&] { control()->SetFocus(); });
-    ASSERT_TRUE(Await("the field focused", [&] { return control()->HasFocus(); }));
-    hands.Press(XK_a, XK_Control_L);
-    hands.Press(XK_Delete);
-    hands.Type(address);
-    ASSERT_TRUE(Await("the address typed", [&] { return control()->GetValue() == address; }));
-}
-
-testing::AssertionResult DebuggerTest::AwaitDialogClosed(const wxDialog* dialog)
-{
-    return Await("the dialog closed", [&] { return watch.Innermost() != dialog; });
 }

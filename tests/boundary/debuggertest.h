@@ -53,9 +53,6 @@ protected:
     /// Waits until the window is there and active.
     testing::AssertionResult WindowOpens();
 
-    /// Waits until nothing moves in the window any more.
-    testing::AssertionResult AwaitStill();
-
     /// Answers from the test's own thread. @return what the export says.
     int Answer(std::uint16_t key, std::int32_t value) const;
     int Answer(CMD_DATA answer) const;
@@ -81,9 +78,6 @@ protected:
     /// Waits until these rows of the watch list are selected.
     testing::AssertionResult Selects(const std::vector<int>& rows);
 
-    /// Waits until field 0 of the status bar reads so.
-    testing::AssertionResult StatusReads(const std::string& text);
-
     /// Waits until the frame has gone.
     testing::AssertionResult FrameGoes();
 
@@ -94,7 +88,6 @@ protected:
 
     void Click(ControlId button);
     void ClickCell(int row, int column, XKey held = 0);
-    void DoubleClickCell(int row, int column);
     void ClickTab(Page page);
 
     /// Clicks on the tab and waits until the page is selected.
@@ -149,6 +142,8 @@ protected:
     plchost::Plugin plugin;
 
 private:
+    /// Waits until nothing moves in the window any more.
+    testing::AssertionResult AwaitStill();
     void ClickButton(int button);
     testing::AssertionResult AwaitDialogClosed(const wxDialog* dialog);
 

@@ -4,7 +4,6 @@
 #include "hostloop.h"
 
 #include <wx/app.h>
-#include <wx/menu.h>
 
 wxFrame* Frame()
 {
@@ -26,11 +25,6 @@ wxNotebook& Notebook()
 wxGrid& GridOn(Page page)
 {
     return *FirstOf<wxGrid>(*Notebook().GetPage(page));
-}
-
-std::string StatusText()
-{
-    return Frame()->GetStatusBar()->GetStatusText(0).utf8_string();
 }
 
 Words WatchList()
@@ -57,13 +51,4 @@ std::vector<int> SelectedRows()
         }
     }
     return rows;
-}
-
-Words MenuItems(std::size_t menu)
-{
-    Words items;
-    for (const wxMenuItem* item : Frame()->GetMenuBar()->GetMenu(menu)->GetMenuItems()) {
-        items.push_back(item->GetItemLabel().utf8_string());
-    }
-    return items;
 }

@@ -42,14 +42,8 @@ wxNotebook& Notebook();
 /// @return the grid on a page.
 wxGrid& GridOn(Page page);
 
-/// @return what field 0 of the status bar reads.
-std::string StatusText();
-
 /// @return the watch list, a row as "operand|value|format".
 Words WatchList();
 
 /// @return the rows that belong to a selected block, in order of the blocks.
 std::vector<int> SelectedRows();
-
-/// @return label, tab and accelerator of each item of a menu, as set: "Open\tCtrl-O".
-Words MenuItems(std::size_t menu);

@@ -12,20 +12,20 @@
 
 namespace {
 
-constexpr unsigned noDoubleClicksMs = 0;
-constexpr unsigned doubleClicksMs = 5000;
 constexpr long fromPager = 2; ///< Who asks the window manager: the operator, through a task list.
 
-/// For the next clicks: within this time two of them are a double click. The desktop's setting
-/// stays as it is, so that the program waits as long as ever for the second one.
-void SetDoubleClickTime(unsigned milliseconds)
+/// No two of the next clicks are a double click. The desktop's setting stays as it is.
+void AllowNoDoubleClick()
 {
-    OnGui([milliseconds] {
-        gdk_display_set_double_click_time(gdk_display_get_default(), milliseconds);
-    });
+    OnGui([] { gdk_display_set_double_click_time(gdk_display_get_default(), 0); });
 }
 
 } // namespace
+
+bool IsOnScreen(GtkWidget* widget)
+{
+    return widget != nullptr && gtk_widget_get_mapped(widget) != FALSE;
+}
 
 XWindow TopLevelWindowOf(GtkWidget* widget)
 {
@@ -62,7 +62,7 @@ Operator::~Operator()
 
 void Operator::Click(const Spot& spot, KeySym held)
 {
-    SetDoubleClickTime(noDoubleClicksMs);
+    AllowNoDoubleClick();
     MoveOver(spot);
     if (held != 0) {
         Key(held, true);
@@ -71,15 +71,6 @@ void Operator::Click(const Spot& spot, KeySym held)
     if (held != 0) {
         Key(held, false);
     }
-    XSync(m_display, False);
-}
-
-void Operator::DoubleClick(const Spot& spot)
-{
-    SetDoubleClickTime(doubleClicksMs);
-    MoveOver(spot);
-    Button(Button1);
-    Button(Button1);
     XSync(m_display, False);
 }
 

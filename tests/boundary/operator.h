@@ -19,6 +19,9 @@ struct Spot
     int y;
 };
 
+/// GUI thread. @return false also for no widget.
+bool IsOnScreen(GtkWidget* widget);
+
 /// GUI thread. @return the X window of the top-level window in which a widget lies.
 XWindow TopLevelWindowOf(GtkWidget* widget);
 
@@ -42,12 +45,11 @@ public:
     Operator& operator=(const Operator&) = delete;
     Operator& operator=(Operator&&) = delete;
 
-    /// A single click; never taken for the second half of a double click.
+    /// A click; never taken for the second half of a double click.
     /// @param held the modifier key held meanwhile, 0 for none. What an earlier click leads to must
     ///        have been awaited: while the window manager still holds that one back, this one waits
     ///        behind it and the key is released before.
     void Click(const Spot& spot, XKey held = 0);
-    void DoubleClick(const Spot& spot);
 
     /// Presses a mouse button, or turns the wheel, at a place of the screen, whatever lies there.
     /// @param times in quick succession.
