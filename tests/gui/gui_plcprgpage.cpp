@@ -25,6 +25,11 @@ std::string RangeInWords(int first, int last)
 
 } // namespace
 
+DebugFileBlock Block(const std::string& name, std::uint16_t firstStep, int lineCount)
+{
+    return {name, firstStep, ExecutableLines(lineCount, name)};
+}
+
 PlcPrgPage::~PlcPrgPage()
 {
     delete m_frame;

@@ -13,12 +13,16 @@
 #include <wx/combobox.h>
 #include <wx/frame.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 // The program status page in a frame, as the second page of the notebook. GUI thread.
 
 using Words = std::vector<std::string>;
+
+/// @return a block of lines that name it.
+DebugFileBlock Block(const std::string& name, std::uint16_t firstStep, int lineCount);
 
 class PlcPrgPage : public testing::Test
 {

@@ -43,22 +43,7 @@ protected:
         EXPECT_TRUE(WaitFor("dialog gone", [this] { return frame->IsActive(); }));
         return shown;
     }
-
-    void ClickAndExpect(wxButton& button, const char* message)
-    {
-        dialogs.Message("T85", message);
-        ClickAndWait(button, [this] { return dialogs.AllShown(); });
-    }
-
-    void Delete(const Rows& blocks, int rowsLeft)
-    {
-        Select(blocks);
-        ClickAndWait(*remove, [this, rowsLeft] { return grid->GetNumberRows() == rowsLeft; });
-    }
 };
-
-const std::vector<std::string> eightVars = {
-    "MB0/D", "MB1/D", "MB2/D", "MB3/D", "MB4/D", "MB5/D", "MB6/D", "MB7/D"};
 
 } // namespace
 
@@ -193,10 +178,10 @@ TEST_F(VarPanel, RefusesToModifyTwoRows)
 {
     Load({"MB1/D", "MB2/D", "MB3/D"});
     Select({{0, 1}});
-    ClickAndExpect(*modify, "T93");
+    ClickRefused(*modify, "T93");
 
     Select({{0, 0}, {2, 2}});
-    ClickAndExpect(*modify, "T93");
+    ClickRefused(*modify, "T93");
 
     EXPECT_THAT(host.InWords(), IsEmpty());
     EXPECT_FALSE(panel->IsModified());
@@ -204,11 +189,11 @@ TEST_F(VarPanel, RefusesToModifyTwoRows)
 
 TEST_F(VarPanel, RefusesToModifyNothing)
 {
-    ClickAndExpect(*modify, "T94");
+    ClickRefused(*modify, "T94");
 
     Load({"MB1/D"});
     Select({});
-    ClickAndExpect(*modify, "T94");
+    ClickRefused(*modify, "T94");
     EXPECT_FALSE(panel->IsModified());
 }
 
@@ -297,112 +282,6 @@ TEST_F(VarPanel, ModifiesTheRightVariableWhenRowsHaveMovedMeanwhile)
     EXPECT_THAT(Column(0), ElementsAre("MB 2"));
 }
 
-// ---- Delete
-
-TEST_F(VarPanel, RefusesToDeleteNothing)
-{
-    ClickAndExpect(*remove, "T95");
-
-    Load({"MB1/D"});
-    Select({});
-    ClickAndExpect(*remove, "T95");
-    EXPECT_EQ(grid->GetNumberRows(), 1);
-    EXPECT_FALSE(panel->IsModified());
-}
-
-TEST_F(VarPanel, DeletesTheSelectedRow)
-{
-    Load({"MB1/D", "MB2/D", "MB3/D"});
-
-    Delete({{1, 1}}, 2);
-
-    EXPECT_THAT(Column(0), ElementsAre("MB 1", "MB 3"));
-    EXPECT_THAT(host.InWords(), ElementsAre("release 1"));
-    EXPECT_TRUE(panel->IsModified());
-}
-
-TEST_F(VarPanel, DeletesOnlyTheLastRowWhenThatIsSelected)
-{
-    Load(eightVars);
-    GoTo(7, 0);
-    ASSERT_THAT(Selected(), ElementsAre(Pair(7, 7)));
-
-    ClickAndWait(*remove, [this] { return grid->GetNumberRows() < 8; });
-
-    EXPECT_EQ(grid->GetNumberRows(), 7);
-    EXPECT_THAT(host.InWords(), ElementsAre("release 7"));
-    EXPECT_THAT(Selected(), IsEmpty());
-}
-
-TEST_F(VarPanel, DeletesEveryBlockInListOrder)
-{
-    Load(eightVars);
-
-    Delete({{1, 1}, {3, 4}, {7, 7}}, 4);
-
-    EXPECT_THAT(Column(0), ElementsAre("MB 0", "MB 2", "MB 5", "MB 6"));
-    EXPECT_THAT(host.InWords(), ElementsAre("release 1", "release 3", "release 4", "release 7"));
-}
-
-TEST_F(VarPanel, DeletesBlocksThatWereSelectedFromTheBottomUp)
-{
-    Load(eightVars);
-
-    Delete({{6, 7}, {0, 1}}, 4);
-
-    EXPECT_THAT(Column(0), ElementsAre("MB 2", "MB 3", "MB 4", "MB 5"));
-    EXPECT_THAT(
-        host.InWords(),
-        testing::UnorderedElementsAre("release 0", "release 1", "release 6", "release 7"));
-}
-
-TEST_F(VarPanel, DeletesOverlappingBlocksOnce)
-{
-    Load(eightVars);
-
-    Delete({{2, 5}, {4, 6}}, 3);
-
-    EXPECT_THAT(Column(0), ElementsAre("MB 0", "MB 1", "MB 7"));
-    EXPECT_EQ(host.requests.size(), 5U);
-}
-
-TEST_F(VarPanel, DeletesTheWholeList)
-{
-    Load(eightVars);
-
-    Delete({{0, 7}}, 0);
-
-    EXPECT_EQ(host.requests.size(), 8U);
-    ClickAndExpect(*remove, "T95");
-}
-
-TEST_F(VarPanel, DropsAnAnswerForADeletedVariable)
-{
-    Load({"MB1/D", "MB2/D"});
-    Delete({{0, 0}}, 1);
-
-    Answer(0, 5);
-
-    EXPECT_THAT(Column(0), ElementsAre("MB 2"));
-    EXPECT_THAT(Column(1), ElementsAre("?"));
-}
-
-TEST_F(VarPanel, SurvivesAHostThatEmptiesTheListInsideTheRelease)
-{
-    Load(eightVars);
-    bool first = true;
-    host.reaction = [&](const RecordedRequest&) {
-        if (first) {
-            first = false;
-            panel->Reset();
-        }
-    };
-
-    Delete({{2, 4}}, 0);
-
-    EXPECT_THAT(Selected(), IsEmpty());
-}
-
 // ---- Status line
 
 TEST_F(VarPanel, ClearsTheStatusLineAtEveryButton)
@@ -411,7 +290,7 @@ TEST_F(VarPanel, ClearsTheStatusLineAtEveryButton)
     Select({});
     for (wxButton* button : {modify, remove}) {
         panel->WriteErrorInStatus("old");
-        ClickAndExpect(*button, button == modify ? "T94" : "T95");
+        ClickRefused(*button, button == modify ? "T94" : "T95");
         EXPECT_EQ(Status(), "");
     }
     panel->WriteErrorInStatus("old");

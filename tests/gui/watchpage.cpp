@@ -81,6 +81,12 @@ void WatchPage::ClickAndWait(wxButton& button, const std::function<bool()>& done
     RunPending();
 }
 
+void WatchPage::ClickRefused(wxButton& button, const char* message)
+{
+    dialogs.Message("T85", message);
+    ClickAndWait(button, [this] { return dialogs.AllShown(); });
+}
+
 void WatchPage::OpenEditor(int row)
 {
     GoTo(row, varColumnValue);

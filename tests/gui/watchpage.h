@@ -38,6 +38,9 @@ protected:
     /// Clicks a button and waits for @p done.
     void ClickAndWait(wxButton& button, const std::function<bool()>& done);
 
+    /// Clicks a button that only leads to this message.
+    void ClickRefused(wxButton& button, const char* message);
+
     /// Opens the cell editor of a value cell by its key and waits for it.
     void OpenEditor(int row);
 
