@@ -211,6 +211,8 @@ TEST_F(VarPanel, ModifiesUnderTheOldIdReleasingTheOldDefinitionFirst)
     EXPECT_EQ(Cell(1, 1), "0012");
     EXPECT_TRUE(panel->IsModified());
     EXPECT_TRUE(WaitFor("keyboard in the grid", [this] { return GridHasKeyboard(); }));
+    Answer(1, 0x34);
+    EXPECT_EQ(Cell(1, 1), "0034");
 }
 
 TEST_F(VarPanel, ChangesNothingWhenModifyIsCancelled)
