@@ -13,10 +13,10 @@ void Session::Run(int step)
     m_step = step;
     if (step % stepsOfARun == 0) {
         BeginRun(step / stepsOfARun);
-        LayOut();
+        SettleLayout();
     }
     Step();
-    LayOut();
+    SettleLayout();
     Compare(step % stepsOfARun == stepsOfARun - 1);
 }
 
@@ -26,10 +26,10 @@ wxSize Session::RandomSize()
     return {width, m_dice.Below(highest - narrowest) + narrowest};
 }
 
-void Session::LayOut()
+void Session::SettleLayout()
 {
-    if (m_laysOut) {
+    if (m_layoutChanged) {
         FinishLayout(Frame());
-        m_laysOut = false;
+        m_layoutChanged = false;
     }
 }

@@ -37,7 +37,7 @@ protected:
     Dice& Random() { return m_dice; }
 
     /// To be called by a step that may change the layout.
-    void LaysOut() { m_laysOut = true; }
+    void NoteLayoutChange() { m_layoutChanged = true; }
 
     wxSize RandomSize();
 
@@ -63,12 +63,12 @@ protected:
 
 private:
     /// Neither side may begin a step while a former one still changes its layout.
-    void LayOut();
+    void SettleLayout();
 
     const StepOptions& m_options;
     Dice& m_dice;
     int m_step = 0;
-    bool m_laysOut = false;
+    bool m_layoutChanged = false;
 };
 
 /// Of the program pages.

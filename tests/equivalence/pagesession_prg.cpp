@@ -102,7 +102,7 @@ protected:
 private:
     void Choose(int index)
     {
-        LaysOut();
+        NoteLayoutChange();
         Both(
             m_pages.host,
             [&] { m_pages.ChooseOnProduct(index); },
@@ -111,7 +111,7 @@ private:
 
     void Resize()
     {
-        LaysOut();
+        NoteLayoutChange();
         const wxSize size = RandomSize();
         Both(
             m_pages.host,
@@ -145,7 +145,7 @@ private:
 
     void ShowOrHide()
     {
-        LaysOut();
+        NoteLayoutChange();
         const bool shown = !m_pages.product->IsShown();
         Both(
             m_pages.host,

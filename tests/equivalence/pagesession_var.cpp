@@ -79,7 +79,7 @@ private:
 
     void Load()
     {
-        LaysOut();
+        NoteLayoutChange();
         static const std::vector<std::string> texts = {
             "MB1/D", "MW2/H", "MD4/G", "M5.3/B", "DB20.DBB7/B", "T5/D", "E1.1/B", "no operand"};
         constexpr int mostLines = 21;
@@ -95,7 +95,7 @@ private:
 
     void Resize()
     {
-        LaysOut();
+        NoteLayoutChange();
         m_pages.Resize(RandomSize());
     }
 
@@ -111,7 +111,7 @@ private:
     void SizeColumn()
     {
         const int column = Random().Below(3);
-        LaysOut();
+        NoteLayoutChange();
         const int width = 1 + Random().Below(widestColumn);
         m_pages.productGrid->SetColSize(column, width);
         m_pages.referenceGrid->SetColSize(column, width);
@@ -122,7 +122,7 @@ private:
         if (Rows() == 0 || !Random().OneIn(3)) {
             return;
         }
-        LaysOut();
+        NoteLayoutChange();
         const int row = Random().Below(Rows());
         for (wxGrid* grid :
              std::initializer_list<wxGrid*>{m_pages.productGrid, m_pages.referenceGrid}) {
@@ -139,7 +139,7 @@ private:
 
     void Answer()
     {
-        LaysOut(); // columns may become wider
+        NoteLayoutChange(); // columns may become wider
         // Ids grow with every list; unknown ones are dropped by both sides.
         const CMD_DATA answer = PlcMakeReadAnswer(RandomKey(), Random().Value());
         Both(
