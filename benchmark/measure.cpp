@@ -1,9 +1,14 @@
 #include "measure.h"
 
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 
 namespace bench {
 
@@ -98,13 +103,15 @@ void PrintRow(
 
 int RunRows(const std::vector<Row>& rows, int argc, char** argv)
 {
-    const std::vector<std::string> wanted(argv + 1, argv + argc);
-    for (const std::string& name : wanted) {
-        if (std::none_of(
-                rows.begin(), rows.end(), [&](const Row& row) { return row.name == name; })) {
-            std::fprintf(stderr, "bench: there is no row \"%s\"\n", name.c_str());
-            return 2;
-        }
+    std::vector<std::string> names;
+    std::transform(rows.begin(), rows.end(), std::back_inserter(names), [](const Row& row) {
+        return row.name;
+    });
+    std::vector<std::string> wanted;
+    CLI::App app{"Measures what the debugger costs; ./bench builds and runs it.", "bench"};
+    app.add_option("ROW", wanted, "measure these rows; else all")->check(CLI::IsMember(names));
+    if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
+        return *ended;
     }
     for (const Row& row : rows) {
         if (wanted.empty() || std::find(wanted.begin(), wanted.end(), row.name) != wanted.end()) {

@@ -1,9 +1,12 @@
 #include "random_steps.h"
 
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 int Dice::Below(int below)
 {
@@ -26,16 +29,11 @@ std::int32_t Dice::Value()
 StepOptions ReadStepOptions(int argc, char** argv)
 {
     StepOptions options;
-    for (int i = 1; i < argc; i += 2) {
-        const bool hasValue = i + 1 < argc;
-        if (hasValue && std::strcmp(argv[i], "--steps") == 0) {
-            options.steps = std::atoi(argv[i + 1]);
-        } else if (hasValue && std::strcmp(argv[i], "--seed") == 0) {
-            options.seed = static_cast<unsigned>(std::strtoul(argv[i + 1], nullptr, 10));
-        } else {
-            std::fprintf(stderr, "usage: %s [--steps N] [--seed N]\n", argv[0]);
-            std::exit(2);
-        }
+    CLI::App app{"Compares the product with the same taken literally, in random steps.", argv[0]};
+    app.add_option("--steps", options.steps, "how many, else 10000");
+    app.add_option("--seed", options.seed, "which ones, else 1");
+    if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
+        std::exit(*ended);
     }
     return options;
 }

@@ -35,7 +35,7 @@ struct StepOptions
     unsigned seed = 1;
 };
 
-/// Ends the program with a usage message when the command line is wrong.
+/// Ends the program when the command line is wrong or asks for help.
 StepOptions ReadStepOptions(int argc, char** argv);
 
 /// Steps belong together in runs of so many; the first of a run begins with another block or list.
