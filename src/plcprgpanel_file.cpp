@@ -88,7 +88,7 @@ std::vector<DB_BAUSTEIN> ReadBlockLines(std::FILE* file, const DBG_BAUSTEIN_ENTR
         RemoveAll(line.text, L'\r');
         const bool executable = IsExecutable(line.text);
         line.state = executable ? L'?' : L'-';
-        line.value = L'-';
+        line.value = noValue;
         line.step = executable ? nextStep++ : noStep;
     }
     return lines;

@@ -33,13 +33,14 @@ static_assert(
     "a block record has 56 bytes");
 static_assert(std::is_trivially_copyable_v<DBG_BAUSTEIN_ENTRY>, "read as a raw image");
 
-constexpr int noStep = -1; ///< The step of a line that is not executable.
+constexpr int noStep = -1;               ///< The step of a line that is not executable.
+constexpr const wchar_t* noValue = L"-"; ///< The value of a line that has none.
 
 /// One listing line of the block on show; state and value as the grid shows them.
 struct DB_BAUSTEIN
 {
     std::wstring state; ///< "?" not known yet, "1" or "0" logic result, "-" not executable.
-    std::wstring value; ///< Decimal; "-" for none.
+    std::wstring value; ///< Decimal, or noValue.
     std::wstring text;  ///< The whole line without any CR and LF.
     std::int32_t step;  ///< Step number, or noStep.
 };

@@ -46,6 +46,6 @@ void ApplyAnswer(const CMD_DATA& answer, const StepIndex& index, std::vector<DB_
         const std::int32_t value = PlcStepValue(&answer, step - answered);
         const bool hasValue = value != PLC_NO_VALUE && value != -1;
         line.state = PlcStepState(&answer, step - answered) ? L"1" : L"0";
-        line.value = hasValue ? std::to_wstring(value) : L"-";
+        line.value = hasValue ? std::to_wstring(value) : noValue;
     }
 }
