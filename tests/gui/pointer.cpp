@@ -3,6 +3,7 @@
 #include "waitfor.h"
 
 #include <gdk/gdkx.h>
+#include <gtk/gtk.h>
 #include <wx/uiaction.h>
 
 #include <X11/extensions/XTest.h>
@@ -40,8 +41,11 @@ void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to)
         MoveTo(window, from - wxPoint(i, 0));
     }
     simulator.MouseDown();
+    EXPECT_TRUE(WaitFor("gripped", [] { return gtk_grab_get_current() != nullptr; }));
     for (int i = 1; i <= dragSteps; ++i) {
         MoveTo(window, from + (to - from) * i / dragSteps);
     }
     simulator.MouseUp();
+    // Until then the toolkit keeps all clicks to itself, in the windows of later tests, too.
+    EXPECT_TRUE(WaitFor("let go", [] { return gtk_grab_get_current() == nullptr; }));
 }

@@ -16,5 +16,5 @@ enum class WheelTurn
 /// Turns the wheel by so many notches over the middle of a window.
 void TurnWheel(wxWindow& window, WheelTurn turn, int notches);
 
-/// Draws the mouse from one place in a window to another with the left button held.
+/// Draws a scroll bar by the mouse, from one place in a window to another, and lets it go.
 void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to);
