@@ -1,5 +1,6 @@
 #include "tempdir.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -13,6 +14,7 @@ TempDir::TempDir()
         throw std::system_error(errno, std::generic_category(), name);
     }
     m_path = name;
+    std::filesystem::permissions(m_path, std::filesystem::perms::all);
 }
 
 TempDir::~TempDir()
@@ -32,4 +34,14 @@ std::string TempDir::Read(const std::string& name) const
 {
     std::ifstream file(m_path / name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::string> TempDir::Names() const
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
+        names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }

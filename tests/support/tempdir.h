@@ -2,10 +2,12 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // Files of a test, in a directory of its own.
 
-/// A new empty directory, removed with all that it holds when the object goes.
+/// A new empty directory that every user may use, removed with all that it holds when the object
+/// goes.
 class TempDir
 {
 public:
@@ -27,6 +29,9 @@ public:
 
     /// @return the path that a file of this name has or would have.
     std::string File(const std::string& name) const { return (m_path / name).string(); }
+
+    /// @return the names of what it holds, sorted.
+    std::vector<std::string> Names() const;
 
 private:
     std::filesystem::path m_path;

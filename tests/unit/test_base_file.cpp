@@ -18,21 +18,10 @@ using base::ReadFile;
 using base::ReplaceFile;
 using testing::HasSubstr;
 
-/// A folder that every user may use, with a file.
+/// A folder with a file.
 struct FileTest : testing::Test
 {
-    FileTest() { fs::permissions(dir.Path(), fs::perms::all); }
-
     ~FileTest() override { fs::permissions(dir.Path(), fs::perms::all); }
-
-    std::vector<std::string> Names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(dir.Path())) {
-            names.push_back(entry.path().filename());
-        }
-        return names;
-    }
 
     const TempDir dir;
     const std::string file = dir.Write("machine.ini", "old");
@@ -68,7 +57,7 @@ TEST_F(FileTest, IsWrittenByteByByte)
 
     EXPECT_EQ(dir.Read("machine.ini"), bytes);
     EXPECT_EQ(dir.Read("new"), bytes);
-    EXPECT_THAT(Names(), testing::UnorderedElementsAre("machine.ini", "new", "empty"));
+    EXPECT_THAT(dir.Names(), testing::UnorderedElementsAre("machine.ini", "new", "empty"));
 }
 
 TEST_F(FileTest, IsReplacedAndNeverWrittenInto)
@@ -155,7 +144,7 @@ TEST_F(FileTest, StaysWhenTheDiskIsFull)
     }
 
     EXPECT_EQ(dir.Read("machine.ini"), "old");
-    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+    EXPECT_THAT(dir.Names(), testing::ElementsAre("machine.ini"));
 }
 
 TEST_F(FileTest, StaysInAFolderThatIsWriteProtected)
@@ -168,7 +157,7 @@ TEST_F(FileTest, StaysInAFolderThatIsWriteProtected)
     }
 
     EXPECT_EQ(dir.Read("machine.ini"), "old");
-    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+    EXPECT_THAT(dir.Names(), testing::ElementsAre("machine.ini"));
 }
 
 TEST_F(FileTest, StaysWhenItIsWriteProtected)
@@ -201,7 +190,7 @@ TEST_F(FileTest, HasANameAndAFolder)
     EXPECT_EQ(
         MessageOf(ReplaceFile(dir.File("no/machine.ini"), "new")),
         "cannot write \"" + dir.File("no/machine.ini") + "\": No such file or directory");
-    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+    EXPECT_THAT(dir.Names(), testing::ElementsAre("machine.ini"));
 }
 
 TEST_F(FileTest, IsReplacedOverWhatACrashLeftBehind)
@@ -211,7 +200,7 @@ TEST_F(FileTest, IsReplacedOverWhatACrashLeftBehind)
     ASSERT_TRUE(ReplaceFile(file, "new"));
 
     EXPECT_EQ(dir.Read("machine.ini"), "new");
-    EXPECT_THAT(Names(), testing::ElementsAre("machine.ini"));
+    EXPECT_THAT(dir.Names(), testing::ElementsAre("machine.ini"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "ini.h"
-#include "test_kt_support.h"
+#include "tempdir.h"
+#include "toolkitwitness.h"
 
 #include <ktcore/ktconfiguration.h>
 
@@ -14,12 +15,14 @@ namespace {
 
 using testing::Optional;
 
+const char* const fileName = "plcdebug.ini";
+
 struct IniReaders : testing::Test
 {
     /// The value that both see in a file.
     std::optional<std::string> ValueIn(const std::string& text, const std::string& key = "Language")
     {
-        WriteFile(file, text);
+        folder.Write(fileName, text);
         const auto ours = base::IniValue(text, "Settings", key);
         wxString value;
         const bool isThere = Settings().Get(wxString::FromUTF8(key), value);
@@ -27,11 +30,10 @@ struct IniReaders : testing::Test
         return ours;
     }
 
-    KtConfiguration Settings() const { return {"Settings", "", wxString(file.native())}; }
+    KtConfiguration Settings() const { return {"Settings", "", wxString(folder.File(fileName))}; }
 
     ToolkitWitness toolkit;
-    TemporaryFolder folder;
-    const std::filesystem::path file = folder / "plcdebug.ini";
+    const TempDir folder;
 };
 
 const std::vector<std::string>& Values()
@@ -80,10 +82,10 @@ TEST_F(IniReaders, AgreeOnWhatTheHostWrites)
 TEST_F(IniReaders, AgreeOnWhatTheDebuggerWrites)
 {
     for (const std::string& value : Values()) {
-        WriteFile(file, "[Host]\nx=1\n");
+        folder.Write(fileName, "[Host]\nx=1\n");
         ASSERT_TRUE(Settings().Set("Language", wxString::FromUTF8(value)));
 
-        EXPECT_THAT(ValueIn(ReadFile(file)), Optional(value));
+        EXPECT_THAT(ValueIn(folder.Read(fileName)), Optional(value));
     }
 }
 
@@ -177,7 +179,7 @@ TEST_F(IniReaders, AgreeOnDamagedFiles)
 TEST_F(IniReaders, AgreeThatAFixedKeyStays)
 {
     const std::string text = "[Settings]\n!Language=de\n";
-    WriteFile(file, text);
+    folder.Write(fileName, text);
 
     EXPECT_FALSE(Settings().Set("Language", "en"));
 

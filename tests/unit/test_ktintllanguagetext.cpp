@@ -1,4 +1,6 @@
-#include "test_kt_support.h"
+#include "filelimits.h"
+#include "tempdir.h"
+#include "toolkitwitness.h"
 
 #include <ktcore/ktintllanguagetext.h>
 
@@ -44,7 +46,7 @@ class KtIntlLanguageTextTest : public testing::Test
 public:
     KtIntlLanguageTextImp& Service() { return m_service; }
 
-    const TemporaryFolder& Folder() const { return m_folder; }
+    const TempDir& Folder() const { return m_folder; }
 
     void Use(const fs::path& path, const wchar_t* language)
     {
@@ -55,7 +57,7 @@ public:
     /// Loads a language file with this content.
     void Load(const std::string& content)
     {
-        WriteFile(m_folder / "de.lng", content);
+        m_folder.Write("de.lng", content);
         Use(m_folder.Path(), L"de");
     }
 
@@ -74,7 +76,7 @@ protected:
 
 private:
     ToolkitWitness m_witness;
-    TemporaryFolder m_folder;
+    const TempDir m_folder;
     KtIntlLanguageTextImp m_service;
 };
 
@@ -104,8 +106,8 @@ TEST(KtIntlLanguageText, ZeroIsSectionZeroEntryZero)
 
 TEST_F(KtIntlLanguageTextTest, ReadsTheFileOfTheLanguage)
 {
-    WriteFile(Folder() / "de.lng", "; Kommentar\n[12]\n49=andere\n\n[48]\n49=SPS-Debugger\n");
-    WriteFile(Folder() / "fr.lng", "[48]\n49=Débogueur\n");
+    Folder().Write("de.lng", "; Kommentar\n[12]\n49=andere\n\n[48]\n49=SPS-Debugger\n");
+    Folder().Write("fr.lng", "[48]\n49=Débogueur\n");
 
     Use(Folder().Path(), L"de");
     EXPECT_EQ(TextOf(frameTitle), L"SPS-Debugger");
@@ -198,7 +200,7 @@ TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeBeforeAnythingIsSet)
 TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWithoutPathOrLanguage)
 {
     Load("[48]\n49=from the file\n");
-    WriteFile(Folder() / ".lng", "[48]\n49=without a name\n");
+    Folder().Write(".lng", "[48]\n49=without a name\n");
 
     const std::wstring fromTheRoot = Folder().Path().relative_path().wstring() + L"/de";
 
@@ -217,25 +219,25 @@ TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWithoutPathOrLanguage)
 
 TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWhenNoFileCanBeRead)
 {
-    fs::create_directory(Folder() / "directory.lng");
-    ASSERT_EQ(::mkfifo((Folder() / "pipe.lng").c_str(), S_IRUSR | S_IWUSR), 0);
-    fs::create_symlink("nowhere", Folder() / "dangling.lng");
-    WriteFile(Folder() / "file", "");
+    fs::create_directory(Folder().Path() / "directory.lng");
+    ASSERT_EQ(::mkfifo((Folder().Path() / "pipe.lng").c_str(), S_IRUSR | S_IWUSR), 0);
+    fs::create_symlink("nowhere", Folder().Path() / "dangling.lng");
+    Folder().Write("file", "");
     for (const wchar_t* language :
          {L"missing", L"directory", L"pipe", L"dangling", L"../x", L"a/b"}) {
         Use(Folder().Path(), language);
         EXPECT_EQ(TextOf(frameTitle), builtInTitle) << language;
     }
     for (const char* path : {"no/such/directory", "file"}) {
-        Use(Folder() / path, L"de");
+        Use(Folder().Path() / path, L"de");
         EXPECT_EQ(TextOf(frameTitle), builtInTitle) << path;
     }
 }
 
 TEST_F(KtIntlLanguageTextTest, TheBuiltInTextsServeWhenTheFileMustNotBeRead)
 {
-    WriteFile(Folder() / "de.lng", "[48]\n49=secret\n");
-    fs::permissions(Folder() / "de.lng", fs::perms::none);
+    Folder().Write("de.lng", "[48]\n49=secret\n");
+    fs::permissions(Folder().Path() / "de.lng", fs::perms::none);
     const Unprivileged user;
 
     Use(Folder().Path(), L"de");
@@ -258,7 +260,7 @@ TEST_F(KtIntlLanguageTextTest, ATextStaysWhereItIsUntilTheLanguageIsSetAgain)
     Load("[48]\n49=title\n50=other\n");
     const wchar_t* text = Service().GetText(section, frameTitle);
 
-    fs::remove(Folder() / "de.lng");
+    fs::remove(Folder().Path() / "de.lng");
     TextOf(50);
     TextOf(-1);
 
@@ -270,7 +272,7 @@ TEST_F(KtIntlLanguageTextTest, SettingTheSameLanguageAgainReadsTheFileAgain)
 {
     Load("[48]\n49=old\n");
     EXPECT_EQ(TextOf(frameTitle), L"old");
-    WriteFile(Folder() / "de.lng", "[48]\n49=new\n");
+    Folder().Write("de.lng", "[48]\n49=new\n");
     EXPECT_EQ(TextOf(frameTitle), L"old");
 
     Service().SetLanguage(L"de");
@@ -280,7 +282,7 @@ TEST_F(KtIntlLanguageTextTest, SettingTheSameLanguageAgainReadsTheFileAgain)
 
 TEST_F(KtIntlLanguageTextTest, ARelativePathBelongsToTheDirectoryAtTheTimeOfSetting)
 {
-    WriteFile(Folder() / "de.lng", "[48]\n49=here\n");
+    Folder().Write("de.lng", "[48]\n49=here\n");
     const fs::path before = fs::current_path();
     fs::current_path(Folder().Path());
     Use(".", L"de");

@@ -1,4 +1,4 @@
-#include "test_kt_support.h"
+#include "tempdir.h"
 
 #include <ktcore/ktreplacefile.h>
 
@@ -8,12 +8,12 @@
 
 TEST(KtReplaceFile, ReplacesTheFileOfThisName)
 {
-    const TemporaryFolder folder;
-    WriteFile(folder / "list.plc", "a much longer old content");
+    const TempDir folder;
+    const std::string path = folder.Write("list.plc", "a much longer old content");
 
-    ASSERT_TRUE(KtReplaceFile(wxString((folder / "list.plc").native()), "new"));
+    ASSERT_TRUE(KtReplaceFile(wxString(path), "new"));
 
-    EXPECT_EQ(ReadFile(folder / "list.plc"), "new");
+    EXPECT_EQ(folder.Read("list.plc"), "new");
 }
 
 TEST(KtReplaceFile, ANameThatIsNoneIsRefused)
