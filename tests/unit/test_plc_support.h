@@ -132,4 +132,13 @@ private:
     std::unique_ptr<plc::Process> m_process; ///< May be null.
 };
 
+/// The logic result of @p body with these inputs in EB0.
+inline bool ResultOf(const std::string& body, std::uint32_t inputs)
+{
+    Machine machine(body + "\n= A0.0");
+    machine.Write("EB0", inputs);
+    EXPECT_FALSE(machine.Cycle());
+    return machine.IsOn("A0.0");
+}
+
 } // namespace plctest

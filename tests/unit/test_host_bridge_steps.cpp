@@ -1,0 +1,140 @@
+#include "test_host_bridge.h"
+
+namespace plchost {
+namespace {
+
+/// A bridge with a subscription of steps 3 and 4.
+struct StepsTest : BridgeTest
+{
+    StepsTest()
+    {
+        program.states = {{true, 17}, {false, std::nullopt}};
+        bridge.Request(PlcMakePrgStateRequest(3, 4));
+        Cycle();
+    }
+
+    std::size_t CountAnswers() { return sink.Take().size(); }
+};
+
+TEST_F(StepsTest, AreHandedToTheProgram)
+{
+    ASSERT_TRUE(program.watched);
+    EXPECT_EQ(program.watched->first, 3);
+    EXPECT_EQ(program.watched->last, 4);
+    EXPECT_EQ(program.watches, 1);
+}
+
+TEST_F(StepsTest, AreAnsweredAfterTheFirstCycleThatRecordsThem)
+{
+    EXPECT_EQ(CountAnswers(), 0U);
+    Cycle();
+
+    const auto answers = sink.Take();
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_EQ(answers[0].kind, AnswerKind::ProgramState);
+    EXPECT_EQ(AnsweredSteps(answers[0].record).first, 3);
+    EXPECT_EQ(AnsweredSteps(answers[0].record).last, 4);
+    const auto states = AnsweredStates(answers[0].record);
+    ASSERT_EQ(states.size(), 2U);
+    EXPECT_TRUE(states[0].logicResult);
+    EXPECT_EQ(states[0].accumulator, 17);
+    EXPECT_FALSE(states[1].logicResult);
+    EXPECT_EQ(states[1].accumulator, std::nullopt);
+}
+
+TEST_F(StepsTest, UnchangedAreAnsweredEveryTwentiethCycle)
+{
+    Cycle();
+    CountAnswers();
+
+    for (std::uint64_t i = 1; i < stateRefreshCycles; ++i) {
+        Cycle();
+    }
+    EXPECT_EQ(CountAnswers(), 0U);
+    Cycle();
+    EXPECT_EQ(CountAnswers(), 1U);
+}
+
+TEST_F(StepsTest, ChangedAreAnsweredSoonerButNotInEveryCycle)
+{
+    Cycle();
+    CountAnswers();
+
+    program.states[0].accumulator = 18;
+    for (std::uint64_t i = 1; i < stateCyclesApart; ++i) {
+        Cycle();
+    }
+    EXPECT_EQ(CountAnswers(), 0U);
+    Cycle();
+
+    const auto answers = sink.Take();
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_EQ(AnsweredStates(answers[0].record).at(0).accumulator, 18);
+}
+
+TEST_F(StepsTest, AreNotAnsweredWhileThePlcStands)
+{
+    Cycle();
+    CountAnswers();
+
+    program.states[0].accumulator = 18;
+    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
+        StandStill();
+    }
+
+    EXPECT_EQ(CountAnswers(), 0U);
+}
+
+TEST_F(StepsTest, ThatNobodyTookAreAnsweredAgain)
+{
+    sink.open = false;
+    Cycle();
+    sink.open = true;
+    Cycle();
+    Cycle();
+
+    EXPECT_EQ(CountAnswers(), 1U);
+}
+
+TEST_F(StepsTest, EndWithAStop)
+{
+    Cycle();
+    CountAnswers();
+
+    bridge.Request(PlcMakeStopRequest());
+    program.states[0].accumulator = 18;
+    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
+        Cycle();
+    }
+
+    EXPECT_EQ(CountAnswers(), 0U);
+    EXPECT_FALSE(program.watched);
+}
+
+TEST_F(StepsTest, AreReplacedByANewRange)
+{
+    bridge.Request(PlcMakePrgStateRequest(10, 10));
+    program.states = {{true, std::nullopt}};
+    Cycle();
+    Cycle();
+
+    const auto answers = sink.Take();
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_EQ(AnsweredSteps(answers[0].record).first, 10);
+    EXPECT_EQ(program.watched->first, 10);
+}
+
+TEST_F(StepsTest, ThatNoAnswerCanHoldAreRefused)
+{
+    bridge.Request(PlcMakePrgStateRequest(1, PLC_MAX_STEPS + 1));
+    bridge.Request(PlcMakePrgStateRequest(4, 3));
+    Cycle();
+    Cycle();
+
+    EXPECT_EQ(CountAnswers(), 0U);
+    EXPECT_FALSE(program.watched);
+    EXPECT_EQ(log.size(), 2U);
+}
+
+} // namespace
+} // namespace plchost
