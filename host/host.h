@@ -1,34 +1,20 @@
 #pragma once
 
-#include "assembler.h"
 #include "fault_injector.h"
+#include "ground.h"
 #include "machine.h"
-#include "options.h"
 #include "port.h"
 #include "recorder.h"
 #include "session.h"
-#include "settings.h"
 #include "trace.h"
 #include "window.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 // Everything of the host, put together. GUI thread.
 
 namespace plchost {
-
-/// What has to be found, read and written before the window can open.
-struct Ground
-{
-    Plugin plugin;
-    ConfigFiles files;
-    std::string dataFolder;
-    std::string language;
-    plc::Program program;               ///< Empty when a recording is played.
-    std::optional<Recording> recording; ///< To be played instead of a machine.
-};
 
 class Host
 {

@@ -1,0 +1,135 @@
+#include "ground.h"
+
+#include "debug_file.h"
+#include "texts.h"
+
+#include <glibmm/miscutils.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <utility>
+#include <vector>
+
+namespace plchost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The debugger watches no more, and says so in front of every longer list.
+constexpr std::size_t longestWatchList = 20;
+
+void Demand(const base::Result<void>& result)
+{
+    if (!result) {
+        throw StartError{result.Message()};
+    }
+}
+
+template <typename T> T Demand(base::Result<T> result)
+{
+    if (!result) {
+        throw StartError{result.Message()};
+    }
+    return *std::move(result);
+}
+
+plc::Program ReadProgram(const std::string& file)
+{
+    plc::Assembly assembly = plc::AssembleFile(file);
+    if (!assembly.program) {
+        std::string message = "the program has errors:";
+        for (const plc::SourceError& error : assembly.errors) {
+            message += '\n' + plc::ErrorText(error);
+        }
+        throw StartError{message};
+    }
+    return std::move(*assembly.program);
+}
+
+ConfigFiles PrepareFiles(const Options& options, const std::string& source)
+{
+    std::string folder = options.configFolder;
+    if (folder.empty()) {
+        folder = Glib::build_filename(Glib::get_user_config_dir(), "plchost");
+    }
+    // A recording brings its own variables and settings of its own, so it gets a folder of its own.
+    if (options.configFolder.empty() && !options.replay.empty()) {
+        folder = Glib::build_filename(folder, "replay");
+    }
+    ConfigFiles files = FilesIn(folder, fs::path(source).stem());
+    if (files.prefix.size() >= PLC_PATH_SIZE) {
+        throw StartError{
+            "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
+            std::to_string(PLC_PATH_SIZE - 1) +
+            " bytes (name a shorter one with --config-dir DIR)"};
+    }
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        throw StartError{
+            "cannot make the folder \"" + folder + "\": " + error.message() +
+            " (name another one with --config-dir DIR)"};
+    }
+    return files;
+}
+
+std::string LanguageOf(const Options& options, const ConfigFiles& files)
+{
+    if (!options.language.empty()) {
+        return options.language;
+    }
+    const std::string last = ReadLanguage(files.settings);
+    return last == "de" || last == "en" ? last : EnvironmentLanguage();
+}
+
+void PrepareMachine(const Options& options, Ground& ground)
+{
+    const std::string bottling = ground.dataFolder + "/samples/bottling/bottling";
+    const std::string source = options.program.empty() ? bottling + ".il" : options.program;
+    ground.program = ReadProgram(source);
+    ground.files = PrepareFiles(options, source);
+    Demand(plc::WriteDebugFile(ground.program, ground.files.prefix));
+    if (options.program.empty()) {
+        Demand(SeedWatchList(ground.files, bottling + ".plc"));
+    }
+}
+
+void PrepareReplay(const Options& options, Ground& ground)
+{
+    ground.recording = Demand(ReadRecording(options.replay));
+    if (!ground.recording->remark.empty()) {
+        std::cerr << "plchost: " << ground.recording->remark << std::endl;
+    }
+    ground.files = PrepareFiles(options, options.replay);
+    Demand(ReplaceConfigFile(ground.files.debugFile, ground.recording->listing));
+    std::vector<std::string> operands = WatchedOperands(*ground.recording);
+    operands.resize(std::min(operands.size(), longestWatchList));
+    std::string list;
+    for (const std::string& operand : operands) {
+        list += operand + "/D\n";
+    }
+    Demand(UseWatchList(ground.files, list));
+}
+
+} // namespace
+
+Ground Prepare(const Options& options)
+{
+    const std::string programFolder = fs::read_symlink("/proc/self/exe").parent_path();
+    Ground ground;
+    ground.plugin = Demand(
+        LoadPlugin(options.plugin.empty() ? Demand(FindPlugin(programFolder)) : options.plugin));
+    ground.dataFolder = options.dataFolder.empty() ? Demand(FindDataFolder(programFolder))
+                                                   : fs::absolute(options.dataFolder).string();
+    if (options.replay.empty()) {
+        PrepareMachine(options, ground);
+    } else {
+        PrepareReplay(options, ground);
+    }
+    ground.language = LanguageOf(options, ground.files);
+    return ground;
+}
+
+} // namespace plchost
