@@ -105,9 +105,12 @@ int Host::Run()
     m_window->show();
     m_machine->Start();
 
-    Glib::signal_timeout().connect([this] { return m_window->Refresh(), true; }, refreshMs);
-    Glib::signal_timeout().connect(
-        [this] { return CheckThreads(), CheckRecorder(), m_session.Poll(), true; }, pollMs);
+    m_timers.Every(refreshMs, [this] { m_window->Refresh(); });
+    m_timers.Every(pollMs, [this] {
+        CheckThreads();
+        CheckRecorder();
+        m_session.Poll();
+    });
     Glib::signal_idle().connect_once([this] { Begin(); });
     Gtk::Main::run();
 
@@ -157,8 +160,7 @@ void Host::Report(const std::string& problem)
 void Host::Begin()
 {
     if (m_options.run) {
-        Glib::signal_timeout().connect_once(
-            [this] { EndRun(); }, static_cast<unsigned>(m_options.run->count()));
+        m_timers.Once(static_cast<unsigned>(m_options.run->count()), [this] { EndRun(); });
     }
     if (!m_options.debugger || OpenDebugger()) {
         return;
@@ -195,14 +197,11 @@ void Host::EndRun()
         m_status = exitFailed;
     }
     // Nobody is there to answer whether to save a list.
-    Glib::signal_timeout().connect(
-        [this] {
-            if (m_session.IsBusy()) {
-                m_session.Close();
-            }
-            return true;
-        },
-        insistMs);
+    m_timers.Every(insistMs, [this] {
+        if (m_session.IsBusy()) {
+            m_session.Close();
+        }
+    });
     Quit();
 }
 
@@ -210,15 +209,13 @@ void Host::Quit()
 {
     m_session.Close();
     // A dialog of the debugger runs a main loop inside ours and must have left it first.
-    Glib::signal_timeout().connect(
-        [this] {
-            if (m_session.IsBusy() || Gtk::Main::level() > 1) {
-                return true;
-            }
-            Gtk::Main::quit();
-            return false;
-        },
-        quitMs);
+    m_timers.While(quitMs, [this] {
+        if (m_session.IsBusy() || Gtk::Main::level() > 1) {
+            return true;
+        }
+        Gtk::Main::quit();
+        return false;
+    });
 }
 
 } // namespace plchost

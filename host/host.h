@@ -6,6 +6,7 @@
 #include "port.h"
 #include "recorder.h"
 #include "session.h"
+#include "timers.h"
 #include "trace.h"
 #include "window.h"
 
@@ -57,6 +58,7 @@ private:
     RequestPort m_port;
     const std::unique_ptr<HostWindow> m_window;
     DebuggerSession m_session;
+    Timers m_timers;
 };
 
 } // namespace plchost

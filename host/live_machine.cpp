@@ -2,8 +2,6 @@
 
 #include "live_window.h"
 
-#include <glibmm/main.h>
-
 #include <utility>
 
 namespace plchost {
@@ -51,7 +49,7 @@ void LiveMachine::Start()
 void LiveMachine::PressStart()
 {
     m_plant->SetSwitch(0, true);
-    Glib::signal_timeout().connect_once([this] { m_plant->SetSwitch(0, false); }, startButtonMs);
+    m_timers.Once(startButtonMs, [this] { m_plant->SetSwitch(0, false); });
 }
 
 std::unique_ptr<HostWindow>

@@ -4,6 +4,7 @@
 #include "machine.h"
 #include "options.h"
 #include "plant.h"
+#include "timers.h"
 
 #include <functional>
 
@@ -38,6 +39,7 @@ private:
     Bridge m_bridge;
     const bool m_hasStartButton;
     std::unique_ptr<Plant> m_plant; ///< Its thread uses what stands above.
+    Timers m_timers;
 };
 
 } // namespace plchost

@@ -2,8 +2,6 @@
 
 #include "replay_window.h"
 
-#include <glibmm/main.h>
-
 #include <utility>
 
 namespace plchost {
@@ -24,11 +22,6 @@ ReplayMachine::ReplayMachine(
 {
 }
 
-ReplayMachine::~ReplayMachine()
-{
-    m_timer.disconnect();
-}
-
 void ReplayMachine::OnDebugger(bool open)
 {
     m_isPlaying = open;
@@ -39,15 +32,12 @@ void ReplayMachine::OnDebugger(bool open)
 
 void ReplayMachine::Start()
 {
-    m_timer = Glib::signal_timeout().connect(
-        [this] {
-            if (m_isPlaying) {
-                m_player.Advance(Player::Clock::now());
-            }
-            m_tick();
-            return true;
-        },
-        tickMs);
+    m_timers.Every(tickMs, [this] {
+        if (m_isPlaying) {
+            m_player.Advance(Player::Clock::now());
+        }
+        m_tick();
+    });
 }
 
 std::unique_ptr<HostWindow>

@@ -2,9 +2,9 @@
 
 #include "machine.h"
 #include "player.h"
+#include "timers.h"
 
 #include <functional>
-#include <sigc++/connection.h>
 
 // A recording in the place of a machine. GUI thread.
 
@@ -22,11 +22,6 @@ public:
         AnswerSink& answers,
         std::function<void()> tick,
         Player::Log log);
-    ~ReplayMachine() override;
-    ReplayMachine(const ReplayMachine&) = delete;
-    ReplayMachine(ReplayMachine&&) = delete;
-    ReplayMachine& operator=(const ReplayMachine&) = delete;
-    ReplayMachine& operator=(ReplayMachine&&) = delete;
 
     RequestHandler& Requests() override { return m_player; }
 
@@ -40,7 +35,7 @@ private:
     Player m_player;
     const std::function<void()> m_tick;
     bool m_isPlaying = false;
-    sigc::connection m_timer;
+    Timers m_timers;
 };
 
 } // namespace plchost

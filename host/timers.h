@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <sigc++/connection.h>
+#include <vector>
+
+// Timers that end with their owner. GUI thread.
+
+namespace plchost {
+
+class Timers
+{
+public:
+    Timers() = default;
+    ~Timers();
+    Timers(const Timers&) = delete;
+    Timers(Timers&&) = delete;
+    Timers& operator=(const Timers&) = delete;
+    Timers& operator=(Timers&&) = delete;
+
+    /// Does @p work again and again, as long as that returns true.
+    void While(unsigned milliseconds, const std::function<bool()>& work);
+    void Every(unsigned milliseconds, const std::function<void()>& work);
+    void Once(unsigned milliseconds, const std::function<void()>& work);
+
+private:
+    std::vector<sigc::connection> m_timers;
+};
+
+} // namespace plchost
