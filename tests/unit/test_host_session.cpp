@@ -28,6 +28,7 @@ struct FakeLibrary
     std::function<void()> duringCreate = [] {};
     std::function<void()> duringDestroy = [] {};
     std::vector<std::string> calls;
+    std::vector<AnswerKind> exports; ///< That have been called with an answer.
     std::vector<CMD_DATA> answers;
 };
 
@@ -46,8 +47,9 @@ void Destroy()
     library->duringDestroy();
 }
 
-int TakeAnswer(unsigned char* answer)
+int Take(AnswerKind kind, const unsigned char* answer)
 {
+    library->exports.push_back(kind);
     if (!library->takesAnswers || answer == nullptr) {
         return 0;
     }
@@ -55,6 +57,16 @@ int TakeAnswer(unsigned char* answer)
     std::memcpy(&record, answer, sizeof record);
     library->answers.push_back(record);
     return 1;
+}
+
+int TakeValue(unsigned char* answer)
+{
+    return Take(AnswerKind::ReadVar, answer);
+}
+
+int TakeProgramState(unsigned char* answer)
+{
+    return Take(AnswerKind::ProgramState, answer);
 }
 
 struct SessionTest : testing::Test
@@ -86,7 +98,7 @@ struct SessionTest : testing::Test
     FakeLibrary fake;
     bool window = true;
     int changes = 0;
-    Plugin plugin{"", &Create, &Destroy, &TakeAnswer, &TakeAnswer};
+    Plugin plugin{"", &Create, &Destroy, &TakeValue, &TakeProgramState};
     PluginAnswers answers{plugin};
     DebuggerSession session{plugin, answers, [this] { return window; }, [this] { ++changes; }};
 };
@@ -262,6 +274,19 @@ TEST_F(SessionTest, ANullAnswerIsPassedOn)
     Open();
 
     EXPECT_FALSE(answers.Answer(AnswerKind::ReadVar, nullptr));
+
+    EXPECT_THAT(fake.exports, ElementsAre(AnswerKind::ReadVar));
+}
+
+TEST_F(SessionTest, EachKindOfAnswerGoesOutByItsOwnExport)
+{
+    Open();
+    const CMD_DATA answer = PlcMakeReadAnswer(1, 2);
+
+    for (const AnswerKind kind : {AnswerKind::ReadVar, AnswerKind::ProgramState}) {
+        EXPECT_TRUE(answers.Answer(kind, &answer));
+        EXPECT_EQ(fake.exports.back(), kind);
+    }
 }
 
 } // namespace
