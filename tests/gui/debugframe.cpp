@@ -67,6 +67,11 @@ void DebugFrame::TypeValue(int row, const char* text)
     PressKey(WXK_F2);
     ASSERT_TRUE(WaitFor("editor", [this] { return grid->IsCellEditControlShown(); }));
     Type(text);
+    ASSERT_TRUE(WaitFor("typed", [this, text] {
+        const wxObjectDataPtr<wxGridCellEditor> editor(
+            grid->GetCellEditor(grid->GetGridCursorRow(), grid->GetGridCursorCol()));
+        return editor->GetValue() == text;
+    }));
 }
 
 void DebugFrame::Answer(std::uint16_t key, std::int32_t value)

@@ -63,6 +63,20 @@ TEST_F(DebugFrame, IsDestroyedByItsCloseBoxHavingExitedOnce)
     EXPECT_EQ(LastFileInConfiguration(), dir.File("last.plc"));
 }
 
+TEST_F(DebugFrame, IsDestroyedAlsoByACloseBoxInsideACallback)
+{
+    OpenOn(threeVars);
+    host.reaction = [this](const RecordedRequest&) {
+        host.reaction = nullptr;
+        frame->Close();
+        EXPECT_TRUE(frame);
+    };
+
+    notebook->SetSelection(1);
+
+    EXPECT_TRUE(WaitFor("frame destroyed", [this] { return !frame; }));
+}
+
 TEST_F(DebugFrame, ExitsAlsoWhenItIsJustDeleted)
 {
     OpenOn(threeVars);

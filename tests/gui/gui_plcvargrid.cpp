@@ -116,6 +116,18 @@ TEST_F(VarGrid, SelectsAClickedRowAlsoAfterADelete)
     ExpectSelected({{2, 2}});
 }
 
+TEST_F(VarGrid, SelectsTheRowOfAnArrowKeyAlsoAfterADelete)
+{
+    ClickCell(*grid, 1, 0);
+    ExpectSelected({{1, 1}});
+    ClickAndWait(*remove, [this] { return grid->GetNumberRows() == 3; });
+    GoTo(1, 0);
+
+    PressKey(WXK_DOWN);
+
+    ExpectSelected({{2, 2}});
+}
+
 TEST_F(VarGrid, OpensTheModifyDialogByADoubleClickOnAName)
 {
     ExpectModifyDialog();
@@ -372,6 +384,21 @@ TEST_F(VarGrid, KeepsItsLastColumnVisibleOnAVeryNarrowPage)
     for (int column = 0; column < varColumnCount; ++column) {
         EXPECT_TRUE(grid->IsColShown(column));
         EXPECT_GT(grid->GetColSize(column), 0);
+    }
+}
+
+TEST_F(VarGrid, NeverHidesItsLastColumn)
+{
+    Resize(150, 300);
+    const int margin = 8;
+    for (int width = margin + 1; width <= 2 * margin; ++width) {
+        grid->SetColSize(varColumnFormat, width);
+
+        for (int times = 0; times < 3; ++times) { // each takes the margin away
+            grid->FitColumns();
+            EXPECT_GT(grid->GetColSize(varColumnFormat), 0);
+            EXPECT_TRUE(grid->IsColShown(varColumnFormat));
+        }
     }
 }
 
