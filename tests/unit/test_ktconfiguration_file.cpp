@@ -91,7 +91,7 @@ TEST_F(KtConfigurationTest, AFileWithoutTheSectionHasNoKeysAndTakesOne)
 
 TEST_F(KtConfigurationTest, AFileWithZeroBytesIsReadAndNotReplaced)
 {
-    const std::string file("[Settings]\nLanguage=de\n[Other]\nA=1\0\0\n", 38);
+    const std::string file("[Settings]\nLanguage=de\n[Other]\nA=1\0\0\n", 37);
     Write(file);
 
     EXPECT_FALSE(Settings().Set("PLCLastFile", "/list.plc"));
