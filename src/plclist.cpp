@@ -4,6 +4,7 @@
 #include "plclist_fit.h"
 #include "plclist_line.h"
 
+#include <gtk/gtk.h>
 #include <wx/settings.h>
 
 namespace {
@@ -21,6 +22,25 @@ void FindEdgeAtPress(wxWindow& window)
     });
 }
 
+void LetGo(GtkWidget* scrollBar)
+{
+    GdkEvent* release = gdk_event_new(GDK_BUTTON_RELEASE);
+    gboolean handled = FALSE;
+    g_signal_emit_by_name(scrollBar, "button-release-event", release, &handled);
+    gdk_event_free(release);
+}
+
+/// Lets go of a scroll bar that goes from the screen, with the page or with the window. Of one that
+/// is held the toolkit would not learn the end, and keep all clicks from all windows of the host.
+void LetGoUnseen(const wxGrid& grid)
+{
+    auto* list = GTK_SCROLLED_WINDOW(grid.GetHandle());
+    for (GtkWidget* scrollBar :
+         {gtk_scrolled_window_get_hscrollbar(list), gtk_scrolled_window_get_vscrollbar(list)}) {
+        g_signal_connect(scrollBar, "unmap", G_CALLBACK(LetGo), nullptr);
+    }
+}
+
 } // namespace
 
 void SetUpList(wxGrid& grid)
@@ -33,6 +53,7 @@ void SetUpList(wxGrid& grid)
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
     FindEdgeAtPress(*grid.GetGridWindow());
     FindEdgeAtPress(*grid.GetGridColLabelWindow());
+    LetGoUnseen(grid);
 }
 
 int FitListColumns(wxGrid& grid)

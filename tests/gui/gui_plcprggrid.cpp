@@ -311,7 +311,8 @@ TEST_F(PlcPrgGridTest, TheScrollBarDrawnFromEndToEndLeadsToTheLastRows)
     OpenOnPage({{"OB1", 0, ExecutableLines(2000)}});
     const wxSize size = m_grid->GetClientSize();
 
-    Drag(*m_grid, {size.x - 3, m_grid->GetColLabelSize() + 4}, {size.x - 3, size.y + 50});
+    Grip(*m_grid, {size.x - 3, m_grid->GetColLabelSize() + 4}, {size.x - 3, size.y + 50});
+    LetGo();
     ASSERT_TRUE(WaitFor("end of the listing", [&] { return m_grid->IsVisible(1999, 0, false); }));
     EXPECT_THAT(TakeRequests(), IsEmpty());
     Tick();

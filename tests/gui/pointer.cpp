@@ -33,7 +33,7 @@ void TurnWheel(wxWindow& window, WheelTurn turn, int notches)
     XFlush(display);
 }
 
-void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to)
+void Grip(wxWindow& window, const wxPoint& from, const wxPoint& to)
 {
     wxUIActionSimulator simulator;
     // A scroll bar becomes wide, and can be gripped, when the pointer comes near.
@@ -45,7 +45,11 @@ void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to)
     for (int i = 1; i <= dragSteps; ++i) {
         MoveTo(window, from + (to - from) * i / dragSteps);
     }
-    simulator.MouseUp();
-    // Until then the toolkit keeps all clicks to itself, in the windows of later tests, too.
+}
+
+void LetGo()
+{
+    wxUIActionSimulator().MouseUp();
+    // Until the toolkit has seen it, it keeps all clicks to itself, also those of later tests.
     EXPECT_TRUE(WaitFor("let go", [] { return gtk_grab_get_current() == nullptr; }));
 }

@@ -16,5 +16,8 @@ enum class WheelTurn
 /// Turns the wheel by so many notches over the middle of a window.
 void TurnWheel(wxWindow& window, WheelTurn turn, int notches);
 
-/// Draws a scroll bar by the mouse, from one place in a window to another, and lets it go.
-void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to);
+/// Takes hold of a scroll bar by the mouse at a place in a window and draws it to another.
+void Grip(wxWindow& window, const wxPoint& from, const wxPoint& to);
+
+/// Lets go of it.
+void LetGo();
