@@ -9,7 +9,6 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
-#include <optional>
 #include <thread>
 
 // The rows that need no window: answer queue, newest answer per key, loading a block.
@@ -27,6 +26,22 @@ CMD_DATA AnswerNumber(int number, int keys)
     return PlcMakeReadAnswer(static_cast<std::uint16_t>(number % keys), number);
 }
 
+/// A queue of read answers that takes a backlog whole, where the frame's would thin it out.
+struct BacklogQueue : AnswerQueue
+{
+    BacklogQueue() : AnswerQueue(VariableOf) {}
+
+    using KtValueQueue<CMD_DATA>::Push;
+};
+
+/// Never mind how long it takes.
+void DeliverNewest(AnswerQueue& queue, std::vector<CMD_DATA>& delivered)
+{
+    queue.DeliverNewest(
+        [&delivered](const CMD_DATA& answer) { delivered.push_back(answer); },
+        [] { return false; });
+}
+
 template <typename Queue> void Fill(Queue& queue, int answers, int keys)
 {
     for (int i = 0; i < answers; ++i) {
@@ -40,10 +55,10 @@ void DrainRow()
     std::vector<double> product;
     std::vector<double> reference;
     for (int i = 0; i < pairs; ++i) {
-        KtValueQueue<CMD_DATA> queue;
+        BacklogQueue queue;
         Fill(queue, backlog, watchedVars);
-        NewestAnswers drained;
-        product.push_back(bench::CpuOf([&] { drained = Drain(queue); }));
+        std::vector<CMD_DATA> drained;
+        product.push_back(bench::CpuOf([&] { DeliverNewest(queue, drained); }));
 
         literal::Queue<CMD_DATA> literalQueue;
         Fill(literalQueue, backlog, watchedVars);
@@ -140,8 +155,9 @@ void PushRow(int threadCount)
         all.insert(all.end(), more.begin(), more.end());
     };
     for (int i = 0; i < literalRuns * runsPerLiteralRun; ++i) {
-        append(product, PushTimes<KtValueQueue<CMD_DATA>>(threadCount, [](auto& queue) {
-                   Drain(queue);
+        append(product, PushTimes<BacklogQueue>(threadCount, [](auto& queue) {
+                   std::vector<CMD_DATA> drained;
+                   DeliverNewest(queue, drained);
                }));
         if (i % runsPerLiteralRun == 0) {
             append(reference, PushTimes<literal::Queue<CMD_DATA>>(threadCount, [](auto& queue) {
@@ -156,6 +172,15 @@ void PushRow(int threadCount)
         0.05);
 }
 
+std::vector<CMD_DATA> Copies(const AnswerArray& answers)
+{
+    std::vector<CMD_DATA> copies;
+    for (std::size_t i = 0; i < answers.GetCount(); ++i) {
+        copies.push_back(answers[i]);
+    }
+    return copies;
+}
+
 void NewestRow(int keys, int answers, int pairs, double goal)
 {
     std::vector<CMD_DATA> arrived;
@@ -163,23 +188,25 @@ void NewestRow(int keys, int answers, int pairs, double goal)
     for (int i = 0; i < answers; ++i) {
         arrived.push_back(AnswerNumber(i, keys));
     }
-    std::optional<NewestAnswers> newest;
-    literal::Pending pending;
-    const auto product = [&] {
-        newest.emplace();
+    NewestAnswers newest(VariableOf);
+    std::vector<double> product;
+    std::vector<double> reference;
+    for (int i = 0; i < pairs; ++i) {
+        AnswerArray queued;
         for (const CMD_DATA& answer : arrived) {
-            newest->Add(answer);
+            queued.Add(answer);
         }
-    };
-    const auto reference = [&] {
-        pending.clear();
-        for (const CMD_DATA& answer : arrived) {
-            literal::AddNewest(pending, answer);
-        }
-    };
-    const double ratio = bench::CpuRatio(pairs, {product}, {reference});
-    bench::RequireSame(literal::SameOrder(*newest, pending), "newest per key");
-    PrintRow("newest per key, keys: " + std::to_string(keys), "literal", ratio, goal);
+        product.push_back(bench::CpuOf([&] { newest.TakeOlder(queued); }));
+
+        literal::Pending pending;
+        reference.push_back(bench::CpuOf([&] {
+            for (const CMD_DATA& answer : arrived) {
+                literal::AddNewest(pending, answer);
+            }
+        }));
+        bench::RequireSame(literal::SameOrder(Copies(queued), pending), "newest per key");
+    }
+    PrintRow("newest per key, keys: " + std::to_string(keys), "literal", product, reference, goal);
 }
 
 std::string BlockText(int number)

@@ -40,7 +40,8 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     std::vector<bench::Row> rows;
-    for (const auto& part : {bench::WatchRows(), bench::ProgramRows(), bench::FrameRows()}) {
+    for (const auto& part :
+         {bench::WatchRows(), bench::ProgramRows(), bench::FrameRows(), bench::FloodRows()}) {
         rows.insert(rows.end(), part.begin(), part.end());
     }
     const int status = bench::RunRows(rows, argc, argv);

@@ -21,6 +21,7 @@ constexpr unsigned tickMs = 100;
 std::vector<Row> WatchRows();
 std::vector<Row> ProgramRows();
 std::vector<Row> FrameRows();
+std::vector<Row> FloodRows();
 
 /// @return a block of so many lines, of which every tenth is not executable.
 DebugFileBlock Block(int lineCount);

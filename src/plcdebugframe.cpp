@@ -1,7 +1,6 @@
 #include "plcdebugframe.h"
 
 #include "plcdebug.h"
-#include "plcdebugframe_drain.h"
 #include "plcdebugframe_texts.h"
 #include "plcinfodlg.h"
 #include "plcmodal.h"
@@ -14,9 +13,12 @@
 #include <wx/filedlg.h>
 #include <wx/sizer.h>
 
+#include <chrono>
+
 namespace {
 
 constexpr int tickMs = 100;
+constexpr std::chrono::milliseconds mostOfATick(100); ///< For the delivery of answers.
 constexpr int tallFrameHeight = 1942;
 constexpr int lowFrameHeight = 514;
 constexpr int frameWidth = 600;
@@ -227,8 +229,7 @@ void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
     if (draining.IsInside() || m_pVarPanel->IsLoading()) {
         return;
     }
-    DeliverReadAnswers();
-    DeliverPrgStateAnswers();
+    DeliverAnswers();
     if (m_pPrgPanel->IsShown()) {
         m_pPrgPanel->OnScrollSendRequest();
     }
@@ -247,19 +248,14 @@ void PlcDebugFrame::OnSize(wxSizeEvent& event)
     }
 }
 
-void PlcDebugFrame::DeliverReadAnswers()
+void PlcDebugFrame::DeliverAnswers()
 {
-    const NewestAnswers newest = Drain(m_readVarAnswers);
-    for (const CMD_DATA& answer : newest.InOrder()) {
-        m_pVarPanel->AnswerReadVarRequest(answer);
-    }
-}
-
-void PlcDebugFrame::DeliverPrgStateAnswers()
-{
-    for (CMD_DATA answer; m_prgStateAnswers.Pop(answer);) {
-        m_pPrgPanel->AnswerPrgState(answer);
-    }
+    const auto end = std::chrono::steady_clock::now() + mostOfATick;
+    const auto timeIsUp = [end] { return std::chrono::steady_clock::now() >= end; };
+    m_readVarAnswers.DeliverNewest(
+        [this](const CMD_DATA& answer) { m_pVarPanel->AnswerReadVarRequest(answer); }, timeIsUp);
+    m_prgStateAnswers.DeliverAll(
+        [this](const CMD_DATA& answer) { m_pPrgPanel->AnswerPrgState(answer); }, timeIsUp);
 }
 
 void PlcDebugFrame::DoSaveActiveFile()
@@ -371,6 +367,8 @@ void PlcDebugFrame::DoExit()
     }
     const PlcCallOut callOut;
     m_timer.Stop();
+    m_readVarAnswers.Close(); // nobody reads them any more
+    m_prgStateAnswers.Close();
     m_pVarPanel->FinishVarRequest();
     if (m_pPrgPanel->IsShown()) {
         m_pPrgPanel->FinishPrgStateRequest();

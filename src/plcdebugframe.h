@@ -1,9 +1,9 @@
 #pragma once
 
 #include "plcdebug_host.h"
+#include "plcdebugframe_drain.h"
 
 #include <ktcore/ktconfiguration.h>
-#include <ktcore/ktvaluequeue.h>
 
 #include <wx/frame.h>
 #include <wx/menu.h>
@@ -51,8 +51,7 @@ private:
     void CreatePages();
     void SetSizes();
 
-    void DeliverReadAnswers();
-    void DeliverPrgStateAnswers();
+    void DeliverAnswers();
 
     void DoSaveActiveFile();
     void DoExit();
@@ -77,8 +76,8 @@ private:
     wxString m_fileName;   ///< The current list file; empty for none.
     wxSize m_openedInside; ///< Size inside the borders, until they or the operator change it.
     wxTimer m_timer;
-    KtValueQueue<CMD_DATA> m_readVarAnswers;
-    KtValueQueue<CMD_DATA> m_prgStateAnswers;
+    AnswerQueue m_readVarAnswers{VariableOf};
+    AnswerQueue m_prgStateAnswers{StepsOf};
     bool m_bExited = false; ///< DoExit() has done its work.
     wxRecursionGuardFlag m_exiting = 0;
     wxRecursionGuardFlag m_draining = 0;

@@ -248,7 +248,9 @@ private:
         if (m_dice.OneIn(3)) { // a tick may find what several have left
             return;
         }
-        const NewestAnswers newest = Drain(m_queue);
+        std::vector<CMD_DATA> newest;
+        m_queue.DeliverNewest(
+            [&newest](const CMD_DATA& answer) { newest.push_back(answer); }, [] { return false; });
         const literal::Pending pending = literal::Drain(m_literalQueue);
         Require(literal::SameOrder(newest, pending), "drained answers");
     }
@@ -279,7 +281,7 @@ private:
     literal::Rows m_requested;
     Listing m_product;
     LiteralListing m_literal;
-    KtValueQueue<CMD_DATA> m_queue;
+    AnswerQueue m_queue{VariableOf};
     literal::Queue<CMD_DATA> m_literalQueue;
 };
 

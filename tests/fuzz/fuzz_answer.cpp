@@ -45,10 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::memcmp(&record, answer.data(), std::min<std::size_t>(record.length, answer.size())) ==
             0,
         "an answer is copied as it stands");
-    NewestAnswers newest;
-    newest.Add(record);
-    newest.Add(record);
-    Require(newest.InOrder().size() == 1, "of one key the newest answer survives");
+    for (const AnswerKey keyOf : {VariableOf, StepsOf}) {
+        AnswerArray answers;
+        answers.Add(record);
+        answers.Add(record);
+        NewestAnswers(keyOf).TakeOlder(answers);
+        Require(answers.GetCount() == 1, "of one key the newest answer survives");
+    }
 
     std::vector<DB_BAUSTEIN> lines = Lines();
     StepIndex index;

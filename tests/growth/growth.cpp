@@ -13,6 +13,7 @@
 #include <wx/app.h>
 #include <wx/init.h>
 
+#include <array>
 #include <functional>
 #include <string>
 #include <valgrind/callgrind.h>
@@ -53,11 +54,15 @@ void CountPop(const char* name, int queued)
 
 void CountNewest(const char* name, int keys)
 {
-    NewestAnswers newest;
-    for (int key = 0; key < keys; ++key) {
-        newest.Add(PlcMakeReadAnswer(static_cast<std::uint16_t>(key), 1));
+    NewestAnswers newest(VariableOf);
+    std::array<AnswerArray, 2> rounds; // each is thinned out once
+    for (AnswerArray& answers : rounds) {
+        for (int i = 0; i < manyLines; ++i) {
+            answers.Add(PlcMakeReadAnswer(static_cast<std::uint16_t>(i % keys), i));
+        }
     }
-    Count(name, [&] { newest.Add(PlcMakeReadAnswer(0, 2)); });
+    auto round = rounds.begin();
+    Count(name, [&] { newest.TakeOlder(*round++); });
 }
 
 /// The program page on a block of so many lines.

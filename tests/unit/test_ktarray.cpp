@@ -89,6 +89,47 @@ TEST(KtArray, ARemovedFrontIsDestroyedAtOnce)
     EXPECT_EQ(front.use_count(), 1);
 }
 
+TEST(KtArray, GivesItsLastAndItsFirstElementsAway)
+{
+    auto array = Filled<KtArray<int>>(6);
+    array.RemoveAt(0);
+
+    EXPECT_EQ(array.TakeLast(), 5);
+    EXPECT_THAT(ItemsOf(array.TakeFirst(2)), ElementsAre(1, 2));
+    EXPECT_THAT(ItemsOf(array), ElementsAre(3, 4));
+    EXPECT_THAT(ItemsOf(array.TakeFirst(2)), ElementsAre(3, 4));
+    EXPECT_TRUE(array.IsEmpty());
+}
+
+TEST(KtArray, GivesAwayWhatIsAskedForFromTheLastToTheFirst)
+{
+    auto array = Filled<KtArray<int>>(7);
+    array.RemoveAt(0);
+    std::vector<int> asked;
+
+    const auto even = array.TakeIf([&asked](int item) {
+        asked.push_back(item);
+        return item % 2 == 0;
+    });
+
+    EXPECT_THAT(asked, ElementsAre(6, 5, 4, 3, 2, 1));
+    EXPECT_THAT(ItemsOf(even), ElementsAre(6, 4, 2));
+    EXPECT_THAT(ItemsOf(array), ElementsAre(1, 3, 5));
+}
+
+TEST(KtArray, TakesAllOfAnotherBehindItsOwn)
+{
+    auto array = Filled<KtArray<int>>(2);
+    auto other = Filled<KtArray<int>>(4);
+    other.RemoveAt(0);
+    KtArray<int> empty;
+
+    array.Append(std::move(other));
+    empty.Append(std::move(array));
+
+    EXPECT_THAT(ItemsOf(empty), ElementsAre(0, 1, 1, 2, 3));
+}
+
 TEST(KtValueArray, HoldsCopiesOfItsOwn)
 {
     const int value = 1;

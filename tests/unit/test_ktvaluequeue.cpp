@@ -152,6 +152,64 @@ TEST(KtValueQueue, AllThatIsTakenAtOnceIsInOrderAndGone)
     EXPECT_EQ(value, 9);
 }
 
+TEST(KtValueQueue, UsesTheMemoryThatIsHandedBackAgain)
+{
+    KtValueQueue<Record> queue;
+    queue.Push(RecordOf(1));
+    KtValueArray<Record> used = queue.TakeAll();
+    const Record* const place = &used[0];
+    queue.GiveBack(std::move(used));
+
+    queue.Push(RecordOf(2));
+    queue.Push(RecordOf(3));
+
+    const KtValueArray<Record> taken = queue.TakeAll();
+    ASSERT_EQ(taken.GetCount(), 2U);
+    EXPECT_EQ(&taken[0], place);
+    EXPECT_EQ(taken[0], RecordOf(2));
+    EXPECT_EQ(taken[1], RecordOf(3));
+}
+
+TEST(KtValueQueue, DeletesWhatWasHandedBackAndNotUsed)
+{
+    const auto value = std::make_shared<int>(1);
+    KtValueQueue<std::shared_ptr<int>> queue;
+    queue.Push(value);
+    queue.GiveBack(queue.TakeAll());
+
+    queue.GiveBack({});
+
+    EXPECT_EQ(value.use_count(), 1);
+}
+
+TEST(KtValueQueue, LetsThePushedValueReplaceOthers)
+{
+    const auto keepNewest = [](KtValueArray<Record>& all) {
+        return all.TakeFirst(all.GetCount() - 1);
+    };
+    KtValueQueue<Record> queue;
+    queue.Push(RecordOf(1));
+    queue.Push(RecordOf(2), keepNewest);
+    queue.Push(RecordOf(3), keepNewest);
+
+    const KtValueArray<Record> taken = queue.TakeAll();
+    ASSERT_EQ(taken.GetCount(), 1U);
+    EXPECT_EQ(taken[0], RecordOf(3));
+}
+
+TEST(KtValueQueue, KeepsNothingOnceItIsClosed)
+{
+    const auto value = std::make_shared<int>(1);
+    KtValueQueue<std::shared_ptr<int>> queue;
+    queue.Push(value);
+
+    queue.Close();
+    queue.Push(value);
+
+    EXPECT_EQ(value.use_count(), 1);
+    EXPECT_TRUE(queue.TakeAll().IsEmpty());
+}
+
 TEST(KtValueQueue, IsNotLockedAfterACopyThatFailed)
 {
     struct Stubborn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -31,6 +32,63 @@ public:
         }
     }
 
+    /// Takes the last element out.
+    /// @pre not empty
+    T TakeLast()
+    {
+        T last = std::move(m_items.back());
+        m_items.pop_back();
+        return last;
+    }
+
+    /// Takes the first elements out. @param count GetCount() at the most.
+    KtArray TakeFirst(std::size_t count)
+    {
+        KtArray first;
+        if (count == GetCount()) {
+            std::swap(first, *this);
+        } else {
+            const auto end = At(m_gap + count);
+            first.m_items.assign(std::make_move_iterator(At(m_gap)), std::make_move_iterator(end));
+            m_items.erase(m_items.begin(), end);
+            m_gap = 0;
+        }
+        return first;
+    }
+
+    /// Takes out every element of which @p goes says so, asked from the last element to the first.
+    /// @return them, the last one first. The others keep their order.
+    template <typename Goes> KtArray TakeIf(Goes goes)
+    {
+        KtArray taken;
+        taken.m_items.reserve(GetCount()); // nothing may fail once elements are on their way
+        auto stays = m_items.end();
+        for (auto item = m_items.end(); item != At(m_gap);) {
+            --item;
+            if (goes(std::as_const(*item))) {
+                taken.m_items.push_back(std::move(*item));
+            } else if (--stays != item) {
+                *stays = std::move(*item);
+            }
+        }
+        m_items.erase(m_items.begin(), stays);
+        m_gap = 0;
+        return taken;
+    }
+
+    /// Moves all elements of another array behind those of this one.
+    void Append(KtArray&& other)
+    {
+        if (IsEmpty()) {
+            *this = std::move(other);
+        } else {
+            m_items.insert(
+                m_items.end(),
+                std::make_move_iterator(other.At(other.m_gap)),
+                std::make_move_iterator(other.m_items.end()));
+        }
+    }
+
 private:
     auto At(std::size_t index) { return m_items.begin() + static_cast<std::ptrdiff_t>(index); }
 
@@ -52,6 +110,8 @@ private:
 template <typename T> class KtValueArray
 {
 public:
+    KtValueArray() = default;
+
     std::size_t GetCount() const { return m_items.GetCount(); }
 
     bool IsEmpty() const { return m_items.IsEmpty(); }
@@ -69,6 +129,21 @@ public:
     /// @param position below GetCount().
     void RemoveAt(std::size_t position) { m_items.RemoveAt(position); }
 
+    // As those of KtArray; no element is copied or moves in memory.
+
+    std::unique_ptr<T> TakeLast() { return m_items.TakeLast(); }
+
+    KtValueArray TakeFirst(std::size_t count) { return KtValueArray(m_items.TakeFirst(count)); }
+
+    template <typename Goes> KtValueArray TakeIf(Goes goes)
+    {
+        return KtValueArray(m_items.TakeIf([&goes](const auto& item) { return goes(*item); }));
+    }
+
+    void Append(KtValueArray&& other) { m_items.Append(std::move(other.m_items)); }
+
 private:
+    explicit KtValueArray(KtArray<std::unique_ptr<T>> items) : m_items(std::move(items)) {}
+
     KtArray<std::unique_ptr<T>> m_items;
 };

@@ -25,11 +25,11 @@ Pending Drain(Queue<CMD_DATA>& queue)
     return pending;
 }
 
-bool SameOrder(const NewestAnswers& product, const Pending& reference)
+bool SameOrder(const std::vector<CMD_DATA>& product, const Pending& reference)
 {
     return std::equal(
-        product.InOrder().begin(),
-        product.InOrder().end(),
+        product.begin(),
+        product.end(),
         reference.begin(),
         reference.end(),
         [](const CMD_DATA& one, const std::unique_ptr<CMD_DATA>& other) {

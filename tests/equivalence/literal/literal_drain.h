@@ -2,7 +2,6 @@
 
 #include "literal_queue.h"
 #include "plcdebug_host.h"
-#include "plcdebugframe_drain.h"
 
 #include <memory>
 #include <vector>
@@ -19,6 +18,6 @@ void AddNewest(Pending& pending, const CMD_DATA& answer);
 Pending Drain(Queue<CMD_DATA>& queue);
 
 /// @return whether both deliver the same answers in the same order.
-bool SameOrder(const NewestAnswers& product, const Pending& reference);
+bool SameOrder(const std::vector<CMD_DATA>& product, const Pending& reference);
 
 } // namespace literal
