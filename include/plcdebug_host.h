@@ -75,8 +75,9 @@ typedef struct PLC_DBG_INIT
  *  Read requests of the last variable list leave already during this call; answers given before
  *  it returns are dropped.
  *  @param init copied; the caller keeps it.
- *  @return 1 when the window is open; 0 when the toolkit could not be set up, or when the host
- *          called ExportDestroyPlcDebugger() from a callback meanwhile.
+ *  @return 1 when the window is open; 0 when the toolkit could not be set up, when the host called
+ *          ExportDestroyPlcDebugger() from a callback meanwhile, or when it calls this from a
+ *          callback or under a question of an ExportDestroyPlcDebugger() that has not returned yet.
  *  @throws std::out_of_range when the program debug file exists but holds no block at all: no
  *          window is left behind, ExportDestroyPlcDebugger() may be called. A host in C ends here,
  *          so it looks at its own file first.

@@ -5,6 +5,7 @@
 #include "plcmodal.h"
 
 #include <wx/init.h>
+#include <wx/recguard.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -22,6 +23,20 @@ namespace {
 
 std::atomic<int> answersUnderWay{0};
 
+/// Marks an answer export that may be using the frame, also when it fails.
+class AnswerMark
+{
+public:
+    AnswerMark() { ++answersUnderWay; }
+
+    ~AnswerMark() { --answersUnderWay; }
+
+    AnswerMark(const AnswerMark&) = delete;
+    AnswerMark(AnswerMark&&) = delete;
+    AnswerMark& operator=(const AnswerMark&) = delete;
+    AnswerMark& operator=(AnswerMark&&) = delete;
+};
+
 /// Frames that wait for the plug-in's code to leave the stack. A host that destroys and creates
 /// again at once may leave several.
 std::vector<PlcDebugFrame*>& LeavingFrames()
@@ -34,6 +49,7 @@ bool appEndsWithThem = false;
 
 bool isCreating = false;
 bool destroyWhenCreated = false;
+wxRecursionGuardFlag isDestroying = 0;
 
 /// Marks the time in which ExportCreatePlcDebugger() builds the frame, also when that fails.
 class CreationMark
@@ -118,11 +134,14 @@ wxWindow* ParentWindow()
 
 int QueueAnswer(unsigned char* answer, int (PlcDebugFrame::*process)(const unsigned char*))
 {
-    ++answersUnderWay; // before the pointer is read: ForgetFrame() looks the other way round
+    // Threads that answer without end must not keep the closing window waiting: who finds none is
+    // not counted.
+    if (m_pDebugFrame == nullptr || answer == nullptr) {
+        return 0;
+    }
+    const AnswerMark mark; // before the pointer is read: ForgetFrame() looks the other way round
     PlcDebugFrame* frame = m_pDebugFrame;
-    const int result = frame != nullptr && answer != nullptr ? (frame->*process)(answer) : 0;
-    --answersUnderWay;
-    return result;
+    return frame != nullptr ? (frame->*process)(answer) : 0;
 }
 
 } // namespace
@@ -150,7 +169,7 @@ void DeleteFrameLater(PlcDebugFrame* frame)
 PLCDEBUG_EXPORT int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
 {
     RememberGuiThread();
-    if (init == nullptr || (wxTheApp == nullptr && !StartApp())) {
+    if (isDestroying != 0 || init == nullptr || (wxTheApp == nullptr && !StartApp())) {
         return 0;
     }
     appEndsWithThem = false; // the new frame goes on with the application of one that is leaving
@@ -172,6 +191,7 @@ PLCDEBUG_EXPORT void ExportDestroyPlcDebugger()
         destroyWhenCreated = true;
         return;
     }
+    const wxRecursionGuard destroying(isDestroying);
     // Called from inside a callback or a dialog, the frame cannot go yet: functions of it are on
     // the stack.
     const bool insideOurCode = PlcCallOut::Active();

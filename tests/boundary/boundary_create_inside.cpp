@@ -40,6 +40,37 @@ TEST_F(DestroyInside, AndCreatedAndDestroyedAgainInTheSameCallbackNothingIsLeft)
     ReopenAndUse();
 }
 
+TEST_F(DestroyInside, NothingIsCreatedWhileItRuns)
+{
+    UseList({"MW20/D"});
+    ASSERT_TRUE(Open());
+    int created = -1;
+    ReactOnce(Callback::Delete, [this, &created] { created = plugin.create(&host.init); });
+
+    Destroy();
+
+    EXPECT_EQ(created, 0);
+    EXPECT_TRUE(EverythingGoes());
+    EXPECT_EQ(Answer(0, 1), 0);
+    TakeRequests();
+    ReopenAndUse();
+}
+
+TEST_F(DestroyInside, NothingIsCreatedUnderTheQuestionThatItAsks)
+{
+    ASSERT_TRUE(Open());
+    Define("1.0");
+    PostToGui([this] { plugin.destroy(); });
+    ASSERT_TRUE(DialogOpens("question [T79] T78"));
+
+    EXPECT_EQ(Create(), 0);
+
+    EXPECT_TRUE(AnswerDialog("question [T79] T78", wxID_NO));
+    EXPECT_TRUE(EverythingGoes());
+    TakeRequests();
+    ReopenAndUse();
+}
+
 TEST_F(DestroyInside, AnswersDuringTheReleasesThatItLeadsToAreDropped)
 {
     UseList({"MW20/D"});

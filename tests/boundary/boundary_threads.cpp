@@ -4,10 +4,37 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <thread>
 
 // Answers from several threads at once, of any length, and from inside the requests.
+
+namespace {
+
+thread_local bool isMemoryGone = false;
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    void* const memory = isMemoryGone ? nullptr : std::malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
 
 namespace {
 
@@ -84,6 +111,40 @@ TEST_F(Answers, OfFourThreadsMayMeetTheClosingWindow)
     answering.join();
 
     EXPECT_TRUE(Await("answers dropped", [this] { return Answer(0, 1) == 0; }));
+}
+
+TEST_F(Answers, WithoutEndDoNotKeepTheClosingWindowWaiting)
+{
+    constexpr int many = 24;
+    std::atomic<bool> stop = false;
+    std::vector<std::thread> threads;
+    for (std::uint16_t key = 0; key < many; ++key) {
+        threads.emplace_back([this, key, &stop] {
+            while (!stop) {
+                Answer(key, 1);
+            }
+        });
+    }
+
+    OnGui([] { Frame()->Close(); });
+    EXPECT_TRUE(FrameGoes());
+
+    stop = true;
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST_F(Answers, ForWhichThereIsNoMemoryDoNotKeepTheClosingWindowWaiting)
+{
+    CMD_DATA answer = PlcMakeReadAnswer(0, 1);
+    isMemoryGone = true;
+    EXPECT_THROW(plugin.answerReadVar(reinterpret_cast<unsigned char*>(&answer)), std::bad_alloc);
+    isMemoryGone = false;
+
+    EXPECT_EQ(Answer(0, 2), 1) << "no lock is left behind";
+    Destroy();
+    EXPECT_EQ(Answer(0, 3), 0);
 }
 
 TEST_F(Answers, TheNewestOfOneKeyWins)
