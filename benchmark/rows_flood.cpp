@@ -1,12 +1,11 @@
 #include "descendants.h"
 #include "plcdebug.h"
 #include "plcdebug_host.h"
+#include "plcdebugframe_drain.h"
 #include "recordinghost.h"
 #include "tempdir.h"
 #include "waitfor.h"
 #include "windowrows.h"
-
-#include <ktcore/ktvaluequeue.h>
 
 #include <gtk/gtk.h>
 #include <wx/frame.h>

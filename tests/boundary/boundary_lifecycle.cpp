@@ -163,6 +163,22 @@ TEST_F(LifeCycle, NoAnswerChangesTheListAfterTheExitItem)
     EXPECT_EQ(OnGui(WatchList), (Words{"MW 20|?|T30"}));
 }
 
+TEST_F(LifeCycle, AnswersAfterTheExitItemCostNoMemory)
+{
+    constexpr int answers = 10000;
+    ASSERT_TRUE(Open());
+    ChooseMenu(wxID_EXIT);
+    ASSERT_TRUE(Await("the frame hidden", [] { return !Frame()->IsShown(); }));
+    const std::size_t before = HeapInUse();
+
+    for (int i = 0; i < answers; ++i) {
+        EXPECT_EQ(Answer(static_cast<std::uint16_t>(i), i), 1);
+    }
+
+    constexpr std::size_t fewBytes = 100000; // what the toolkits do meanwhile
+    EXPECT_LT(HeapInUse(), before + fewBytes);
+}
+
 TEST_F(LifeCycle, TheDebuggerOpensAndClosesAgainAndAgainInTheSameMemory)
 {
     constexpr int defaultRounds = 40;
