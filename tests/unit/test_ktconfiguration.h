@@ -11,8 +11,8 @@
 #include <optional>
 #include <string>
 
-/// A configuration on a file of the test's own, of which nothing reaches the operator.
-class KtConfigurationTest : public testing::Test
+/// A configuration on a file of the test's own.
+class KtConfigurationTest : public WitnessedTest
 {
 public:
     KtConfiguration Settings() const { return {"Settings", "", wxString(m_file.native())}; }
@@ -31,15 +31,7 @@ public:
 
     const std::filesystem::path& File() const { return m_file; }
 
-protected:
-    void TearDown() override
-    {
-        EXPECT_EQ(m_witness.Complaints(), 0) << "shown to the operator";
-        EXPECT_TRUE(m_witness.Listens()) << "log or assert handler not restored";
-    }
-
 private:
-    ToolkitWitness m_witness;
     const TempDir m_folder;
     const std::filesystem::path m_file = m_folder.Path() / "plcdebug.ini";
 };

@@ -41,7 +41,7 @@ std::pair<int, int> SplitOf(int id)
     return text.split;
 }
 
-class KtIntlLanguageTextTest : public testing::Test
+class KtIntlLanguageTextTest : public WitnessedTest
 {
 public:
     KtIntlLanguageTextImp& Service() { return m_service; }
@@ -67,15 +67,7 @@ public:
         return text != nullptr ? Text(text) : std::nullopt;
     }
 
-protected:
-    void TearDown() override
-    {
-        EXPECT_EQ(m_witness.Complaints(), 0) << "shown to the operator";
-        EXPECT_TRUE(m_witness.Listens()) << "log or assert handler not restored";
-    }
-
 private:
-    ToolkitWitness m_witness;
     const TempDir m_folder;
     KtIntlLanguageTextImp m_service;
 };

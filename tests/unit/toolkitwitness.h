@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <wx/debug.h>
 #include <wx/init.h>
 #include <wx/log.h>
@@ -60,4 +61,18 @@ private:
     Target m_target;
     wxLog* m_oldTarget;
     wxAssertHandler_t m_oldHandler;
+};
+
+/// Tests in which the toolkit shows the operator nothing.
+class WitnessedTest : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        EXPECT_EQ(m_witness.Complaints(), 0) << "shown to the operator";
+        EXPECT_TRUE(m_witness.Listens()) << "log or assert handler not restored";
+    }
+
+private:
+    ToolkitWitness m_witness;
 };
