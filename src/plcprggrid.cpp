@@ -93,11 +93,6 @@ void PlcPrgGrid::ClearIdxRequestRows()
     reqLastRow = noRow;
 }
 
-void PlcPrgGrid::KeepShowing(std::vector<DB_BAUSTEIN> former)
-{
-    m_pTable->KeepShowing(std::move(former));
-}
-
 bool PlcPrgGrid::TakeScrollPending()
 {
     return std::exchange(scrollPending, false);

@@ -34,10 +34,6 @@ public:
     /// Forgets which rows were requested.
     void ClearIdxRequestRows();
 
-    /// Goes on showing the lines that it shows, until the next InitShowBS(). To be called before
-    /// the page replaces them.
-    void KeepShowing(std::vector<DB_BAUSTEIN> former);
-
     /// Notes that other rows may have come on screen.
     void SetScrollPending() { scrollPending = true; }
 

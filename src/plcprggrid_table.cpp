@@ -2,14 +2,11 @@
 
 #include "plclist_measure.h"
 
-#include <utility>
-
 PlcPrgTable::PlcPrgTable(const std::vector<DB_BAUSTEIN>& lines) : m_lines(lines) {}
 
 void PlcPrgTable::ShowLines()
 {
     const std::size_t formerRows = m_states.RowCount();
-    m_formerLines = {};
     m_states.Clear(0);
     m_values.Clear(0);
     if (formerRows > 0) {
@@ -23,13 +20,6 @@ void PlcPrgTable::ShowLines()
     }
     if (!m_lines.empty()) {
         Notify(wxGRIDTABLE_NOTIFY_ROWS_APPENDED, m_lines.size(), 0);
-    }
-}
-
-void PlcPrgTable::KeepShowing(std::vector<DB_BAUSTEIN> former)
-{
-    if (!former.empty()) {
-        m_formerLines = std::move(former);
     }
 }
 
@@ -55,7 +45,7 @@ wxString PlcPrgTable::GetValue(int row, int col)
 {
     const auto position = static_cast<std::size_t>(row);
     if (col == PrgColumnText) {
-        return (m_formerLines.empty() ? m_lines : m_formerLines)[position].text;
+        return m_lines[position].text;
     }
     return Shown(static_cast<PrgColumn>(col)).Text(position);
 }

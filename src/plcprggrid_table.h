@@ -28,10 +28,6 @@ public:
     /// Rebuilds all rows from the lines.
     void ShowLines();
 
-    /// Takes over the lines that the rows show, for the time until the next ShowLines(). To be
-    /// called before they are replaced.
-    void KeepShowing(std::vector<DB_BAUSTEIN> former);
-
     /// Shows state and value of a line as they are now.
     /// @param row one of lines and table.
     /// @return true when that changes what the row shows.
@@ -54,7 +50,6 @@ private:
     void Notify(int id, std::size_t argument1, std::size_t argument2);
 
     const std::vector<DB_BAUSTEIN>& m_lines; // not owned
-    std::vector<DB_BAUSTEIN> m_formerLines;
     ShownColumn m_states;
     ShownColumn m_values;
     std::array<wxString, PrgColumnCount> m_labels;

@@ -9,7 +9,6 @@
 
 #include <cstring>
 #include <memory>
-#include <utility>
 
 namespace {
 
@@ -49,10 +48,7 @@ void PlcPrgPanel::LoadBS(int index)
         ReportUnreadableFile();
         return;
     }
-    m_pGrid->KeepShowing(std::exchange(m_lines, {}));
-    m_stepIndex.Build(m_lines); // no step may lead to the lines that have gone
-    const DBG_BAUSTEIN_ENTRY& block = m_blocks.at(static_cast<std::size_t>(index));
-    m_lines = ReadBlockLines(file.get(), block);
+    m_lines = ReadBlockLines(file.get(), m_blocks.at(static_cast<std::size_t>(index)));
     m_stepIndex.Build(m_lines);
     m_pGrid->InitShowBS();
 }

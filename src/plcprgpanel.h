@@ -27,8 +27,7 @@ public:
     /// Reads the lines of a block from the file as it is now, and shows them. When the file cannot
     /// be opened, everything stays as it was.
     /// @param index position in the block table.
-    /// @throws std::out_of_range when there is no such block; the lines are gone then, the grid
-    ///         still shows them.
+    /// @throws std::out_of_range when there is no such block; everything stays as it was then, too.
     void LoadBS(int index);
 
     /// Has the host answer for the steps first to last from now on, or for none (noStep, noStep).

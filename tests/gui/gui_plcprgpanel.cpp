@@ -132,7 +132,7 @@ TEST_F(PlcPrgPage, OfAFileTooShortForAnIndexEndsInTheSameError)
     }
 }
 
-TEST_F(PlcPrgPage, WithoutABlockOfTheChosenNumberThrowsAndStaysUsable)
+TEST_F(PlcPrgPage, WithoutABlockOfTheChosenNumberThrowsAndStaysAsItIs)
 {
     OpenOnPage({Block("OB1", 0, 3), Block("FB7", 3, 2)});
 
@@ -142,7 +142,8 @@ TEST_F(PlcPrgPage, WithoutABlockOfTheChosenNumberThrowsAndStaysUsable)
     EXPECT_EQ(OpenFilesIn(m_dir.Path()), 0);
     ASSERT_EQ(m_grid->GetNumberRows(), 3);
     EXPECT_EQ(m_grid->GetCellValue(2, 2), "OB1 2");
-    m_grid->DoPrgStateRequest();
+    AnswerSubscribed(5);
+    EXPECT_EQ(Shown(2), "1/7");
     ChooseBlock(1);
     EXPECT_EQ(m_grid->GetNumberRows(), 2);
     EXPECT_EQ(m_grid->GetCellValue(1, 2), "FB7 1");
