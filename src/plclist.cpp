@@ -3,6 +3,7 @@
 #include "plclist_editor.h"
 #include "plclist_fit.h"
 #include "plclist_line.h"
+#include "plclist_tip.h"
 
 #include <gtk/gtk.h>
 #include <wx/settings.h>
@@ -47,6 +48,9 @@ void SetUpList(wxGrid& grid)
 {
     grid.SetWindowStyle(wxSUNKEN_BORDER);
     grid.SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
+    // A number that is cut between its digits reads as another number.
+    grid.SetDefaultCellFitMode(wxGridFitMode::Ellipsize());
+    ShowCutTextsInTips(grid);
     grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new ValueEditor);
     grid.SetRowLabelSize(0);
     // Without the focus a selected row is grey, where the toolkit's white cannot be read.

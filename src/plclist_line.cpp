@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int margin = 1; ///< The toolkit's, on each side of the text.
+constexpr int margin = 1; ///< The toolkit's, on each side of the cell, and then of the text.
 
 bool IsOneLineOfAscii(const wxString& text)
 {
@@ -18,6 +18,11 @@ bool IsOneLineOfAscii(const wxString& text)
 }
 
 } // namespace
+
+int LineRenderer::Room(const wxRect& cell)
+{
+    return wxRect(cell).Deflate(margin).Deflate(margin).width;
+}
 
 void LineRenderer::Draw(
     wxGrid& grid,
@@ -32,7 +37,7 @@ void LineRenderer::Draw(
     const wxRect inside = wxRect(cell).Deflate(margin);
     LearnFont(dc, attr.GetFont());
     const int atMost = static_cast<int>(text.length()) * m_widestLetter;
-    const int room = inside.width - margin;
+    const int room = Room(cell);
     if (!IsOneLineOfAscii(text) || m_lineHeight > inside.height ||
         (atMost > room && GetBestSize(grid, attr, dc, row, column).x > room)) {
         wxGridCellStringRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);

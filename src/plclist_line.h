@@ -9,6 +9,9 @@
 class LineRenderer : public wxGridCellStringRenderer
 {
 public:
+    /// @return how wide a text may be that is drawn whole in this cell.
+    static int Room(const wxRect& cell);
+
     void Draw(
         wxGrid& grid,
         wxGridCellAttr& attr,

@@ -1,11 +1,9 @@
+#include "cellpicture.h"
 #include "plclist.h"
 #include "plclist_line.h"
 
 #include <gtest/gtest.h>
-#include <wx/bitmap.h>
-#include <wx/dcmemory.h>
 #include <wx/frame.h>
-#include <wx/image.h>
 
 #include <algorithm>
 #include <string>
@@ -13,12 +11,6 @@
 namespace {
 
 const wxSize pictureSize(220, 40);
-
-bool SamePicture(const wxImage& one, const wxImage& other)
-{
-    const int bytes = 3 * pictureSize.x * pictureSize.y;
-    return std::equal(one.GetData(), one.GetData() + bytes, other.GetData());
-}
 
 bool IsBlank(const wxImage& picture)
 {
@@ -48,9 +40,9 @@ protected:
         if (!painted.IsEmpty()) {
             dc.SetClippingRegion(painted);
         }
-        const wxGridCellAttrPtr attr(new wxGridCellAttr(
-            wxColour(20, 40, 120), *wxWHITE, font, wxALIGN_LEFT, wxALIGN_CENTRE));
-        attr->SetOverflow(true);
+        const wxGridCellAttrPtr attr = m_grid->GetOrCreateCellAttrPtr(0, column);
+        attr->SetTextColour(wxColour(20, 40, 120));
+        attr->SetFont(font);
         renderer.Draw(*m_grid, *attr, dc, cell, 0, column, isSelected);
         dc.SelectObject(wxNullBitmap);
         return bitmap.ConvertToImage();
@@ -99,17 +91,26 @@ TEST_F(LineRendererTest, DrawsLettersBeyondAsciiLinesAndTabsAsTheToolkitDoes)
     }
 }
 
-TEST_F(LineRendererTest, CutsATextOffAtTheEndOfTheLastCell)
+TEST_F(LineRendererTest, DrawsATextThatDoesNotFitWithAnEllipsis)
 {
-    EXPECT_TRUE(IsDrawnAsByTheToolkit(2, longText));
+    cell.width = 60;
+    for (const wxString& text :
+         {longText, wxString("-2147483640"), wxString(L"\u00c4rger mit W\u00e4rme")}) {
+        m_grid->SetCellValue(0, 0, text);
+        const wxImage cut = PictureOf(*m_renderer, 0, false);
+
+        const int room = LineRenderer::Room(cell);
+        m_grid->SetCellValue(0, 0, Ellipsized(text, *m_frame, font, room));
+        EXPECT_NE(m_grid->GetCellValue(0, 0), text);
+        EXPECT_TRUE(SamePicture(cut, PictureOf(*m_renderer, 0, false))) << text;
+    }
 }
 
-TEST_F(LineRendererTest, LetsATextReachOverAnEmptyCellOnly)
+TEST_F(LineRendererTest, DrawsInACellOfAnyWidthAsTheToolkitDoes)
 {
-    EXPECT_TRUE(IsDrawnAsByTheToolkit(0, longText));
-
-    m_grid->SetCellValue(0, 1, "taken");
-    EXPECT_TRUE(IsDrawnAsByTheToolkit(0, longText));
+    for (cell.width = 1; cell.width < 120; ++cell.width) {
+        EXPECT_TRUE(IsDrawnAsByTheToolkit(0, "-2147483640")) << cell.width;
+    }
 }
 
 TEST_F(LineRendererTest, DrawsInACellLowerThanTheLineAsTheToolkitDoes)

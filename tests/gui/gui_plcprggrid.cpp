@@ -1,8 +1,12 @@
+#include "cellpicture.h"
 #include "contrast.h"
 #include "gui_plcprgpage.h"
+#include "plclist.h"
+#include "plclist_line.h"
 #include "pointer.h"
 #include "useractions.h"
 #include "waitfor.h"
+#include "widgets.h"
 
 #include <gmock/gmock.h>
 #include <wx/region.h>
@@ -129,6 +133,39 @@ TEST_F(PlcPrgGridTest, MeasuresItsColumnsAnewInAnotherFont)
 
     EXPECT_EQ(Widths(*m_grid), ToolkitWidths(*m_grid));
     EXPECT_GT(Widths(*m_grid)[1], before[1]);
+}
+
+TEST_F(PlcPrgGridTest, DrawsAValueThatDoesNotFitWithAnEllipsis)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    AnswerSubscribed(-2147483600);
+    ASSERT_EQ(Shown(2), "1/-2147483598");
+    const wxImage cut = PictureOfCell(*m_grid, 2, PrgColumnValue);
+
+    wxGrid other(m_panel, wxID_ANY);
+    SetUpList(other);
+    other.CreateGrid(3, 2);
+    other.SetColSize(1, m_grid->GetColSize(PrgColumnValue));
+    const int room = LineRenderer::Room(other.CellToRect(2, 1));
+    const wxString read = Ellipsized("-2147483598", other, other.GetDefaultCellFont(), room);
+    other.SetCellValue(2, 1, read);
+
+    EXPECT_TRUE(read.StartsWith("-2")) << read;
+    EXPECT_LT(read.length(), 11U);
+    EXPECT_TRUE(SamePicture(cut, PictureOfCell(other, 2, 1)));
+}
+
+TEST_F(PlcPrgGridTest, SaysTheWholeOfAValueThatDoesNotFitInATipThatFollowsIt)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    AnswerSubscribed(-2147483600);
+
+    PointAtCell(*m_grid, 2, PrgColumnValue);
+    ASSERT_TRUE(WaitFor("tip", [] { return TipOnScreen() == "-2147483598"; }));
+    AnswerSubscribed(-2147483500);
+    ASSERT_TRUE(WaitFor("next tip", [] { return TipOnScreen() == "-2147483498"; }));
+    Resize({700, 480});
+    EXPECT_TRUE(WaitFor("no tip", [] { return !TipOnScreen(); }));
 }
 
 TEST_F(PlcPrgGridTest, KeepsTheTextColumnInAPageTooNarrowForIt)

@@ -97,6 +97,14 @@ void ClickAt(wxWindow& control, const wxPoint& place)
     ClickOnScreen(control.ClientToScreen(place));
 }
 
+void PointAtCell(wxGrid& grid, int row, int column)
+{
+    const wxPoint place = CellOnScreen(grid, row, column);
+    wxUIActionSimulator simulator;
+    simulator.MouseMove(place - wxPoint(1, 1)); // it may rest there already
+    simulator.MouseMove(place);
+}
+
 void ClickCell(wxGrid& grid, int row, int column, int modifiers)
 {
     SetDoubleClickTime(noDoubleClicksMs);

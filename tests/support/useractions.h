@@ -28,6 +28,9 @@ void Click(wxWindow& control);
 /// Clicks at a place inside a control's client area.
 void ClickAt(wxWindow& control, const wxPoint& place);
 
+/// Moves the pointer to a cell.
+void PointAtCell(wxGrid& grid, int row, int column);
+
 /// Clicks into a cell; never taken for the second half of a double click.
 /// @param modifiers wxMOD_CONTROL, wxMOD_SHIFT, both or none.
 void ClickCell(wxGrid& grid, int row, int column, int modifiers = wxMOD_NONE);

@@ -1,6 +1,7 @@
 #include "widgets.h"
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 namespace {
@@ -15,6 +16,21 @@ void CollectRadioButtons(GtkWidget* widget, std::vector<GtkWidget*>& buttons)
             CollectRadioButtons(child, *static_cast<std::vector<GtkWidget*>*>(data));
         };
         gtk_container_foreach(GTK_CONTAINER(widget), collect, &buttons);
+    }
+}
+
+/// Appends the words of all labels on the screen below @p widget.
+void AppendLabels(GtkWidget* widget, wxString& words)
+{
+    if (GTK_IS_LABEL(widget)) {
+        if (gtk_widget_get_mapped(widget) != FALSE) {
+            words += wxString::FromUTF8(gtk_label_get_text(GTK_LABEL(widget)));
+        }
+    } else if (GTK_IS_CONTAINER(widget)) {
+        const auto append = [](GtkWidget* child, gpointer all) {
+            AppendLabels(child, *static_cast<wxString*>(all));
+        };
+        gtk_container_foreach(GTK_CONTAINER(widget), append, &words);
     }
 }
 
@@ -41,6 +57,22 @@ GtkWidget* TabOf(const wxNotebook& notebook, int page)
 {
     auto* tabs = GTK_NOTEBOOK(notebook.GetHandle());
     return gtk_notebook_get_tab_label(tabs, gtk_notebook_get_nth_page(tabs, page));
+}
+
+std::optional<wxString> TipOnScreen()
+{
+    GList* windows = gtk_window_list_toplevels();
+    std::optional<wxString> words;
+    for (const GList* window = windows; window != nullptr; window = window->next) {
+        auto* widget = static_cast<GtkWidget*>(window->data);
+        const bool isTip = G_OBJECT_TYPE_NAME(widget) == std::string("GtkTooltipWindow");
+        if (isTip && gtk_widget_get_mapped(widget) != FALSE) {
+            words = "";
+            AppendLabels(widget, *words);
+        }
+    }
+    g_list_free(windows);
+    return words;
 }
 
 wxPoint MiddleOfCell(wxGrid& grid, int row, int column)
