@@ -7,6 +7,16 @@
 
 #include <utility>
 
+namespace {
+
+/// @return the system's font of letters that are all equally wide, as large as @p font.
+wxFont FixedPitch(const wxFont& font)
+{
+    return wxFontInfo(font.GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE);
+}
+
+} // namespace
+
 wxBEGIN_EVENT_TABLE(PlcPrgGrid, wxGrid)
     EVT_SIZE(PlcPrgGrid::OnSize)
     EVT_SCROLLWIN_TOP(PlcPrgGrid::OnScroll)
@@ -27,6 +37,9 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
     AssignTable(m_pTable, wxGridSelectCells);
     SetColAttr(PrgColumnState, NewMeasuringAttr(m_pTable->Shown(PrgColumnState)));
     SetColAttr(PrgColumnValue, NewMeasuringAttr(m_pTable->Shown(PrgColumnValue)));
+    auto* listing = new wxGridCellAttr; // operands stand below each other
+    listing->SetFont(FixedPitch(GetDefaultCellFont()));
+    SetColAttr(PrgColumnText, listing);
     EnableEditing(false);
     SetUpList(*this);
     DisableDragRowSize();

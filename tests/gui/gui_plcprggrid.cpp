@@ -155,6 +155,20 @@ TEST_F(PlcPrgGridTest, DrawsAValueThatDoesNotFitWithAnEllipsis)
     EXPECT_TRUE(SamePicture(cut, PictureOfCell(other, 2, 1)));
 }
 
+TEST_F(PlcPrgGridTest, ShowsTheListingInLettersOfOneWidthAndTheListsRowHeight)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    wxClientDC dc(m_grid->GetGridWindow());
+    const auto width = [&](int column, const char* text) {
+        dc.SetFont(m_grid->GetCellFont(0, column));
+        return dc.GetTextExtent(text).x;
+    };
+
+    EXPECT_EQ(width(PrgColumnText, "iiii"), width(PrgColumnText, "WWWW"));
+    EXPECT_LT(width(PrgColumnValue, "iiii"), width(PrgColumnValue, "WWWW"));
+    EXPECT_EQ(m_grid->GetRowSize(0), wxGrid(m_panel, wxID_ANY).GetDefaultRowSize());
+}
+
 TEST_F(PlcPrgGridTest, SaysTheWholeOfAValueThatDoesNotFitInATipThatFollowsIt)
 {
     OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
