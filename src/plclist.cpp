@@ -23,22 +23,25 @@ void FindEdgeAtPress(wxWindow& window)
     });
 }
 
-void LetGo(GtkWidget* scrollBar)
+void LetGo(GtkWidget* scrollBar, const wxGrid* grid)
 {
     GdkEvent* release = gdk_event_new(GDK_BUTTON_RELEASE);
     gboolean handled = FALSE;
     g_signal_emit_by_name(scrollBar, "button-release-event", release, &handled);
+    if (!grid->IsBeingDeleted()) { // it hears the end of its scrolling
+        g_signal_emit_by_name(scrollBar, "event-after", release);
+    }
     gdk_event_free(release);
 }
 
 /// Lets go of a scroll bar that goes from the screen, with the page or with the window. Of one that
 /// is held the toolkit would not learn the end, and keep all clicks from all windows of the host.
-void LetGoUnseen(const wxGrid& grid)
+void LetGoUnseen(wxGrid& grid)
 {
     auto* list = GTK_SCROLLED_WINDOW(grid.GetHandle());
     for (GtkWidget* scrollBar :
          {gtk_scrolled_window_get_hscrollbar(list), gtk_scrolled_window_get_vscrollbar(list)}) {
-        g_signal_connect(scrollBar, "unmap", G_CALLBACK(LetGo), nullptr);
+        g_signal_connect(scrollBar, "unmap", G_CALLBACK(LetGo), &grid);
     }
 }
 
