@@ -3,7 +3,10 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
+#include <optional>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -21,11 +24,30 @@ std::error_code LastError()
     return {errno, std::generic_category()};
 }
 
+std::optional<struct stat> StatusOf(const fs::path& path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
+}
+
+/// @return false for a link in a sticky folder that somebody else may have put there, to have this
+///         process write where he may not.
+bool IsTrusted(const fs::path& link)
+{
+    const auto folder = StatusOf(link.has_parent_path() ? link.parent_path() / "." : ".");
+    const auto status = StatusOf(link);
+    return folder && status &&
+           ((folder->st_mode & S_ISVTX) == 0 || status->st_uid == ::geteuid() ||
+            status->st_uid == folder->st_uid);
+}
+
 /// Follows symbolic links by hand, because the file that the last one names need not exist yet.
+/// @return where they lead, or the first link that is not to be followed.
 fs::path LinkTarget(fs::path path)
 {
     std::error_code error;
-    for (int links = 0; links < maxLinks && fs::is_symlink(path, error); ++links) {
+    for (int links = 0; links < maxLinks && fs::is_symlink(path, error) && IsTrusted(path);
+         ++links) {
         path = path.parent_path() / fs::read_symlink(path, error);
     }
     return path;
@@ -35,6 +57,9 @@ fs::path LinkTarget(fs::path path)
 std::error_code Hindrance(const fs::path& file)
 {
     std::error_code error;
+    if (fs::is_symlink(file, error)) {
+        return std::make_error_code(std::errc::permission_denied);
+    }
     const fs::file_type type = fs::status(file, error).type();
     if (type == fs::file_type::not_found) {
         return file.empty() ? std::make_error_code(std::errc::no_such_file_or_directory)
@@ -46,11 +71,42 @@ std::error_code Hindrance(const fs::path& file)
     return error ? error : std::make_error_code(std::errc::invalid_argument);
 }
 
-std::error_code WriteNewFile(const fs::path& file, std::string_view bytes)
+/// @return the mode for a file of another group, to whose members it says no more than to all.
+mode_t ModeWithoutGroup(mode_t mode)
 {
-    std::FILE* const stream = std::fopen(file.c_str(), "wxe");
-    if (stream == nullptr) {
+    constexpr int fromOthersToGroup = 3;
+    return (mode & ~mode_t{S_IRWXG}) | (mode & (mode << fromOthersToGroup) & S_IRWXG);
+}
+
+/// Gives a new file, which only its owner may read yet, to whom the old one belongs. What this
+/// process may not do stays as it is.
+void GiveAway(int file, const struct stat& old)
+{
+    constexpr uid_t sameOwner = static_cast<uid_t>(-1);
+    const bool groupKept =
+        ::fchown(file, old.st_uid, old.st_gid) == 0 || ::fchown(file, sameOwner, old.st_gid) == 0;
+    [[maybe_unused]] const int changed =
+        ::fchmod(file, groupKept ? old.st_mode : ModeWithoutGroup(old.st_mode));
+}
+
+/// @param old the file that is to be replaced, if there is one.
+std::error_code
+WriteNewFile(const fs::path& file, std::string_view bytes, const std::optional<struct stat>& old)
+{
+    constexpr mode_t forAll = 0666; // less what the process masks out
+    const int descriptor = ::open(
+        file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, old ? S_IRUSR | S_IWUSR : forAll);
+    if (descriptor == -1) {
         return LastError();
+    }
+    if (old) {
+        GiveAway(descriptor, *old);
+    }
+    std::FILE* const stream = ::fdopen(descriptor, "w");
+    if (stream == nullptr) {
+        const std::error_code error = LastError();
+        ::close(descriptor);
+        return error;
     }
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() &&
                          std::fflush(stream) == 0 && ::fsync(::fileno(stream)) == 0;
@@ -63,13 +119,8 @@ std::error_code Replace(const fs::path& file, std::string_view bytes)
     const fs::path fresh = file.native() + '.' + std::to_string(::getpid()) + ".new";
     std::error_code error;
     fs::remove(fresh, error); // left behind by a crash
-    error = WriteNewFile(fresh, bytes);
+    error = WriteNewFile(fresh, bytes, StatusOf(file));
     if (!error) {
-        std::error_code ignored;
-        const fs::file_status old = fs::status(file, ignored);
-        if (fs::exists(old)) {
-            fs::permissions(fresh, old.permissions(), ignored);
-        }
         fs::rename(fresh, file, error);
     }
     if (error) {
@@ -81,11 +132,27 @@ std::error_code Replace(const fs::path& file, std::string_view bytes)
 
 } // namespace
 
+std::FILE* OpenFile(const char* path)
+{
+    const int descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor == -1) {
+        return nullptr;
+    }
+    struct stat status = {};
+    const bool known = ::fstat(descriptor, &status) == 0;
+    if (known && S_ISREG(status.st_mode)) {
+        return ::fdopen(descriptor, "r");
+    }
+    ::close(descriptor);
+    errno = known && S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return nullptr;
+}
+
 Result<std::string> ReadFile(const std::string& path)
 {
     std::string bytes;
     std::error_code error;
-    std::FILE* const stream = std::fopen(path.c_str(), "re");
+    std::FILE* const stream = OpenFile(path.c_str());
     if (stream == nullptr) {
         error = LastError();
     } else {

@@ -58,9 +58,10 @@ typedef int32_t (*PlcTallFrameCallback)(void);
  *  not sent. */
 typedef struct PLC_DBG_INIT
 {
-    /** Path prefix in the locale's encoding, zero-terminated (without a zero it ends with the
-     *  field). For "/a/b/prog" the plug-in reads and writes the configuration /a/b/plcdebug.ini and
-     *  reads the program debug file /a/b/prog_plcdbgi.dat. */
+    /** Path prefix in the locale's encoding, or in UTF-8 where the host has set no locale;
+     *  zero-terminated (without a zero it ends with the field). For "/a/b/prog" the plug-in reads
+     *  and writes the configuration /a/b/plcdebug.ini and reads the program debug file
+     *  /a/b/prog_plcdbgi.dat. */
     char szPath[PLC_PATH_SIZE];
     PlcTallFrameCallback pfnTallFrame;
     PlcRequestCallback pfnReadVarRequest;

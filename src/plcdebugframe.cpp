@@ -157,7 +157,7 @@ PlcDebugFrame::~PlcDebugFrame()
 
 void PlcDebugFrame::ReadConfiguration()
 {
-    const wxString directory = StartDirectory(FromLocalText(m_init.szPath, sizeof m_init.szPath));
+    const wxString directory = StartDirectory(FromLocalPath(m_init.szPath, sizeof m_init.szPath));
     m_config = std::make_unique<KtConfiguration>(
         configurationSection, "", directory + "/" + configurationFile);
 

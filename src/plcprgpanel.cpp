@@ -151,6 +151,6 @@ void PlcPrgPanel::CreateControls()
 
 void PlcPrgPanel::ReportUnreadableFile() const
 {
-    const wxString path = FromLocalText(m_fileName.c_str(), m_fileName.size());
+    const wxString path = FromLocalPath(m_fileName.c_str(), m_fileName.size());
     ShowMessage(TextId::ErrorCaption, LanguageText(TextId::FileUnreadable, path));
 }

@@ -1,9 +1,14 @@
 #include "plcprgpanel_file.h"
 
+#include <ktcore/ktopenfile.h>
+
+#include <wx/string.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <sys/types.h>
 
 static_assert(sizeof(off_t) == sizeof(std::int64_t), "a file offset may need all of 32 bits");
@@ -35,6 +40,18 @@ std::wstring Widen(const char* begin, const char* end)
         reinterpret_cast<const unsigned char*>(begin), reinterpret_cast<const unsigned char*>(end)};
 }
 
+/// @return nothing when it is no text in the locale's encoding.
+std::optional<std::wstring> FromLocale(const std::string& text)
+{
+    std::wstring wide(text.size(), L'\0');
+    const std::size_t length = std::mbstowcs(wide.data(), text.c_str(), wide.size());
+    if (length == static_cast<std::size_t>(-1)) {
+        return std::nullopt;
+    }
+    wide.resize(length);
+    return wide;
+}
+
 void RemoveAll(std::wstring& text, wchar_t c)
 {
     // Mostly there is one, at the end, or none: finding it first is what makes this quick.
@@ -49,7 +66,7 @@ void RemoveAll(std::wstring& text, wchar_t c)
 
 PrgFile OpenPrgFile(const std::string& path)
 {
-    return PrgFile(std::fopen(path.c_str(), "rb"));
+    return PrgFile(KtOpenFile(path.c_str()));
 }
 
 std::vector<DBG_BAUSTEIN_ENTRY> ReadBlockIndex(std::FILE* file)
@@ -111,12 +128,16 @@ std::wstring FromLocalText(const char* text, std::size_t size)
     if (IsAscii(text, end)) {
         return Widen(text, end);
     }
-    const std::string terminated(text, end);
-    std::wstring wide(terminated.size(), L'\0');
-    const std::size_t length = std::mbstowcs(wide.data(), terminated.c_str(), wide.size());
-    if (length == static_cast<std::size_t>(-1)) {
-        return Widen(text, end);
+    const auto local = FromLocale({text, end});
+    return local ? *local : Widen(text, end);
+}
+
+std::wstring FromLocalPath(const char* path, std::size_t size)
+{
+    const std::string terminated(path, strnlen(path, size));
+    if (const auto local = FromLocale(terminated)) {
+        return *local;
     }
-    wide.resize(length);
-    return wide;
+    const wxString utf8 = wxString::FromUTF8(terminated);
+    return utf8.empty() ? FromLocalText(path, size) : utf8.ToStdWstring();
 }

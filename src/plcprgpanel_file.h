@@ -53,7 +53,7 @@ struct CloseFile
 using PrgFile = std::unique_ptr<std::FILE, CloseFile>;
 
 /// @param path in the locale's encoding.
-/// @return null when the file cannot be opened for reading.
+/// @return null when the file cannot be opened for reading, or is no regular file.
 PrgFile OpenPrgFile(const std::string& path);
 
 /// Reads the block index up to a short read; a damaged number of blocks costs no memory.
@@ -71,3 +71,6 @@ bool IsExecutable(std::wstring_view line);
 /// Converts from the locale's encoding; bytes that do not convert are taken as ISO 8859-1.
 /// @param size the text ends at its first zero byte or after @p size bytes.
 std::wstring FromLocalText(const char* text, std::size_t size);
+
+/// As FromLocalText() for the path of a file, which is in UTF-8 when the host has set no locale.
+std::wstring FromLocalPath(const char* path, std::size_t size);

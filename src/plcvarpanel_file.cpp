@@ -1,5 +1,6 @@
 #include "plcvarpanel_file.h"
 
+#include <ktcore/ktopenfile.h>
 #include <ktcore/ktreplacefile.h>
 
 #include <wx/log.h>
@@ -9,8 +10,23 @@
 #include <algorithm>
 #include <array>
 #include <cwchar>
+#include <memory>
+#include <sys/stat.h>
 
 namespace {
+
+constexpr off_t mostBytes = 1024 * 1024;
+
+/// @return false for what is no list file: it is no regular file, or so large that reading it would
+///         hold the machine's program for minutes.
+bool MayBeList(const wxString& path)
+{
+    const auto name = path.fn_str();
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+        name.data() != nullptr ? KtOpenFile(name.data()) : nullptr, std::fclose);
+    struct stat status = {};
+    return file && ::fstat(::fileno(file.get()), &status) == 0 && status.st_size <= mostBytes;
+}
 
 /// @return the row of a table with this letter, or null.
 template <typename Row, std::size_t count>
@@ -118,7 +134,7 @@ std::optional<wxArrayString> ReadListFile(const wxString& path)
 {
     const wxLogNull noLog; // the caller shows its own message
     wxTextFile file;
-    if (path.empty() || !file.Open(path)) {
+    if (!MayBeList(path) || !file.Open(path)) {
         return std::nullopt;
     }
     wxArrayString lines;

@@ -21,7 +21,8 @@ struct ListLine
 std::optional<ListLine> ParseListLine(wxString line);
 
 /// @return the lines of a text file in any encoding with a byte-order mark or in UTF-8, with any
-///         line ends; nothing when the file cannot be opened.
+///         line ends; nothing when the file cannot be opened, is no regular file or has more than
+///         1 MB.
 std::optional<wxArrayString> ReadListFile(const wxString& path);
 
 /// @return the text of a list file; ends before the first variable that has no name.

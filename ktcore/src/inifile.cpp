@@ -45,6 +45,10 @@ IniFile::IniFile(wxInputStream& text) : m_replaceable(true), m_content(text)
 
 bool IniFile::SaveWith(const wxString& name, const wxString& value)
 {
+    wxString had;
+    if (m_content.Read(name, &had) && had == value) {
+        return true;
+    }
     if (!m_replaceable && wxFileName::FileExists(m_path)) {
         return false;
     }

@@ -39,10 +39,10 @@ public:
 
     wxFileConfig& Content() { return m_content; }
 
-    /// Gives a key a value and replaces the file atomically; its mode stays, and so does a symbolic
-    /// link to it. A file that exists but was not read whole, or that is write-protected, is never
-    /// replaced, nor by a text in which the key would have another value.
-    /// @return false when the file is as it was.
+    /// Gives a key a value and replaces the file atomically, as KtReplaceFile() does, unless the
+    /// key has that value already. A file that exists but was not read whole, or that is
+    /// write-protected, is never replaced, nor by a text in which the key would have another value.
+    /// @return false when the key does not have the value; the file is as it was then.
     bool SaveWith(const wxString& name, const wxString& value);
 
 private:

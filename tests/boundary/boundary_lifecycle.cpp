@@ -5,6 +5,7 @@
 #include <wx/app.h>
 
 #include <X11/keysym.h>
+#include <clocale>
 #include <cstdio>
 #include <malloc.h>
 #include <stdexcept>
@@ -318,6 +319,27 @@ TEST_F(LifeCycle, APathWithoutATerminatingZeroEndsWithItsField)
     ASSERT_TRUE(Open());
 
     EXPECT_EQ(OnGui([] { return Frame()->GetTitle(); }), "T49") << "the configuration is found";
+}
+
+TEST_F(LifeCycle, APathWithUmlautsIsFoundInAHostWithoutALocale)
+{
+    const std::string folder = files.File("m\xC3\xBCller");
+    std::filesystem::create_directory(folder);
+    for (const char* name : {"plcdebug.ini", "machine_plcdbgi.dat"}) {
+        std::filesystem::copy_file(files.File(name), folder + "/" + name);
+    }
+    const std::string path = folder + "/machine";
+    host.init.szPath[path.copy(host.init.szPath, PLC_PATH_SIZE)] = '\0';
+    const std::string before = OnGui([] {
+        const std::string locale = std::setlocale(LC_ALL, nullptr);
+        std::setlocale(LC_ALL, "C");
+        return locale;
+    });
+
+    ASSERT_TRUE(Open());
+
+    EXPECT_EQ(OnGui([] { return Frame()->GetTitle(); }), "T49") << "the configuration is found";
+    OnGui([&before] { std::setlocale(LC_ALL, before.c_str()); });
 }
 
 TEST_F(LifeCycle, APathThatIsNoTextInTheLocaleIsAMissingFileOnly)

@@ -18,6 +18,9 @@ using base::ReadFile;
 using base::ReplaceFile;
 using testing::HasSubstr;
 
+constexpr uid_t anOperator = 12345;
+constexpr gid_t operators = 12346;
+
 /// A folder with a file.
 struct FileTest : testing::Test
 {
@@ -45,6 +48,16 @@ TEST_F(FileTest, ThatCannotBeReadIsNamedWithTheReason)
     EXPECT_EQ(
         MessageOf(ReadFile(dir.Path())),
         "cannot read \"" + dir.Path().string() + "\": Is a directory");
+}
+
+TEST_F(FileTest, IsReadOnlyWhenItIsARegularOne)
+{
+    ASSERT_EQ(::mkfifo(dir.File("pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+
+    EXPECT_EQ(
+        MessageOf(ReadFile(dir.File("pipe"))),
+        "cannot read \"" + dir.File("pipe") + "\": Invalid argument");
+    EXPECT_FALSE(ReadFile("/dev/zero"));
 }
 
 TEST_F(FileTest, IsWrittenByteByByte)
@@ -97,6 +110,56 @@ TEST_F(FileTest, KeepsItsMode)
     ASSERT_TRUE(ReplaceFile(file, "new"));
 
     EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640));
+}
+
+TEST_F(FileTest, KeepsItsOwnerAndItsGroup)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the root user gives files away";
+    }
+    ASSERT_EQ(::chown(file.c_str(), anOperator, operators), 0);
+    fs::permissions(file, static_cast<fs::perms>(0640));
+
+    ASSERT_TRUE(ReplaceFile(file, "new"));
+
+    struct stat status = {};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, anOperator);
+    EXPECT_EQ(status.st_gid, operators);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+    EXPECT_EQ(dir.Read("machine.ini"), "new");
+}
+
+TEST_F(FileTest, IsNotOpenedToAnotherGroupWhenItsOwnCannotBeKept)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the root user gives files away";
+    }
+    ASSERT_EQ(::chown(file.c_str(), anOperator, operators), 0);
+    fs::permissions(file, static_cast<fs::perms>(0662));
+    {
+        const Unprivileged user;
+        ASSERT_TRUE(ReplaceFile(file, "new"));
+    }
+
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0622));
+}
+
+TEST_F(FileTest, IsNotReplacedBehindALinkOfSomebodyElseInAStickyFolder)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the root user gives files away";
+    }
+    fs::permissions(dir.Path(), static_cast<fs::perms>(01777));
+    fs::create_symlink(file, dir.File("link"));
+    ASSERT_EQ(::lchown(dir.File("link").c_str(), anOperator, operators), 0);
+
+    EXPECT_THAT(MessageOf(ReplaceFile(dir.File("link"), "new")), HasSubstr("Permission denied"));
+    EXPECT_EQ(dir.Read("machine.ini"), "old");
+
+    ASSERT_EQ(::chown(dir.Path().c_str(), anOperator, operators), 0);
+    EXPECT_TRUE(ReplaceFile(dir.File("link"), "new")) << "the folder's owner may";
+    EXPECT_EQ(dir.Read("machine.ini"), "new");
 }
 
 TEST_F(FileTest, IsReplacedBehindALink)

@@ -79,6 +79,18 @@ TEST_F(KtConfigurationTest, SetChangesItsOwnLineOnly)
         "PLCLastFile=/new.plc\nnonsense\n\n; end of settings\n[Zoo]\npath=\"$HOME\\\\x \"\n");
 }
 
+TEST_F(KtConfigurationTest, AValueThatIsThereAlreadyIsNotWritten)
+{
+    Write("[Settings]\nLanguage=de\n\n[Host]\n");
+    fs::create_hard_link(File(), Folder().File("same"));
+
+    EXPECT_TRUE(Settings().Set("Language", "de"));
+    EXPECT_TRUE(fs::equivalent(File(), Folder().File("same")));
+
+    EXPECT_TRUE(Settings().Set("Language", "en"));
+    EXPECT_FALSE(fs::equivalent(File(), Folder().File("same")));
+}
+
 TEST_F(KtConfigurationTest, SetSeesWhatTheHostHasWrittenInTheMeantime)
 {
     KtConfiguration settings = Settings();

@@ -80,6 +80,28 @@ private:
 
 } // namespace
 
+TEST(FromLocalPath, IsUtf8WhereTheHostHasSetNoLocale)
+{
+    constexpr std::size_t pathSize = 256;
+    ASSERT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
+
+    EXPECT_EQ(FromLocalPath("/m\xC3\xBCller/", pathSize), L"/m\u00FCller/");
+    EXPECT_EQ(FromLocalPath("/m\xFCller/", pathSize), L"/m\u00FCller/") << "ISO 8859-1";
+    EXPECT_EQ(FromLocalPath("/mueller/", pathSize), L"/mueller/");
+    EXPECT_EQ(FromLocalPath("/m\xC3\xBCller/", 5), L"/m\u00FCl");
+    EXPECT_EQ(FromLocalPath("", pathSize), L"");
+}
+
+TEST(PrgFile, IsARegularFileOnly)
+{
+    const TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.File("pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+
+    EXPECT_EQ(OpenPrgFile(dir.File("pipe")), nullptr);
+    EXPECT_EQ(OpenPrgFile("/dev/zero"), nullptr);
+    EXPECT_EQ(OpenPrgFile(dir.Path().string()), nullptr);
+}
+
 TEST(ReadBlockIndex, BlocksComeInTheOrderOfTheIndex)
 {
     EXPECT_THAT(
@@ -140,15 +162,6 @@ TEST(ReadBlockIndex, WithANegativePlaceTheIndexIsReadRightBehindIt)
         const std::string index = DebugFile({{"OB1"}}).substr(12);
         EXPECT_THAT(ReadNames(DebugFileHead(place) + index), ElementsAre("OB1")) << place;
     }
-}
-
-TEST(ReadBlockIndex, ADirectoryHasNoBlocks)
-{
-    const TempDir dir;
-    const PrgFile file = OpenPrgFile(dir.Path());
-
-    ASSERT_NE(file, nullptr);
-    EXPECT_THAT(ReadBlockIndex(file.get()), IsEmpty());
 }
 
 TEST(OpenPrgFile, AMissingFileGivesNothing)

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 // A list file in its folder, read and written.
@@ -48,6 +49,29 @@ TEST(ReadListFile, TakesAnyLineEnd)
     const std::string path = dir.Write("a.plc", "M10.3/B\nEW4/H\r\nT5/D\rZ1/D");
 
     EXPECT_THAT(LinesOf(ReadListFile(path)), ElementsAre("M10.3/B", "EW4/H", "T5/D", "Z1/D"));
+}
+
+TEST(ReadListFile, TakesNoPipeNoDeviceAndNoFolder)
+{
+    const TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.File("pipe.plc").c_str(), S_IRUSR | S_IWUSR), 0);
+
+    EXPECT_FALSE(ReadListFile(dir.File("pipe.plc")));
+    EXPECT_FALSE(ReadListFile("/dev/zero"));
+    EXPECT_FALSE(ReadListFile(dir.Path().string()));
+}
+
+TEST(ReadListFile, TakesAMegabyteAndNoMore)
+{
+    const TempDir dir;
+    const std::string line = "M10.3/B\n";
+    std::string text;
+    while (text.size() < 1024 * 1024) {
+        text += line;
+    }
+
+    EXPECT_TRUE(ReadListFile(dir.Write("a.plc", text)));
+    EXPECT_FALSE(ReadListFile(dir.Write("a.plc", text + "T")));
 }
 
 TEST(ReadListFile, OfAnEmptyFileHasNoLines)

@@ -20,7 +20,7 @@ public:
     bool Get(const wxString& key, wxString& value) const;
 
     /// Writes one key through to the file at once and replaces the file atomically; everything
-    /// else in it stays. Shows no dialog.
+    /// else in it stays. A value that the key has already is not written. Shows no dialog.
     /// @return false when the file could not be written, or fixes the key ("!Key="); nothing in it
     ///         has changed then.
     bool Set(const wxString& key, const wxString& value);
