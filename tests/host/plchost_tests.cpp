@@ -1,4 +1,5 @@
 #include "exit_status.h"
+#include "file.h"
 #include "plchosttest.h"
 #include "projectfile.h"
 #include "replay_machine.h"
@@ -46,6 +47,23 @@ TEST_F(PlcHost, TakesTheDataOfTheFolderThatIsNamed)
     EXPECT_EQ(Prepare(options).dataFolder, data);
 }
 
+TEST_F(PlcHost, SpeaksTheLanguageThatIsNamedElseThatOfLastTime)
+{
+    ASSERT_TRUE(WriteSettings(dir.File("plcdebug.ini"), {"", "de"}));
+
+    EXPECT_EQ(Prepare(options).language, "en");
+    options.language.clear();
+    EXPECT_EQ(Prepare(options).language, "de");
+}
+
+TEST_F(PlcHost, ComesWithTheWatchListOfTheLine)
+{
+    Prepare(options);
+
+    EXPECT_EQ(
+        dir.Read("bottling.plc"), *base::ReadFile(ProjectFile("samples/bottling/bottling.plc")));
+}
+
 TEST_F(PlcHost, KeepsTheFilesOfARecordingApartFromThoseOfTheMachine)
 {
     options.replay = Recorded({});
@@ -73,6 +91,17 @@ TEST_F(PlcHost, TakesAsManyVariablesOfARecordingAsTheDebuggerWatches)
     EXPECT_THAT(list, AllOf(HasSubstr("MB0/D\n"), HasSubstr("MB19/D\n"), Not(HasSubstr("MB20"))));
 }
 
+TEST_F(PlcHost, SaysThatARecordingIsTorn)
+{
+    options.replay = Recorded({Asked(0us, 1)});
+    fs::resize_file(options.replay, fs::file_size(options.replay) - 1);
+    testing::internal::CaptureStderr();
+
+    Prepare(options);
+
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("the recording is torn"));
+}
+
 // ---- The window
 
 TEST_F(PlcHost, SaysOnItsButtonWhatTheButtonDoes)
@@ -87,12 +116,16 @@ TEST_F(PlcHost, SaysOnItsButtonWhatTheButtonDoes)
 
 TEST_F(PlcHost, GivesTheDebuggerTheLanguageThatIsChosenInTheWindow)
 {
-    Run([this] {
-        All<Gtk::ComboBoxText>(Window()).front()->set_active_id("de");
-        Click(TextsIn("de").openDebugger);
+    options.language = "de";
 
-        EXPECT_EQ(fake.calls, std::vector<std::string>{"create"});
-        EXPECT_EQ(ReadLanguage(ground.files.settings), "de");
+    Run([this] {
+        EXPECT_TRUE(WaitForText(TextsIn("de").openDebugger));
+
+        All<Gtk::ComboBoxText>(Window()).front()->set_active_id("en");
+        OpenDebugger();
+
+        EXPECT_EQ(ReadLanguage(ground.files.settings), "en");
+        EXPECT_THAT(dir.Read("plcdebug.ini"), HasSubstr(options.dataFolder + "/languages\n"));
     });
 }
 
@@ -195,6 +228,47 @@ TEST_F(PlcHost, PrintsNoTraceUnasked)
     });
 
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(PlcHost, PrintsATraceWhenAsked)
+{
+    options.trace = true;
+    testing::internal::CaptureStdout();
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "E0.2");
+        EXPECT_TRUE(WaitForValue({1, 1}));
+    });
+
+    const std::string trace = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(
+        trace, AllOf(HasSubstr("-> read    key 1  E0.2"), HasSubstr("<- value   key 1  1")));
+}
+
+TEST_F(PlcHost, MisbehavesTowardsTheDebuggerAsItIsTold)
+{
+    options.fault = Fault::WrongKey;
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "E0.2");
+        EXPECT_TRUE(WaitForValue({1, 1}));
+    });
+
+    EXPECT_NE(fake.Values().front().first, 1);
+}
+
+TEST_F(PlcHost, DeliversLateAnswersInTheEnd)
+{
+    options.fault = Fault::LateAnswer;
+    options.cycle = 1ms;
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "E0.2");
+        EXPECT_TRUE(WaitForValue({1, 1}));
+    });
 }
 
 TEST_F(PlcHost, RecordsTheListingToo)
