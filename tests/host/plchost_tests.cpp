@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -78,8 +77,10 @@ TEST_F(PlcHost, KeepsTheFilesOfARecordingApartFromThoseOfTheMachine)
 
 TEST_F(PlcHost, TakesAsManyVariablesOfARecordingAsTheDebuggerWatches)
 {
+    constexpr int asked = 25;
     std::vector<RecordedEvent> events;
-    for (int key = 0; key < 25; ++key) {
+    events.reserve(asked);
+    for (int key = 0; key < asked; ++key) {
         events.push_back(Asked(0us, key));
     }
     options.replay = Recorded(events);

@@ -97,7 +97,7 @@ std::string Progress(Gtk::Widget& window)
     return All<Gtk::ProgressBar>(window).front()->get_text();
 }
 
-PlcHost::PlcHost()
+void PlcHost::SetUp()
 {
     library = &fake;
     options.plugin = FAKE_PLUGIN;
@@ -106,7 +106,7 @@ PlcHost::PlcHost()
     options.language = "en";
 }
 
-PlcHost::~PlcHost()
+void PlcHost::TearDown()
 {
     library = nullptr;
 }

@@ -65,12 +65,8 @@ std::string Progress(Gtk::Widget& window);
 class PlcHost : public testing::Test
 {
 protected:
-    PlcHost();
-    ~PlcHost() override;
-    PlcHost(const PlcHost&) = delete;
-    PlcHost(PlcHost&&) = delete;
-    PlcHost& operator=(const PlcHost&) = delete;
-    PlcHost& operator=(PlcHost&&) = delete;
+    void SetUp() override;
+    void TearDown() override;
 
     /// Runs the host from its preparation to its end.
     /// @param operate what the operator does; then he closes the window.
@@ -81,8 +77,8 @@ protected:
     static void Click(const std::string& label);
     void OpenDebugger();
 
-    /// Waits for a label in the window.
-    static testing::AssertionResult WaitForText(const std::string& part);
+    /// Waits for a label in the window that holds a text.
+    static testing::AssertionResult WaitForText(const std::string& text);
     testing::AssertionResult WaitForValue(const Value& value, int times = 1);
 
     /// So long that the host has looked at everything again and again.
