@@ -5,7 +5,6 @@
 #include "live_machine.h"
 #include "replay_machine.h"
 
-#include <glibmm/main.h>
 #include <gtkmm/main.h>
 
 #include <iostream>
@@ -111,7 +110,7 @@ int Host::Run()
         CheckRecorder();
         m_session.Poll();
     });
-    Glib::signal_idle().connect_once([this] { Begin(); });
+    m_timers.WhenIdle([this] { Begin(); });
     Gtk::Main::run();
 
     CheckThreads();

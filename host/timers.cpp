@@ -26,4 +26,9 @@ void Timers::Once(unsigned milliseconds, const std::function<void()>& work)
     While(milliseconds, [work] { return work(), false; });
 }
 
+void Timers::WhenIdle(const std::function<void()>& work)
+{
+    m_timers.push_back(Glib::signal_idle().connect([work] { return work(), false; }));
+}
+
 } // namespace plchost

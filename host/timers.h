@@ -22,6 +22,8 @@ public:
     void While(unsigned milliseconds, const std::function<bool()>& work);
     void Every(unsigned milliseconds, const std::function<void()>& work);
     void Once(unsigned milliseconds, const std::function<void()>& work);
+    /// Does @p work once, when the main loop has nothing else to do.
+    void WhenIdle(const std::function<void()>& work);
 
 private:
     std::vector<sigc::connection> m_timers;

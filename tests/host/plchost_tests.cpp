@@ -1,5 +1,6 @@
 #include "exit_status.h"
 #include "file.h"
+#include "live_machine.h"
 #include "plchosttest.h"
 #include "projectfile.h"
 #include "replay_machine.h"
@@ -158,24 +159,26 @@ TEST_F(PlcHost, EndsWhenItsWindowIsClosedWithTheDebuggerOpen)
     EXPECT_THAT(fake.calls, ElementsAre("create", "destroy"));
 }
 
+TEST_F(PlcHost, OpensTheDebuggerAtTheStartWhenItIsTold)
+{
+    options.debugger = true;
+
+    Run([this] { EXPECT_TRUE(WaitFor("debugger", [this] { return !fake.calls.empty(); })); });
+}
+
 TEST_F(PlcHost, PressesTheStartButtonOfTheLineAndLetsItGo)
 {
-    constexpr int button = 1;
-    constexpr int motor = 2;
-    options.debugger = true;
-    fake.duringCreate = [this] {
-        fake.Watch(button, "E0.0");
-        fake.Watch(motor, "A0.0");
-    };
+    const Plugin plugin = Library();
+    PluginAnswers answers(plugin);
+    LiveMachine machine(
+        options, Prepare(options).program, answers, [] {}, [](const std::string&) {});
+    machine.Requests().Request(PlcMakeReadRequest(1, "E0.0"));
+    machine.Requests().Request(PlcMakeDeleteRequest(1, PLC_DELETE_ARG_START));
 
-    Run([&] {
-        EXPECT_TRUE(WaitForValue({motor, 1}));
-        EXPECT_TRUE(WaitForValue({button, 0}));
-    });
+    machine.Start();
 
-    const auto values = fake.Values();
-    const auto released = std::find(values.begin(), values.end(), Value(button, 0));
-    EXPECT_EQ(std::count(released, values.end(), Value(button, 1)), 0);
+    EXPECT_TRUE(WaitForValue({1, 1}));
+    EXPECT_TRUE(WaitFor("it to be let go", [this] { return fake.Values().back() == Value(1, 0); }));
 }
 
 // ---- Debugger and machine

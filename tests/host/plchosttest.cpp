@@ -114,7 +114,7 @@ void PlcHost::TearDown()
 int PlcHost::Run(const std::function<void()>& operate)
 {
     ground = Prepare(options);
-    ground.plugin = {"", &Create, &Destroy, &TakeValue, &TakeProgramState};
+    ground.plugin = Library();
     Host host(options, ground);
     Glib::signal_idle().connect_once([&operate] {
         operate();
@@ -130,6 +130,11 @@ int PlcHost::Run(const std::function<void()>& operate)
     const int status = host.Run();
     guard.disconnect();
     return status;
+}
+
+Plugin PlcHost::Library()
+{
+    return {"", &Create, &Destroy, &TakeValue, &TakeProgramState};
 }
 
 HostWindow& PlcHost::Window()

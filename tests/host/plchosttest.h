@@ -73,6 +73,9 @@ protected:
     /// @return its exit status.
     int Run(const std::function<void()>& operate);
 
+    /// @return the library that stands for the debugger.
+    static Plugin Library();
+
     static HostWindow& Window();
     static void Click(const std::string& label);
     void OpenDebugger();
