@@ -70,8 +70,7 @@ int FitListColumns(wxGrid& grid)
     grid.AutoSizeColumn(0);
     grid.AutoSizeColumn(1);
     const int width = LastColumnWidth(virtualWidth, grid.GetColSize(0), grid.GetColSize(1));
-    if (width > 0) // 0 would hide the column, and less is an error to the toolkit
-    {
+    if (IsColumnWidth(width)) {
         grid.SetColSize(2, width);
     }
     return virtualWidth;

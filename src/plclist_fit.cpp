@@ -12,3 +12,8 @@ int LastColumnWidth(int virtualWidth, int firstWidth, int secondWidth)
 {
     return std::max(0, virtualWidth - firstWidth - secondWidth) - lastColumnMargin;
 }
+
+bool IsColumnWidth(int width)
+{
+    return width > 0;
+}

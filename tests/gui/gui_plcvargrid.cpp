@@ -276,23 +276,6 @@ TEST_F(VarGrid, KeepsItsLastColumnVisibleOnAVeryNarrowPage)
     }
 }
 
-TEST_F(VarGrid, NeverHidesItsLastColumn)
-{
-    Resize(150, 300);
-    Answer(2, -2000000000);
-    RunPending();
-    const int margin = 8;
-    for (int width = margin + 1; width <= 2 * margin; ++width) {
-        grid->SetColSize(varColumnFormat, width);
-
-        for (int times = 0; times < 3; ++times) { // each takes the margin away
-            grid->FitColumns();
-            EXPECT_GT(grid->GetColSize(varColumnFormat), 0);
-            EXPECT_TRUE(grid->IsColShown(varColumnFormat));
-        }
-    }
-}
-
 TEST_F(VarGrid, LeavesARowWithoutANameEmpty)
 {
     panel->Reset();
