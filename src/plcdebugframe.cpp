@@ -85,6 +85,14 @@ wxSize SizeInsideBorders(const wxFrame& frame)
     return size;
 }
 
+/// Gives a window its size before it is shown. GTK would lay it out in 2 by 1 pixels first and
+/// complain of it, which ends a host with G_DEBUG=fatal-criticals.
+void AllocateBeforeShow(GtkWidget& window, const wxSize& size)
+{
+    GtkAllocation place = {0, 0, size.x, size.y};
+    gtk_widget_size_allocate(&window, &place);
+}
+
 bool IsTallFrameAllowed(const PLC_DBG_INIT& init)
 {
     const PlcCallOut callOut;
@@ -206,6 +214,7 @@ void PlcDebugFrame::SetSizes()
     SetMaxSize(wxSize(wxDefaultCoord, maxHeight));
     SetSize(frameWidth, frameHeight);
     m_openedInside = SizeInsideBorders(*this);
+    AllocateBeforeShow(*GetHandle(), m_openedInside);
 }
 
 int PlcDebugFrame::ProcessAnswerReadVar(const unsigned char* answer)

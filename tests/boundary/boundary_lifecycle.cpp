@@ -2,6 +2,7 @@
 #include "environment.h"
 
 #include <gmock/gmock.h>
+#include <gtk/gtk.h>
 #include <wx/app.h>
 
 #include <X11/keysym.h>
@@ -57,6 +58,19 @@ TEST_F(LifeCycle, CreateOpensTheWindowAndAnswersAreTaken)
 
     EXPECT_TRUE(FrameIsShown());
     EXPECT_EQ(Answer(0, 1), 1);
+}
+
+TEST_F(LifeCycle, AHostInWhichAComplaintIsFatalCanOpenTheWindow)
+{
+    constexpr auto fatal = static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL);
+    const GLogLevelFlags before = OnGui([] { return g_log_set_always_fatal(fatal); });
+
+    EXPECT_TRUE(Open());
+    EXPECT_TRUE(ShowPage(programPage));
+    Destroy();
+    EXPECT_TRUE(Open()) << "again";
+
+    OnGui([before] { g_log_set_always_fatal(before); });
 }
 
 TEST_F(LifeCycle, NullAnswersAreDropped)

@@ -9,13 +9,9 @@ namespace plccheck {
 namespace {
 
 /// The toolkits' own.
-constexpr std::array<const char*, 12> knownComplaints = {
+constexpr std::array<const char*, 9> knownComplaints = {
     // Once in every GTK program that has called gtk_init().
     "gtk_disable_setlocale",
-    // At the first layout of a notebook inside a frame.
-    "gtk_distribute_natural_allocation",
-    "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkNotebook",
-    "Negative content",
     // In a window too small for what is in it.
     "Drawing a gadget with negative dimensions",
     "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkScrollbar",
