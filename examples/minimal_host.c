@@ -87,10 +87,29 @@ static void OnOpen(void)
     createDebugger(&init);
 }
 
+static gboolean QuitOwnLoop(gpointer unused)
+{
+    (void)unused;
+    if (gtk_main_level() > 1) {
+        return G_SOURCE_CONTINUE;
+    }
+    gtk_main_quit();
+    return G_SOURCE_REMOVE;
+}
+
+/* An open dialog of the debugger runs a main loop inside ours, and gtk_main_quit() ends the
+ * innermost loop. So the debugger goes first, which ends its dialogs, and our loop when it is the
+ * only one again. */
+static void Quit(void)
+{
+    destroyDebugger();
+    g_timeout_add(10, QuitOwnLoop, NULL);
+}
+
 static gboolean OnEnd(gpointer unused)
 {
     (void)unused;
-    gtk_main_quit();
+    Quit();
     return G_SOURCE_REMOVE;
 }
 
@@ -140,7 +159,7 @@ int main(int argc, char** argv)
     GtkWidget* button = gtk_button_new_with_label("Open the debugger");
     gtk_container_add(GTK_CONTAINER(window), button);
     g_signal_connect(button, "clicked", G_CALLBACK(OnOpen), NULL);
-    g_signal_connect(window, "destroy", G_CALLBACK(gtk_main_quit), NULL);
+    g_signal_connect(window, "destroy", G_CALLBACK(Quit), NULL);
     gtk_widget_show_all(window);
     OnOpen();
     g_timeout_add(100, OnTick, NULL);
@@ -148,7 +167,6 @@ int main(int argc, char** argv)
         g_timeout_add_seconds((guint)atoi(argv[3]), OnEnd, NULL);
     }
     gtk_main();
-    destroyDebugger();
     printf("%lu answers taken\n", taken);
     return 0;
 }

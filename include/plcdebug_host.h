@@ -90,6 +90,12 @@ int ExportCreatePlcDebugger(PLC_DBG_INIT* init);
  *
  *  Called from inside a callback or while a dialog of the debugger is open, it ends the dialogs as
  *  cancelled and takes the window down as soon as the plug-in's code has returned.
+ *
+ *  A host that wants to end calls this first, and gtk_main_quit() when gtk_main_level() is 1 again:
+ *  a dialog of the debugger runs a main loop inside the host's, and gtk_main_quit() ends the
+ *  innermost one, so that the host would never end. A wxWidgets host deletes the debugger's window
+ *  with its own top window, also from under a dialog, and aborts: it calls this first as well, and
+ *  destroys its top window when gtk_main_level() is what it is without a dialog.
  *  [gui-thread] */
 void ExportDestroyPlcDebugger(void);
 
