@@ -3,6 +3,7 @@
 #include "plcmodal.h"
 #include "plcprggrid.h"
 #include "plcprggrid_table.h"
+#include "plcprgpanel_selector.h"
 
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -123,14 +124,7 @@ void PlcPrgPanel::CreateControls()
     for (const DBG_BAUSTEIN_ENTRY& block : m_blocks) {
         names.push_back(FromLocalText(block.name, blockNameSize));
     }
-    m_pComboPrgBSs = new wxComboBox(
-        this,
-        comboPrgBSsId,
-        wxEmptyString,
-        wxDefaultPosition,
-        wxDefaultSize,
-        names,
-        wxCB_DROPDOWN | wxCB_READONLY);
+    m_pComboPrgBSs = new BlockSelector(this, comboPrgBSsId, names);
     if (!m_blocks.empty()) {
         m_pComboPrgBSs->SetSelection(0);
     }

@@ -139,6 +139,11 @@ void ClickRadioItem(wxRadioBox& radioBox, int item)
     ClickOnScreen(ScreenMiddle(RadioButtonOf(radioBox, item)));
 }
 
+void ClickListItem(wxComboBox& comboBox, int item)
+{
+    ClickOnScreen(ScreenMiddle(ListItemOf(comboBox, item)));
+}
+
 void ClickTab(wxNotebook& notebook, int page)
 {
     ClickOnScreen(ScreenMiddle(TabOf(notebook, page)));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <wx/combobox.h>
 #include <wx/gdicmn.h>
 #include <wx/grid.h>
 #include <wx/notebook.h>
@@ -39,6 +40,9 @@ void DoubleClickCell(wxGrid& grid, int row, int column);
 
 /// Clicks on one item of a radio box with a single column.
 void ClickRadioItem(wxRadioBox& radioBox, int item);
+
+/// Clicks on an item of the open list of a combo box.
+void ClickListItem(wxComboBox& comboBox, int item);
 
 /// Clicks on the tab of a page.
 void ClickTab(wxNotebook& notebook, int page);

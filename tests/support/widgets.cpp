@@ -59,6 +59,23 @@ GtkWidget* TabOf(const wxNotebook& notebook, int page)
     return gtk_notebook_get_tab_label(tabs, gtk_notebook_get_nth_page(tabs, page));
 }
 
+bool IsListOpen(const wxComboBox& comboBox)
+{
+    gboolean isOpen = FALSE;
+    g_object_get(comboBox.GetHandle(), "popup-shown", &isOpen, nullptr);
+    return isOpen != FALSE;
+}
+
+GtkWidget* ListItemOf(const wxComboBox& comboBox, int item)
+{
+    AtkObject* list = gtk_combo_box_get_popup_accessible(GTK_COMBO_BOX(comboBox.GetHandle()));
+    GtkWidget* menu = gtk_accessible_get_widget(GTK_ACCESSIBLE(list));
+    GList* items = gtk_container_get_children(GTK_CONTAINER(menu));
+    auto* found = static_cast<GtkWidget*>(g_list_nth_data(items, static_cast<guint>(item)));
+    g_list_free(items);
+    return found;
+}
+
 std::optional<wxString> TipOnScreen()
 {
     GList* windows = gtk_window_list_toplevels();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtk/gtk.h>
+#include <wx/combobox.h>
 #include <wx/grid.h>
 #include <wx/notebook.h>
 #include <wx/radiobox.h>
@@ -14,6 +15,12 @@ GtkWidget* RadioButtonOf(const wxRadioBox& radioBox, int item);
 
 /// @return the tab of a page.
 GtkWidget* TabOf(const wxNotebook& notebook, int page);
+
+/// @return whether the list of a combo box is open.
+bool IsListOpen(const wxComboBox& comboBox);
+
+/// @return an item of the list of a combo box.
+GtkWidget* ListItemOf(const wxComboBox& comboBox, int item);
 
 /// @return the words of the tool tip on the screen, nothing when there is none.
 std::optional<wxString> TipOnScreen();
