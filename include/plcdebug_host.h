@@ -93,9 +93,8 @@ int ExportCreatePlcDebugger(PLC_DBG_INIT* init);
  *
  *  A host that wants to end calls this first, and gtk_main_quit() when gtk_main_level() is 1 again:
  *  a dialog of the debugger runs a main loop inside the host's, and gtk_main_quit() ends the
- *  innermost one, so that the host would never end. A wxWidgets host deletes the debugger's window
- *  with its own top window, also from under a dialog, and aborts: it calls this first as well, and
- *  destroys its top window when gtk_main_level() is what it is without a dialog.
+ *  innermost one, so that the host would never end. A wxWidgets host that destroys its own top
+ *  window closes the debugger with it, as by this call.
  *  [gui-thread] */
 void ExportDestroyPlcDebugger(void);
 

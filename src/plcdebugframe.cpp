@@ -145,6 +145,9 @@ PlcDebugFrame::PlcDebugFrame(wxWindow* parent, const PLC_DBG_INIT& init)
 {
     // A menu command of ours is none of a wxWidgets host's: its Exit would end the host.
     SetExtraStyle(GetExtraStyle() | wxWS_EX_BLOCK_EVENTS);
+    if (parent != nullptr) {
+        parent->Bind(wxEVT_DESTROY, &PlcDebugFrame::OnHostWindowDestroyed, this);
+    }
     ReadConfiguration();
     SetTitle(LanguageText(TextId::FrameTitle));
     SetWindowStyle(wxDEFAULT_FRAME_STYLE);
@@ -358,6 +361,18 @@ void PlcDebugFrame::OnClose(wxCloseEvent& event)
         DeleteFrameLater(this); // some handler of ours has still to return
     } else {
         event.Skip(); // the toolkit deletes the frame
+    }
+}
+
+void PlcDebugFrame::OnHostWindowDestroyed(wxWindowDestroyEvent& event)
+{
+    event.Skip();
+    // It deletes its children, but this one has still to return from a dialog or a callback.
+    if (event.GetEventObject() == GetParent() && PlcCallOut::Active()) {
+        GetParent()->RemoveChild(this);
+        if (m_pDebugFrame == this) {
+            ExportDestroyPlcDebugger();
+        }
     }
 }
 

@@ -65,6 +65,7 @@ private:
     void OnMenuQuit(wxCommandEvent& event);
     void OnTimer(wxTimerEvent& event);
     void OnSize(wxSizeEvent& event);
+    void OnHostWindowDestroyed(wxWindowDestroyEvent& event);
 
     PLC_DBG_INIT m_init;
     PlcNoteBook* m_pNoteBook = nullptr;

@@ -27,6 +27,28 @@ TEST_F(WxHost, DestroyEndsNeitherTheApplicationNorItsWindow)
     EXPECT_FALSE(HostLoopHasEnded());
 }
 
+TEST_F(WxHost, ItsWindowMayGoUnderADialog)
+{
+    wxFrame* const window = OnGui([] {
+        auto* created = new wxFrame(nullptr, wxID_ANY, "Machine part");
+        created->Show();
+        wxTheApp->SetTopWindow(created);
+        return created;
+    });
+    ASSERT_TRUE(Open());
+    ChooseMenu(wxID_HELP);
+    ASSERT_TRUE(DialogOpens("dialog [T67]"));
+
+    PostToGui([window] { window->Destroy(); });
+
+    EXPECT_TRUE(FrameGoes());
+    EXPECT_TRUE(Await("no dialog", [this] { return watch.Innermost() == nullptr; }));
+    EXPECT_EQ(Answer(0, 1), 0);
+    EXPECT_FALSE(HostLoopHasEnded());
+    OnGui([] { wxTheApp->SetTopWindow(&HostFrame()); });
+    EXPECT_TRUE(Open());
+}
+
 TEST_F(WxHost, TheExitItemDoesNotRunTheHostsOwnExit)
 {
     ASSERT_TRUE(Open());

@@ -1,16 +1,27 @@
 #include "debuggerwindow.h"
 
 #include "descendants.h"
-#include "hostloop.h"
 
-#include <wx/app.h>
+#include <algorithm>
+
+namespace {
+
+/// @return true for the debugger's frame, false for those of a host, whose child it may be.
+bool HoldsNotebook(const wxFrame& frame)
+{
+    const wxWindowList& children = frame.GetChildren();
+    return std::any_of(children.begin(), children.end(), [](wxWindow* child) {
+        return dynamic_cast<wxNotebook*>(child) != nullptr;
+    });
+}
+
+} // namespace
 
 wxFrame* Frame()
 {
-    const wxWindow* hosts = HostOwnsTheToolkit() ? wxTheApp->GetTopWindow() : nullptr;
     for (wxWindow* window : wxTopLevelWindows) {
         auto* frame = dynamic_cast<wxFrame*>(window);
-        if (frame != nullptr && frame != hosts && !wxPendingDelete.Member(frame)) {
+        if (frame != nullptr && HoldsNotebook(*frame) && !wxPendingDelete.Member(frame)) {
             return frame;
         }
     }
