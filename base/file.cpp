@@ -82,7 +82,7 @@ mode_t ModeWithoutGroup(mode_t mode)
 /// process may not do stays as it is.
 void GiveAway(int file, const struct stat& old)
 {
-    constexpr uid_t sameOwner = static_cast<uid_t>(-1);
+    constexpr auto sameOwner = static_cast<uid_t>(-1);
     const bool groupKept =
         ::fchown(file, old.st_uid, old.st_gid) == 0 || ::fchown(file, sameOwner, old.st_gid) == 0;
     [[maybe_unused]] const int changed =

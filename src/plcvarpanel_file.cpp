@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr off_t mostBytes = 1024 * 1024;
+constexpr off_t mostBytes = off_t{1024} * 1024;
 
 /// @return false for what is no list file: it is no regular file, or so large that reading it would
 ///         hold the machine's program for minutes.

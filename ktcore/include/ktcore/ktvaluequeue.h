@@ -9,7 +9,7 @@
 
 /// A first-in-first-out queue of values that any thread may fill and any thread may empty.
 /// All: any thread. Destroying the queue deletes what it still holds.
-template <typename T> class KtValueQueue : private virtual KtValueArray<T>
+template <typename T> class KtValueQueue : protected virtual KtValueArray<T>
 {
 public:
     void Push(const T& value)
