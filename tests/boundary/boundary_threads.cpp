@@ -17,6 +17,7 @@ thread_local bool isMemoryGone = false;
 
 } // namespace
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): what allocates for all others has nothing else
 void* operator new(std::size_t size)
 {
     void* const memory = isMemoryGone ? nullptr : std::malloc(size);
@@ -35,6 +36,8 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
     std::free(memory);
 }
+
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 namespace {
 
