@@ -345,7 +345,7 @@ TEST_F(LifeCycle, APathWithUmlautsIsFoundInAHostWithoutALocale)
     const std::string path = folder + "/machine";
     host.init.szPath[path.copy(host.init.szPath, PLC_PATH_SIZE)] = '\0';
     const std::string before = OnGui([] {
-        const std::string locale = std::setlocale(LC_ALL, nullptr);
+        std::string locale = std::setlocale(LC_ALL, nullptr);
         std::setlocale(LC_ALL, "C");
         return locale;
     });

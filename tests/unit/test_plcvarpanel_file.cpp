@@ -66,7 +66,8 @@ TEST(ReadListFile, TakesAMegabyteAndNoMore)
     const TempDir dir;
     const std::string line = "M10.3/B\n";
     std::string text;
-    while (text.size() < 1024 * 1024) {
+    constexpr std::size_t megabyte = 1048576;
+    while (text.size() < megabyte) {
         text += line;
     }
 
