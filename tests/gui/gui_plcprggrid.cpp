@@ -194,6 +194,28 @@ TEST_F(PlcPrgGridTest, KeepsTheTextColumnInAPageTooNarrowForIt)
     EXPECT_TRUE(m_grid->IsColShown(2));
 }
 
+TEST_F(PlcPrgGridTest, ShowsEveryColumnAtEveryWidth)
+{
+    OpenOnPage({{"OB1", 0, ExecutableLines(50)}});
+    const std::vector<int> fixed = Widths(*m_grid);
+    const auto expectColumns = [&](int width) {
+        m_grid->SetSize(width, 300);
+        const int left = m_grid->GetClientSize().x - fixed[0] - fixed[1] - 8;
+        EXPECT_EQ(Widths(*m_grid), fixed) << width;
+        EXPECT_TRUE(m_grid->IsColShown(PrgColumnText)) << width;
+        if (left >= m_grid->GetColMinimalAcceptableWidth()) {
+            EXPECT_EQ(m_grid->GetColSize(PrgColumnText), left) << width;
+        }
+    };
+
+    for (int width = 500; width >= 60; --width) {
+        expectColumns(width);
+    }
+    for (int width = 60; width <= 500; ++width) {
+        expectColumns(width);
+    }
+}
+
 TEST_F(PlcPrgGridTest, RequestsTheRowsThatAResizeBringsOnScreenAtOnce)
 {
     const Words small = OpenOnPage({{"OB1", 0, Networks(300)}});
