@@ -39,7 +39,8 @@ std::optional<std::size_t> TypedName::Add(
     m_lastMs = timeMs;
     const bool isDigit = std::iswdigit(static_cast<std::wint_t>(letter)) != 0;
     if (m_beginning.size() == 1 && AreAlike(m_beginning.front(), letter) && !isDigit) {
-        return FindFrom(static_cast<std::size_t>(selected + 1), names, m_beginning);
+        const int next = selected + 1;
+        return FindFrom(static_cast<std::size_t>(next), names, m_beginning);
     }
     if (!isSoon) {
         m_beginning.clear();

@@ -14,6 +14,15 @@ const wxString cutText = "-123456789 and a good deal more";
 /// A list whose cells are too narrow for cutText, on the screen, with the keyboard.
 class ListTip : public testing::Test
 {
+public:
+    ~ListTip() override
+    {
+        ScrollToRow(*grid, 0);
+        PointAt(0, 0); // GTK keeps the tip of a window that goes in mind
+        EXPECT_TRUE(NoTip());
+        delete frame;
+    }
+
 protected:
     ListTip()
     {
@@ -23,14 +32,6 @@ protected:
         grid->SetCellValue(1, 1, cutText);
         EXPECT_TRUE(Focus(*grid->GetGridWindow()));
         PointAt(0, 0);
-    }
-
-    ~ListTip() override
-    {
-        ScrollToRow(*grid, 0);
-        PointAt(0, 0); // GTK keeps the tip of a window that goes in mind
-        EXPECT_TRUE(NoTip());
-        delete frame;
     }
 
     /// Moves the pointer to a cell, which knows it then.
