@@ -22,14 +22,15 @@ bool IsBlank(const wxImage& picture)
 /// A grid of one row and three columns, of which one cell is drawn by both renderers.
 class LineRendererTest : public testing::Test
 {
+public:
+    ~LineRendererTest() override { delete m_frame; }
+
 protected:
     LineRendererTest()
     {
         m_grid->CreateGrid(1, 3);
         SetUpList(*m_grid);
     }
-
-    ~LineRendererTest() override { delete m_frame; }
 
     wxImage PictureOf(wxGridCellRenderer& renderer, int column, bool isSelected)
     {
