@@ -241,9 +241,23 @@ void PlcDebugFrame::OnTimer(wxTimerEvent& /*event*/)
     if (draining.IsInside() || m_pVarPanel->IsLoading()) {
         return;
     }
+    GiveKeyboardToList();
     DeliverAnswers();
     if (m_pPrgPanel->IsShown()) {
         m_pPrgPanel->OnScrollSendRequest();
+    }
+}
+
+// The toolkit leaves the keyboard with the tabs when it shows the window.
+
+void PlcDebugFrame::GiveKeyboardToList()
+{
+    if (m_keyboardGiven || !IsActive()) {
+        return;
+    }
+    m_keyboardGiven = true;
+    if (m_pNoteBook->HasFocus()) { // else the operator has been quicker
+        m_pNoteBook->FocusList();
     }
 }
 
@@ -316,6 +330,7 @@ void PlcDebugFrame::OnMenuOpen(wxCommandEvent& /*event*/)
 
 void PlcDebugFrame::OnMenuSave(wxCommandEvent& event)
 {
+    m_pVarPanel->DiscardEdit();
     if (!m_pVarPanel->IsModified()) {
         return;
     }
@@ -328,6 +343,7 @@ void PlcDebugFrame::OnMenuSave(wxCommandEvent& event)
 
 void PlcDebugFrame::OnMenuSaveAs(wxCommandEvent& /*event*/)
 {
+    m_pVarPanel->DiscardEdit();
     wxFileDialog dialog(
         this,
         LanguageText(TextId::SaveAsMessage),
@@ -378,7 +394,6 @@ void PlcDebugFrame::OnHostWindowDestroyed(wxWindowDestroyEvent& event)
 
 void PlcDebugFrame::HideAndExit()
 {
-    m_pVarPanel->DiscardEdit(); // hiding takes the focus away, and that would send a typed value
     Show(false);
     DoExit();
 }

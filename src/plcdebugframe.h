@@ -50,6 +50,7 @@ private:
     void CreateMenus();
     void CreatePages();
     void SetSizes();
+    void GiveKeyboardToList();
 
     void DeliverAnswers();
 
@@ -79,7 +80,8 @@ private:
     wxTimer m_timer;
     AnswerQueue m_readVarAnswers{VariableOf};
     AnswerQueue m_prgStateAnswers{StepsOf};
-    bool m_bExited = false; ///< DoExit() has done its work.
+    bool m_keyboardGiven = false; ///< To the list, after opening.
+    bool m_bExited = false;       ///< DoExit() has done its work.
     wxRecursionGuardFlag m_exiting = 0;
     wxRecursionGuardFlag m_draining = 0;
 

@@ -146,6 +146,13 @@ std::optional<Parsed> ParseAs(const std::wstring& text, std::int32_t format)
 
 } // namespace
 
+wxString EnteredText(const wxString& text)
+{
+    const std::size_t last = text.find_last_not_of(" \t\r\n");
+    const bool endsInLineEnd = text.find_last_of("\r\n") + 1 == text.length();
+    return last != wxString::npos && endsInLineEnd ? text.Left(last + 1) : text;
+}
+
 std::optional<std::int32_t> ParseValue(const std::wstring& text, std::int32_t format)
 {
     const std::optional<Parsed> parsed = ParseAs(text, format);

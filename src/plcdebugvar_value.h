@@ -11,6 +11,10 @@
 // Values as texts and texts as values, the same in every locale and on every architecture. No
 // windows. Any thread.
 
+/// @return the text without the line end that a spreadsheet or a scanner has put behind it, and
+///         without blanks and tabs before that, when something is left; else the text as it is.
+wxString EnteredText(const wxString& text);
+
 /// Converts a typed text with the number semantics of a 32-bit machine: a minus sign wraps an
 /// unsigned number, one too large becomes all ones. An empty text is 0.
 /// @param format eVarFormat

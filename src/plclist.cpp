@@ -1,6 +1,5 @@
 #include "plclist.h"
 
-#include "plclist_editor.h"
 #include "plclist_fit.h"
 #include "plclist_line.h"
 #include "plclist_tip.h"
@@ -54,13 +53,20 @@ void SetUpList(wxGrid& grid)
     // A number that is cut between its digits reads as another number.
     grid.SetDefaultCellFitMode(wxGridFitMode::Ellipsize());
     ShowCutTextsInTips(grid);
-    grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new ValueEditor);
+    grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new wxGridCellTextEditor);
     grid.SetRowLabelSize(0);
     // Without the focus a selected row is grey, where the toolkit's white cannot be read.
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
     FindEdgeAtPress(*grid.GetGridWindow());
     FindEdgeAtPress(*grid.GetGridColLabelWindow());
     LetGoUnseen(grid);
+}
+
+bool KeepsTab(const wxGrid& grid, bool forward)
+{
+    const int last = forward ? grid.GetNumberCols() - 1 : 0;
+    const bool isAtEnd = grid.GetNumberRows() == 0 || grid.GetGridCursorCol() == last;
+    return !isAtEnd || grid.IsCellEditControlShown();
 }
 
 int FitListColumns(wxGrid& grid)

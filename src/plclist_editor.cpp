@@ -1,26 +1,34 @@
 #include "plclist_editor.h"
 
-#include <gtk/gtk.h>
+#include "plcdebugvar_value.h"
 
-namespace {
+#include <wx/textctrl.h>
 
-bool WindowHasKeyboard(const wxWindow& control)
+#include <utility>
+
+ValueEditor::ValueEditor(std::function<void()> onKeyboardLost)
+    : m_onKeyboardLost(std::move(onKeyboardLost))
 {
-    GtkWidget* window = gtk_widget_get_toplevel(control.GetHandle());
-    return GTK_IS_WINDOW(window) && gtk_window_has_toplevel_focus(GTK_WINDOW(window)) != FALSE;
 }
-
-} // namespace
 
 void ValueEditor::Create(wxWindow* parent, wxWindowID id, wxEvtHandler* handler)
 {
     wxGridCellTextEditor::Create(parent, id, handler);
     // What the toolkit's handler does with this event is to commit. The control gets it either way.
     handler->Bind(wxEVT_KILL_FOCUS, [this, handler](wxFocusEvent& event) {
-        const bool commits = WindowHasKeyboard(*GetControl());
-        if (!commits) {
-            handler->GetNextHandler()->ProcessEvent(event);
-        }
-        event.Skip(commits);
+        handler->GetNextHandler()->ProcessEvent(event);
+        m_onKeyboardLost();
     });
+}
+
+bool ValueEditor::EndEdit(
+    int row, int column, const wxGrid* grid, const wxString& oldText, wxString* newText)
+{
+    Text()->ChangeValue(GetValue());
+    return wxGridCellTextEditor::EndEdit(row, column, grid, oldText, newText);
+}
+
+wxString ValueEditor::GetValue() const
+{
+    return IsCreated() ? EnteredText(wxGridCellTextEditor::GetValue()) : wxString();
 }

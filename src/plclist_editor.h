@@ -2,14 +2,26 @@
 
 #include <wx/grid.h>
 
-/// Edits a value. The toolkit's own editor commits the text when it loses the keyboard; this one
-/// only when it loses it to something else in its window. When another window takes the keyboard,
-/// as a host's alarm does in the middle of the typing, the half-typed value is not sent to the
-/// machine: the editor waits for the keyboard to come back. GUI thread.
+#include <functional>
+
+/// Edits a value. The toolkit's own editor commits the text whenever it loses the keyboard, also to
+/// a host's alarm window in the middle of the typing; this one leaves it to its list what becomes
+/// of the text then. GUI thread.
 class ValueEditor : public wxGridCellTextEditor
 {
 public:
-    void Create(wxWindow* parent, wxWindowID id, wxEvtHandler* handler) override;
+    /// @param onKeyboardLost called whenever the keyboard leaves the editor, also when an edit
+    /// ends.
+    explicit ValueEditor(std::function<void()> onKeyboardLost);
 
-    wxGridCellEditor* Clone() const override { return new ValueEditor; }
+    void Create(wxWindow* parent, wxWindowID id, wxEvtHandler* handler) override;
+    bool
+    EndEdit(int row, int column, const wxGrid* grid, const wxString& oldText, wxString* newText)
+        override;
+    wxString GetValue() const override;
+
+    wxGridCellEditor* Clone() const override { return new ValueEditor(m_onKeyboardLost); }
+
+private:
+    std::function<void()> m_onKeyboardLost;
 };

@@ -1,9 +1,12 @@
 #include "plcvargrid.h"
 
 #include "plclist.h"
+#include "plclist_editor.h"
 #include "plclist_measure.h"
+#include "plcmodal.h"
 #include "plcvarpanel.h"
 
+#include <gtk/gtk.h>
 #include <wx/settings.h>
 
 #include <algorithm>
@@ -11,7 +14,57 @@
 namespace {
 
 constexpr int keyEnter = 13; // the keypad's Enter has a code of its own and moves the cursor
+constexpr int menuPollMs = 50;
 const char* const unknownValue = "?";
+
+bool IsModifierKey(int key)
+{
+    return key == WXK_SHIFT || key == WXK_CONTROL || key == WXK_ALT || key == WXK_WINDOWS_LEFT ||
+           key == WXK_WINDOWS_RIGHT || key == WXK_CAPITAL || key == WXK_NUMLOCK;
+}
+
+/// Those that move the cursor up and down by rows or pages.
+bool IsRowKey(int key)
+{
+    switch (key) {
+    case WXK_UP:
+    case WXK_DOWN:
+    case WXK_PAGEUP:
+    case WXK_PAGEDOWN:
+    case WXK_NUMPAD_UP:
+    case WXK_NUMPAD_DOWN:
+    case WXK_NUMPAD_PAGEUP:
+    case WXK_NUMPAD_PAGEDOWN:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool IsCursorKey(int key)
+{
+    switch (key) {
+    case WXK_LEFT:
+    case WXK_RIGHT:
+    case WXK_HOME:
+    case WXK_END:
+    case WXK_NUMPAD_LEFT:
+    case WXK_NUMPAD_RIGHT:
+    case WXK_NUMPAD_HOME:
+    case WXK_NUMPAD_END:
+    case WXK_TAB:
+    case WXK_RETURN:
+    case WXK_NUMPAD_ENTER:
+        return true;
+    default:
+        return IsRowKey(key);
+    }
+}
+
+bool IsMenuOpen()
+{
+    return GTK_IS_MENU_SHELL(gtk_grab_get_current());
+}
 
 } // namespace
 
@@ -20,11 +73,11 @@ wxBEGIN_EVENT_TABLE(PlcVarGrid, wxGrid)
     EVT_GRID_CELL_CHANGED(PlcVarGrid::OnChangeValue)
     EVT_GRID_CELL_LEFT_CLICK(PlcVarGrid::OnLeftClick)
     EVT_GRID_CELL_LEFT_DCLICK(PlcVarGrid::OnLeftDoubleClick)
-    EVT_GRID_EDITOR_SHOWN(PlcVarGrid::OnEditorShown)
     EVT_GRID_EDITOR_HIDDEN(PlcVarGrid::OnEditorHidden)
     EVT_GRID_SELECT_CELL(PlcVarGrid::OnSelectCell)
     EVT_KEY_DOWN(PlcVarGrid::OnKeyPressed)
     EVT_CHAR_HOOK(PlcVarGrid::OnKeyAnywhere)
+    EVT_SCROLLWIN(PlcVarGrid::OnScroll)
     EVT_TIMER(wxID_ANY, PlcVarGrid::OnSlowClick)
 wxEND_EVENT_TABLE()
 
@@ -34,9 +87,16 @@ PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
 {
     AssignTable(m_pTable, wxGridSelectCells);
     SetColAttr(varColumnOperand, NewMeasuringAttr(m_pTable->Shown(varColumnOperand)));
-    SetColAttr(varColumnValue, NewMeasuringAttr(m_pTable->Shown(varColumnValue)));
+    wxGridCellAttr* valueAttr = NewMeasuringAttr(m_pTable->Shown(varColumnValue));
+    // Where the keyboard has gone is known later.
+    m_pEditor = new ValueEditor([this] { CallAfter(&PlcVarGrid::EndEditThatWasLeft); });
+    valueAttr->SetEditor(m_pEditor);
+    SetColAttr(varColumnValue, valueAttr);
     EnableEditing(true);
     SetUpList(*this);
+    GetGridWindow()->Bind(wxEVT_MOUSEWHEEL, &PlcVarGrid::OnWheel, this);
+    GetGridColLabelWindow()->Bind(wxEVT_LEFT_DOWN, &PlcVarGrid::OnPressOnLabels, this);
+    m_menuTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { EndEditThatWasLeft(); });
 }
 
 void PlcVarGrid::InitShowVars()
@@ -171,10 +231,51 @@ void PlcVarGrid::FitColumnsLater()
 void PlcVarGrid::DiscardEdit()
 {
     if (IsCellEditControlEnabled()) {
-        const wxObjectDataPtr<wxGridCellEditor> editor(
-            GetCellEditor(GetGridCursorRow(), GetGridCursorCol()));
-        editor->Reset();
+        m_pEditor->Reset();
         DisableCellEditControl();
+    }
+}
+
+void PlcVarGrid::CommitEdit()
+{
+    DisableCellEditControl();
+}
+
+// Only some ways to leave the editor send what was typed, and they do so themselves: Return, Tab, a
+// click on another cell, the buttons for defining and modifying. In every other case it goes, so
+// that a bar code cut in two by a host's alarm is not glued to a number that nobody has scanned.
+
+void PlcVarGrid::EndEditThatWasLeft()
+{
+    if (!IsCellEditControlShown()) {
+        return;
+    }
+    GtkWidget* entry = m_pEditor->GetWindow()->GetHandle();
+    const bool hasKeyboard = gtk_widget_has_focus(entry) != FALSE;
+    if (hasKeyboard || m_pPanel->IsCommitting(FindFocus())) {
+        return;
+    }
+    // A menu is not another window: the keyboard comes back when it closes, a little later.
+    const bool waits = IsMenuOpen() || m_menuSeen;
+    m_menuSeen = IsMenuOpen();
+    if (waits) {
+        m_menuTimer.StartOnce(menuPollMs);
+        return;
+    }
+    const bool toAnotherWindow = gtk_widget_is_focus(entry) != FALSE;
+    DiscardEdit();
+    if (toAnotherWindow) {
+        // For when the window comes back. The toolkit's SetFocus() would bring it back at once.
+        gtk_widget_grab_focus(GetGridWindow()->m_wxwindow);
+    }
+}
+
+/// GTK complains of a hidden control in a window whenever that is scrolled.
+void PlcVarGrid::RemoveHiddenEditor()
+{
+    const bool isInUse = IsCellEditControlEnabled() || PlcCallOut::Active();
+    if (!isInUse && m_pEditor->IsCreated()) {
+        m_pEditor->Destroy();
     }
 }
 
@@ -241,9 +342,7 @@ void PlcVarGrid::OnChangeValue(wxGridEvent& event)
         m_pPanel->SendWriteVarRequest(written);
     } else {
         m_pPanel->WriteErrorInStatus(error);
-        // The key or click that has ended the edit goes on to move the cursor, before this runs.
-        m_keepStatus = true;
-        CallAfter([this] { m_keepStatus = false; });
+        m_keepStatus = true; // the key or click that has ended the edit goes on to move the cursor
     }
     // The cell returns to the value last read: what was written shows when the PLC reports it.
     if (row < m_vars.size()) {
@@ -252,42 +351,49 @@ void PlcVarGrid::OnChangeValue(wxGridEvent& event)
     }
 }
 
-// The toolkit ends an edit later than the event that does so: by a call of its own that may come
-// when the next one has begun, and would then write what has been typed of it by then.
-
-void PlcVarGrid::OnEditorShown(wxGridEvent& event)
-{
-    for (std::size_t calls = PendingCalls(); calls > 0 && PendingCalls() > 0; --calls) {
-        ProcessPendingEvents(); // one of them
-    }
-    event.Skip();
-}
-
-std::size_t PlcVarGrid::PendingCalls() const
-{
-    return m_pendingEvents == nullptr ? 0 : m_pendingEvents->GetCount();
-}
-
 void PlcVarGrid::OnKeyAnywhere(wxKeyEvent& event)
 {
-    if (event.GetKeyCode() == WXK_ESCAPE && IsCellEditControlShown()) {
+    if (!IsCellEditControlShown()) {
+        event.Skip();
+    } else if (event.GetKeyCode() == WXK_ESCAPE) {
         DiscardEdit();
-    } else {
+    } else if (!IsRowKey(event.GetKeyCode()) || event.ControlDown()) {
         event.Skip();
     }
 }
 
+void PlcVarGrid::OnWheel(wxMouseEvent& event)
+{
+    event.Skip(!IsCellEditControlShown()); // the list would scroll away under the editor
+}
+
+void PlcVarGrid::OnScroll(wxScrollWinEvent& event)
+{
+    DiscardEdit();
+    event.Skip();
+}
+
+void PlcVarGrid::OnPressOnLabels(wxMouseEvent& event)
+{
+    DiscardEdit(); // a column edge that is dragged would commit
+    event.Skip();
+}
+
 void PlcVarGrid::OnEditorHidden(wxGridEvent& event)
 {
-    const auto row = static_cast<std::size_t>(event.GetRow());
-    const wxObjectDataPtr<wxGridCellEditor> editor(GetCellEditor(event.GetRow(), event.GetCol()));
-    // Answers have passed by the edited row; one that was left unchanged catches up here.
-    if (row < m_vars.size() && editor->GetValue() == GetCellValue(event.GetRow(), event.GetCol())) {
-        ShowRow(row);
-        CountEditorIn();
+    // Answers have passed by the edited row; one that was left unchanged catches up. Now the
+    // toolkit would show the editor again for it, and take the keyboard from the window that has
+    // it.
+    if (m_pEditor->GetValue() == GetCellValue(event.GetRow(), event.GetCol())) {
+        CallAfter([this, row = static_cast<std::size_t>(event.GetRow())] {
+            if (row < m_vars.size() && !IsEditedRow(row)) {
+                ShowRow(row);
+            }
+        });
     }
     m_editorCounted = true; // since it was opened
     FitColumnsLater();
+    CallAfter(&PlcVarGrid::RemoveHiddenEditor);
     event.Skip();
 }
 
@@ -312,6 +418,10 @@ void PlcVarGrid::OnSelectCell(wxGridEvent& event)
 
 void PlcVarGrid::OnLeftClick(wxGridEvent& event)
 {
+    m_slowClickTimer.Stop();
+    m_keepStatus = false;
+    m_pPanel->WriteErrorInStatus("");
+    CommitEdit();
     const int row = event.GetRow();
     const wxGridCellCoords cell(row, event.GetCol());
     if (event.ControlDown() && !event.ShiftDown()) {
@@ -320,7 +430,6 @@ void PlcVarGrid::OnLeftClick(wxGridEvent& event)
         SelectBlock(row, 0, row, GetNumberCols() - 1);
         m_slowClickTimer.StartOnce(wxSystemSettings::GetMetric(wxSYS_DCLICK_MSEC, this));
     } else {
-        m_slowClickTimer.Stop();
         event.Skip();
     }
 }
@@ -345,12 +454,33 @@ void PlcVarGrid::OnSlowClick(wxTimerEvent& /*event*/)
 
 void PlcVarGrid::OnKeyPressed(wxKeyEvent& event)
 {
+    const int key = event.GetKeyCode();
     m_slowClickTimer.Stop();
-    if (event.GetKeyCode() == keyEnter && !IsCellEditControlEnabled()) {
-        EnterPressed();
-    } else {
-        event.Skip();
+    m_keepStatus = false;
+    if (!IsCellEditControlEnabled() && !IsModifierKey(key)) {
+        m_pPanel->WriteErrorInStatus("");
     }
+    if (key == keyEnter && !IsCellEditControlEnabled()) {
+        EnterPressed();
+        return;
+    }
+    if (IsCursorKey(key)) {
+        KeepSelection();
+    }
+    event.Skip();
+}
+
+// The toolkit empties the selection at a key that cannot move the cursor.
+
+void PlcVarGrid::KeepSelection()
+{
+    CallAfter([this, before = SelectedRows(), rows = GetNumberRows()] {
+        const int row = GetGridCursorRow();
+        if (SelectedRows().empty() && row != wxNOT_FOUND && rows == GetNumberRows()) {
+            const auto cursor = static_cast<std::size_t>(row);
+            SelectRows(before.empty() ? std::vector<RowBlock>{{cursor, cursor}} : before);
+        }
+    });
 }
 
 void PlcVarGrid::EnterPressed()

@@ -14,6 +14,7 @@
 #include <vector>
 
 class PlcVarPanel;
+class ValueEditor;
 
 /// The watch list's table: operand, value, format; one row per variable. It reads the page's list
 /// and calls the page for everything that changes list or PLC. GUI thread.
@@ -45,6 +46,9 @@ public:
     /// Throws away what the operator is typing.
     void DiscardEdit();
 
+    /// Sends what the operator is typing, as Return does.
+    void CommitEdit();
+
     void DeleteRow(std::size_t row);
     void DeleteAllRows();
 
@@ -58,15 +62,16 @@ private:
     void SelectRows(const std::vector<RowBlock>& rows);
     bool IsEditedRow(std::size_t row) const;
     void EnterPressed();
+    void KeepSelection();
+    void EndEditThatWasLeft();
+    void RemoveHiddenEditor();
     void FitColumnsLater();
-    std::size_t PendingCalls() const;
     ColumnsFit CurrentFit();
     int WidestText(int column);
     wxDC& MeasuringDc();
 
     void OnSize(wxSizeEvent& event);
     void OnChangeValue(wxGridEvent& event);
-    void OnEditorShown(wxGridEvent& event);
     void OnEditorHidden(wxGridEvent& event);
     void OnSelectCell(wxGridEvent& event);
     void OnLeftClick(wxGridEvent& event);
@@ -74,18 +79,24 @@ private:
     void OnSlowClick(wxTimerEvent& event);
     void OnKeyPressed(wxKeyEvent& event);
     void OnKeyAnywhere(wxKeyEvent& event);
+    void OnWheel(wxMouseEvent& event);
+    void OnScroll(wxScrollWinEvent& event);
+    void OnPressOnLabels(wxMouseEvent& event);
 
     PlcVarPanel* m_pPanel;            // not owned, the parent
     std::vector<PlcDebugVar>& m_vars; // not owned, the page's
     PlcVarTable* m_pTable;            // owned by the grid's base
+    ValueEditor* m_pEditor = nullptr; // owned by the attribute of the value column
     ColumnsFit m_fit;                 ///< As FitColumns() has left it.
     /// To set one up costs half as much as to measure a text: the answers of one tick share it.
     std::optional<wxClientDC> m_measuringDc;
     wxTimer m_slowClickTimer; ///< Runs until a click can no longer become a double click.
+    wxTimer m_menuTimer;      ///< Runs while a menu holds the keyboard of the editor.
+    bool m_menuSeen = false;
     bool m_deletingRows = false;
     bool m_fitPending = false;
     bool m_editorCounted = false; ///< The virtual size has room for an editor.
-    bool m_keepStatus = false;    ///< An error has just been shown; the cursor's own step keeps it.
+    bool m_keepStatus = false;    ///< The key or click under way has had an error shown.
 
     wxDECLARE_EVENT_TABLE();
 };

@@ -61,6 +61,11 @@ wxSizer* PlcVarPanel::CreateButtons()
         auto* created = new wxButton(
             this, id, LanguageText(caption), wxDefaultPosition, wxDefaultSize, wxRAISED_BORDER);
         created->SetToolTip(LanguageText(tip));
+        // After the click, if it is one: a press that ends beside the button sends nothing.
+        created->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& event) {
+            CallAfter(&PlcVarPanel::DiscardEdit);
+            event.Skip();
+        });
         return created;
     };
     auto* column = new wxBoxSizer(wxVERTICAL);
@@ -183,6 +188,12 @@ void PlcVarPanel::DiscardEdit()
     m_pGrid->DiscardEdit();
 }
 
+bool PlcVarPanel::IsCommitting(const wxWindow* control)
+{
+    return control != nullptr &&
+           (control->GetId() == ID_VAR_DEFINE || control->GetId() == ID_VAR_MODIFY);
+}
+
 void PlcVarPanel::Disconnect()
 {
     m_init = {};
@@ -212,6 +223,7 @@ PlcDebugVar PlcVarPanel::TemplateVar() const
 void PlcVarPanel::OnButtonDefine(wxCommandEvent& /*event*/)
 {
     WriteErrorInStatus("");
+    m_pGrid->CommitEdit();
     PlcDebugVar var = TemplateVar();
     PlcVarSettingDlg dialog(this, var, LanguageText(TextId::SettingsTitleDefine));
     if (RunModal(dialog) != wxID_OK) {
@@ -240,6 +252,7 @@ void PlcVarPanel::AddVar(PlcDebugVar& var)
 void PlcVarPanel::OnButtonModify(wxCommandEvent& /*event*/)
 {
     WriteErrorInStatus("");
+    m_pGrid->CommitEdit();
     const std::vector<RowBlock> selected = m_pGrid->SelectedRows();
     const std::optional<std::size_t> row = OnlyRow(selected);
     if (!row) {

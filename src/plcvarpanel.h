@@ -53,6 +53,9 @@ public:
     /// Throws away what the operator is typing into the grid.
     void DiscardEdit();
 
+    /// @return true for the controls that send what is being typed when they are clicked.
+    static bool IsCommitting(const wxWindow* control);
+
     /// From now on nothing leaves the page for the host any more.
     void Disconnect();
 

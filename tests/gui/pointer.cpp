@@ -18,7 +18,23 @@ void MoveTo(wxWindow& window, const wxPoint& place)
     RunPending();
 }
 
+void MoveOn(wxWindow& window, const wxPoint& from, const wxPoint& to)
+{
+    for (int i = 1; i <= dragSteps; ++i) {
+        MoveTo(window, from + (to - from) * i / dragSteps);
+    }
+}
+
 } // namespace
+
+void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to)
+{
+    MoveTo(window, from);
+    wxUIActionSimulator simulator;
+    simulator.MouseDown();
+    MoveOn(window, from, to);
+    simulator.MouseUp();
+}
 
 void TurnWheel(wxWindow& window, WheelTurn turn, int notches)
 {
@@ -42,9 +58,7 @@ void Grip(wxWindow& window, const wxPoint& from, const wxPoint& to)
     }
     simulator.MouseDown();
     EXPECT_TRUE(WaitFor("gripped", [] { return gtk_grab_get_current() != nullptr; }));
-    for (int i = 1; i <= dragSteps; ++i) {
-        MoveTo(window, from + (to - from) * i / dragSteps);
-    }
+    MoveOn(window, from, to);
 }
 
 void LetGo()

@@ -16,6 +16,9 @@ enum class WheelTurn
 /// Turns the wheel by so many notches over the middle of a window.
 void TurnWheel(wxWindow& window, WheelTurn turn, int notches);
 
+/// Draws the mouse from one place in a window to another with the left button held.
+void Drag(wxWindow& window, const wxPoint& from, const wxPoint& to);
+
 /// Takes hold of a scroll bar by the mouse at a place in a window and draws it to another.
 void Grip(wxWindow& window, const wxPoint& from, const wxPoint& to);
 

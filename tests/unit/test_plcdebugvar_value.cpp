@@ -1,5 +1,7 @@
 #include "test_plcdebugvar_value.h"
 
+#include "plcdebugvar_value.h"
+
 #include <climits>
 #include <limits>
 #include <string>
@@ -208,6 +210,16 @@ TEST_P(DebugVarValue, NotANumberIsAccepted)
     ASSERT_TRUE(var.SetVarValue("nan", error));
 
     EXPECT_EQ(var.GetVarValueShow(), "nan");
+}
+
+TEST(EnteredText, LosesTheLineEndOfAScannerOrASpreadsheet)
+{
+    for (const char* text : {"1500\n", "1500\r\n", "1500\r", "1500 \t\n", "1500\n \n"}) {
+        EXPECT_EQ(EnteredText(text), "1500") << text;
+    }
+    for (const char* text : {"", "5", "5 ", " 5", "\n", " \r\n", "1\n2", "5\n "}) {
+        EXPECT_EQ(EnteredText(text), text);
+    }
 }
 
 TEST_P(DebugVarValue, FormatsThatDoNotExistTakeNothing)
