@@ -52,27 +52,15 @@ constexpr MenuItem helpItems[] = {
     {wxID_HELP, TextId::MenuInfo, TextId::MenuInfoKey, TextId::MenuInfo},
 };
 
-/// Takes away the accelerator that the toolkit gives an item with a standard id when its label
-/// names none.
-void RemoveAccelerator(const wxMenu& menu, const wxMenuItem& item)
-{
-    GList* closures = gtk_widget_list_accel_closures(item.GetMenuItem());
-    for (GList* node = closures; node != nullptr; node = node->next) {
-        gtk_accel_group_disconnect(menu.m_accel, static_cast<GClosure*>(node->data));
-    }
-    g_list_free(closures);
-}
-
 template <std::size_t count> wxMenu* CreateMenu(const MenuItem (&items)[count])
 {
     auto* menu = new wxMenu;
     for (const MenuItem& item : items) {
         const wxString label =
             ItemLabel(LanguageText(item.label), LanguageText(item.acceleratorLetter));
-        const wxMenuItem* appended = menu->Append(item.id, label, LanguageText(item.help));
-        if (label.find('\t') == wxString::npos) {
-            RemoveAccelerator(*menu, *appended);
-        }
+        // Under a standard id the toolkit adds a key and a help text of its own for missing ones.
+        wxMenuItem* appended = menu->Append(wxID_HIGHEST + 1, label, LanguageText(item.help));
+        appended->SetId(item.id);
     }
     return menu;
 }

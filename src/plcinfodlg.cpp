@@ -1,6 +1,6 @@
 #include "plcinfodlg.h"
 
-#include "plcintlang.h"
+#include "plcmodal_controls.h"
 
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -22,7 +22,7 @@ PlcInfoDlg::PlcInfoDlg(wxWindow* parent)
           wxDefaultPosition,
           wxDefaultSize,
           wxDEFAULT_DIALOG_STYLE),
-      m_pBtnOk(new wxButton(this, wxID_OK, LanguageText(TextId::Ok)))
+      m_pBtnOk(NewDialogButton(this, wxID_OK, TextId::Ok))
 {
     const auto line = [this](const wxString& text, long style) {
         return new wxStaticText(this, wxID_ANY, text, wxDefaultPosition, wxDefaultSize, style);

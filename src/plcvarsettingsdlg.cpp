@@ -1,8 +1,8 @@
 #include "plcvarsettingsdlg.h"
 
-#include <wx/button.h>
+#include "plcmodal_controls.h"
+
 #include <wx/sizer.h>
-#include <wx/stattext.h>
 
 namespace {
 
@@ -76,16 +76,21 @@ PlcVarSettingDlg::PlcVarSettingDlg(wxWindow* parent, PlcDebugVar& var, const wxS
     SetSizerAndFit(columns);
 }
 
+wxStaticText* PlcVarSettingDlg::NewLabel(TextId text)
+{
+    return new wxStaticText(this, wxID_ANY, LanguageText(text));
+}
+
 wxSizer* PlcVarSettingDlg::CreateOperandColumn()
 {
-    const auto label = [this](TextId text) {
-        return new wxStaticText(this, wxID_ANY, LanguageText(text));
-    };
     const auto list = [this](int id, const wxArrayString& items) {
         return new wxComboBox(
             this, id, "", wxDefaultPosition, wxDefaultSize, items, wxCB_DROPDOWN | wxCB_READONLY);
     };
+    // By a label's access key the keyboard goes to the control that is created next.
+    wxStaticText* areaLabel = NewLabel(TextId::SettingsArea);
     m_pComboType = list(ID_AREA, Items(varAreas));
+    wxStaticText* dataBlockLabel = NewLabel(TextId::SettingsDataBlock);
     m_pComboDB = list(ID_DATA_BLOCK, DataBlockItems());
     m_pRBFormat = new wxRadioBox(
         this,
@@ -98,10 +103,10 @@ wxSizer* PlcVarSettingDlg::CreateOperandColumn()
         wxRA_SPECIFY_COLS);
 
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(label(TextId::SettingsArea), 0, wxALL, controlBorder);
+    column->Add(areaLabel, 0, wxALL, controlBorder);
     column->Add(m_pComboType, 0, wxEXPAND | wxALL, controlBorder);
     column->AddSpacer(gapBelowArea);
-    column->Add(label(TextId::SettingsDataBlock), 0, wxALL, controlBorder);
+    column->Add(dataBlockLabel, 0, wxALL, controlBorder);
     column->Add(m_pComboDB, 0, wxEXPAND | wxALL, controlBorder);
     column->AddSpacer(gapBelowDataBlock);
     column->Add(m_pRBFormat, 0, wxEXPAND | wxALL, controlBorder);
@@ -128,20 +133,15 @@ wxSizer* PlcVarSettingDlg::CreateSizeColumn()
 wxSizer* PlcVarSettingDlg::CreateAddressColumn()
 {
     const auto button = [this](int id, TextId text, TextId tip, long border) {
-        auto* created =
-            new wxButton(this, id, LanguageText(text), wxDefaultPosition, wxDefaultSize, border);
+        wxButton* created = NewDialogButton(this, id, text, border);
         created->SetToolTip(LanguageText(tip));
         return created;
     };
-    m_pTCAddress =
-        new wxTextCtrl(this, ID_ADDRESS, "", wxDefaultPosition, wxDefaultSize, wxTE_PROCESS_ENTER);
+    wxStaticText* addressLabel = NewLabel(TextId::SettingsAddress);
+    m_pTCAddress = NewTextField(this, ID_ADDRESS);
 
     auto* column = new wxBoxSizer(wxVERTICAL);
-    column->Add(
-        new wxStaticText(this, wxID_ANY, LanguageText(TextId::SettingsAddress)),
-        0,
-        wxALL,
-        controlBorder);
+    column->Add(addressLabel, 0, wxALL, controlBorder);
     column->Add(m_pTCAddress, 0, wxEXPAND | wxALL, controlBorder);
     column->AddSpacer(gapAboveButtons);
     column->Add(

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "plcdebugvar.h"
+#include "plcintlang.h"
 
 #include <wx/combobox.h>
 #include <wx/dialog.h>
 #include <wx/radiobox.h>
+#include <wx/stattext.h>
 #include <wx/textctrl.h>
 
 /// The dialog in which a watched operand is defined or changed. GUI thread.
@@ -16,6 +18,7 @@ public:
     PlcVarSettingDlg(wxWindow* parent, PlcDebugVar& var, const wxString& title);
 
 private:
+    wxStaticText* NewLabel(TextId text);
     wxSizer* CreateOperandColumn();
     wxSizer* CreateSizeColumn();
     wxSizer* CreateAddressColumn();

@@ -1,8 +1,7 @@
 #include "plcvarvaluedlg.h"
 
-#include "plcintlang.h"
+#include "plcmodal_controls.h"
 
-#include <wx/button.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
@@ -38,17 +37,10 @@ PlcVarValueDlg::PlcVarValueDlg(wxWindow* parent)
         fieldBorder);
     column->Add(spacerWidth, spacerHeight);
 
-    m_pTCValue =
-        new wxTextCtrl(this, ID_VALUE, "", wxDefaultPosition, wxDefaultSize, wxTE_PROCESS_ENTER);
+    m_pTCValue = NewTextField(this, ID_VALUE);
     column->Add(m_pTCValue, 0, wxLEFT | wxRIGHT, fieldBorder);
     column->Add(
-        new wxButton(
-            this,
-            wxID_OK,
-            LanguageText(TextId::Ok),
-            wxDefaultPosition,
-            wxDefaultSize,
-            wxRAISED_BORDER),
+        NewDialogButton(this, wxID_OK, TextId::Ok, wxRAISED_BORDER),
         0,
         wxALIGN_CENTER | wxALL,
         buttonBorder);

@@ -5,12 +5,13 @@
 
 #include <wx/mstream.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 template class KtSingleton<KtIntlLanguageTextImp>;
@@ -20,11 +21,7 @@ namespace {
 /// Entries in a section of full text numbers.
 constexpr std::int64_t sectionSize = 100000;
 
-/// One number for a section and an entry of any sign.
-std::int64_t TextKey(int section, int entry)
-{
-    return std::int64_t{section} * (std::int64_t{1} << 32) + entry;
-}
+constexpr int builtInSection = 48;
 
 /// @return the number that the whole name is; nothing for any other name.
 std::optional<int> NumberOf(const wxString& name)
@@ -36,7 +33,7 @@ std::optional<int> NumberOf(const wxString& name)
     return whole ? std::optional(number) : std::nullopt;
 }
 
-using Texts = std::unordered_map<std::int64_t, std::wstring>;
+using Texts = std::map<std::pair<int, int>, std::wstring>;
 
 void ReadSection(wxFileConfig& content, const wxString& name, int section, Texts& texts)
 {
@@ -46,7 +43,7 @@ void ReadSection(wxFileConfig& content, const wxString& name, int section, Texts
     for (bool found = content.GetFirstEntry(entryName, position); found;
          found = content.GetNextEntry(entryName, position)) {
         if (const std::optional<int> entry = NumberOf(entryName)) {
-            texts[TextKey(section, *entry)] = content.Read(entryName, wxString()).ToStdWstring();
+            texts[{section, *entry}] = content.Read(entryName, wxString()).ToStdWstring();
         }
     }
 }
@@ -66,13 +63,17 @@ Texts TextsIn(wxFileConfig& content)
     return texts;
 }
 
-/// @return nothing when the file cannot be read or has no section: it is no language file then,
-///         but perhaps one that a power failure has emptied.
+/// @return nothing when the file cannot be read or has no text of the section that the built-in
+///         texts have: it is no language file then, but perhaps one of another program, or one that
+///         a power failure has emptied.
 std::optional<Texts> TextsOfFile(const wxString& path)
 {
     IniFile file(path);
-    const bool isLanguageFile = file.Content().GetNumberOfGroups() > 0;
-    return isLanguageFile ? std::optional(TextsIn(file.Content())) : std::nullopt;
+    Texts texts = TextsIn(file.Content());
+    const bool isLanguageFile = std::any_of(texts.begin(), texts.end(), [](const auto& text) {
+        return text.first.first == builtInSection;
+    });
+    return isLanguageFile ? std::optional(std::move(texts)) : std::nullopt;
 }
 
 Texts BuiltInTexts()
@@ -96,7 +97,7 @@ const wchar_t* KtIntlLanguageTextImp::GetText(int section, int entry)
     if (!m_loaded) {
         Load();
     }
-    const auto text = m_texts.find(TextKey(section, entry));
+    const auto text = m_texts.find({section, entry});
     return text != m_texts.end() ? text->second.c_str() : nullptr;
 }
 

@@ -9,6 +9,7 @@
 #include "waitfor.h"
 
 #include <gmock/gmock.h>
+#include <gtk/gtk.h>
 
 #include <cstring>
 #include <filesystem>
@@ -225,6 +226,18 @@ TEST_F(DebugFrame, ObeysNoAcceleratorOfTheToolkitsOwn)
     EXPECT_TRUE(frame->IsShown());
 }
 
+TEST_F(DebugFrame, ShowsNoAcceleratorOfAnItemThatHasNone)
+{
+    Configure();
+    Open();
+
+    for (const int id : {wxID_NEW, wxID_OPEN, wxID_CLOSE, wxID_SAVE, wxID_SAVEAS, wxID_EXIT}) {
+        GtkWidget* item = frame->GetMenuBar()->FindItem(id)->GetMenuItem();
+        auto* label = GTK_ACCEL_LABEL(gtk_bin_get_child(GTK_BIN(item)));
+        EXPECT_EQ(gtk_accel_label_get_accel_width(label), 0U) << id;
+    }
+}
+
 TEST_F(DebugFrame, ObeysItsAccelerators)
 {
     WriteNumberedTexts(dir.Path(), {{51, "N"}});
@@ -264,6 +277,7 @@ TEST_F(DebugFrame, OpensWithEmptyTextsAndTakesNoneOfTheToolkitsOwn)
     for (const int id : {wxID_NEW, wxID_OPEN, wxID_CLOSE, wxID_SAVE, wxID_SAVEAS, wxID_EXIT}) {
         const wxMenuItem* item = frame->GetMenuBar()->FindItem(id);
         EXPECT_EQ(item->GetItemLabelText(), " ");
+        EXPECT_EQ(item->GetHelp(), "");
         const std::unique_ptr<wxAcceleratorEntry> accelerator(item->GetAccel());
         EXPECT_EQ(accelerator, nullptr);
     }

@@ -1,6 +1,8 @@
 #include "settingsdialog.h"
+#include "waitfor.h"
 
 #include <gmock/gmock.h>
+#include <gtk/gtk.h>
 #include <wx/stattext.h>
 
 #include <set>
@@ -36,6 +38,25 @@ TEST_F(SettingsDialog, OpensWithTheRecordsSettings)
         EXPECT_EQ(controls.format.GetSelection(), eFormatHexadecimal);
         EXPECT_EQ(controls.size.GetSelection(), eSizeWord);
         EXPECT_EQ(controls.address.GetValue(), "20");
+    });
+}
+
+TEST_F(SettingsDialog, HasAnAddressFieldAsHighAsItsFontNeeds)
+{
+    LookAt([](const Controls& controls) {
+        int height = 0;
+        gtk_widget_get_preferred_height(controls.address.GetHandle(), nullptr, &height);
+        EXPECT_GE(controls.address.GetSize().y, height);
+    });
+}
+
+TEST_F(SettingsDialog, OpensWithTheKeyboardInTheAddressField)
+{
+    var = Record(eAreaFlag, eSizeWord, eFormatHexadecimal, "20");
+
+    LookAt([](const Controls& controls) {
+        EXPECT_TRUE(WaitFor("keyboard", [&] { return controls.address.HasFocus(); }));
+        EXPECT_EQ(controls.address.GetStringSelection(), "20");
     });
 }
 

@@ -144,11 +144,13 @@ TEST_F(KtIntlLanguageTextTest, AnEmptyTextExistsAndALackingOneDoesNot)
     EXPECT_EQ(TextOf(1), std::nullopt) << "taken from the built-in texts";
 }
 
-TEST_F(KtIntlLanguageTextTest, ASectionWithoutTextsIsALanguageFile)
+TEST_F(KtIntlLanguageTextTest, AFileWithoutATextOfTheDebuggerServesLikeNone)
 {
-    Load("[48]\n");
+    for (const char* content : {"[48]\n", "[47]\n49=title\n", "[48]\nx=1\n[49]\n1=x\n"}) {
+        Load(content);
 
-    EXPECT_EQ(TextOf(frameTitle), std::nullopt);
+        EXPECT_EQ(TextOf(frameTitle), builtInTitle) << content;
+    }
 }
 
 TEST_F(KtIntlLanguageTextTest, NamesThatAreNoNumbersAreNoTexts)

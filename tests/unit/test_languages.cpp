@@ -147,7 +147,16 @@ constexpr std::array fileMenu = {
     TextId::MenuSaveAs,
     TextId::MenuExit};
 
-constexpr std::array menuBar = {TextId::MenuFile, TextId::MenuHelp};
+// What is on the screen together. Of the two pages each has the menu bar above it.
+constexpr std::array watchPage = {
+    TextId::MenuFile, TextId::MenuHelp, TextId::VarDefine, TextId::VarModify, TextId::VarDelete};
+constexpr std::array programPage = {TextId::MenuFile, TextId::MenuHelp, TextId::PrgBlock};
+constexpr std::array settingsDialog = {
+    TextId::SettingsArea,
+    TextId::SettingsDataBlock,
+    TextId::SettingsAddress,
+    TextId::Ok,
+    TextId::Cancel};
 
 constexpr std::array acceleratorKeys = {
     TextId::MenuNewKey,
@@ -274,29 +283,34 @@ TEST(Languages, AcceleratorsAreLettersAndDifferInTheWholeMenuBar)
     }
 }
 
-TEST(Languages, AltLettersDifferInEachMenuAndInTheMenuBar)
+TEST(Languages, AltLettersDifferOnEachPageInEachMenuAndInEachDialog)
 {
     for (const std::string& language : languages) {
         Language texts(language);
 
         ExpectDifferentMnemonics(texts, fileMenu);
-        ExpectDifferentMnemonics(texts, menuBar);
+        ExpectDifferentMnemonics(texts, watchPage);
+        ExpectDifferentMnemonics(texts, programPage);
+        ExpectDifferentMnemonics(texts, settingsDialog);
     }
 }
 
-TEST(Languages, OnlyMenuLabelsAndTitlesMarkAnAltLetter)
+TEST(Languages, NoOtherTextMarksAnAltLetter)
 {
     std::set<int> marked;
-    for (const TextId label : fileMenu) {
-        marked.insert(static_cast<int>(label));
-    }
-    for (const TextId title : menuBar) {
-        marked.insert(static_cast<int>(title));
-    }
+    const auto mark = [&marked](const auto& labels) {
+        for (const TextId label : labels) {
+            marked.insert(static_cast<int>(label));
+        }
+    };
+    mark(fileMenu);
+    mark(watchPage);
+    mark(programPage);
+    mark(settingsDialog);
     for (const std::string& language : languages) {
         Language texts(language);
         for (const int number : TextNumbers()) {
-            // MenuInfo is a title and a help text, too.
+            // What is a title, a column's head, a tab or a help text as well shows no letter.
             const bool hasAmpersand = texts[number].find(L'&') != std::wstring::npos;
             EXPECT_EQ(hasAmpersand, marked.count(number) != 0) << language << ' ' << number;
         }

@@ -5,9 +5,9 @@
 
 #include <wx/string.h>
 
-#include <cstdint>
+#include <map>
 #include <string>
-#include <unordered_map>
+#include <utility>
 
 /// Operator-visible texts by number. A full number is section * 100000 + entry.
 class KTCORE_API KtIntlLanguageText
@@ -53,7 +53,7 @@ private:
 
     wxString m_path;
     wxString m_language;
-    std::unordered_map<std::int64_t, std::wstring> m_texts; ///< By section and entry.
+    std::map<std::pair<int, int>, std::wstring> m_texts; ///< By section and entry.
     bool m_loaded = false;
 };
 
