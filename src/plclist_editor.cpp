@@ -30,5 +30,5 @@ bool ValueEditor::EndEdit(
 
 wxString ValueEditor::GetValue() const
 {
-    return IsCreated() ? EnteredText(wxGridCellTextEditor::GetValue()) : wxString();
+    return EnteredText(wxGridCellTextEditor::GetValue());
 }

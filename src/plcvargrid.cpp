@@ -221,13 +221,6 @@ wxDC& PlcVarGrid::MeasuringDc()
     return *m_measuringDc;
 }
 
-void PlcVarGrid::FitColumnsLater()
-{
-    if (m_fitPending) {
-        CallAfter(&PlcVarGrid::FitColumns);
-    }
-}
-
 void PlcVarGrid::DiscardEdit()
 {
     if (IsCellEditControlEnabled()) {
@@ -252,7 +245,7 @@ void PlcVarGrid::EndEditThatWasLeft()
     }
     GtkWidget* entry = m_pEditor->GetWindow()->GetHandle();
     const bool hasKeyboard = gtk_widget_has_focus(entry) != FALSE;
-    if (hasKeyboard || m_pPanel->IsCommitting(FindFocus())) {
+    if (hasKeyboard || PlcVarPanel::IsCommitting(FindFocus())) {
         return;
     }
     // A menu is not another window: the keyboard comes back when it closes, a little later.
@@ -347,17 +340,16 @@ void PlcVarGrid::OnChangeValue(wxGridEvent& event)
     // The cell returns to the value last read: what was written shows when the PLC reports it.
     if (row < m_vars.size()) {
         ShowRow(row);
-        CountEditorIn();
     }
 }
 
 void PlcVarGrid::OnKeyAnywhere(wxKeyEvent& event)
 {
-    if (!IsCellEditControlShown()) {
-        event.Skip();
-    } else if (event.GetKeyCode() == WXK_ESCAPE) {
+    const int key = event.GetKeyCode();
+    const bool isEditing = IsCellEditControlShown();
+    if (isEditing && key == WXK_ESCAPE) {
         DiscardEdit();
-    } else if (!IsRowKey(event.GetKeyCode()) || event.ControlDown()) {
+    } else if (!isEditing || !IsRowKey(key) || event.ControlDown()) {
         event.Skip();
     }
 }
@@ -379,21 +371,24 @@ void PlcVarGrid::OnPressOnLabels(wxMouseEvent& event)
     event.Skip();
 }
 
+// What is left to do when an edit ends has to wait until it has: the toolkit would show the editor
+// again for a cell that is written now, and take the keyboard from the window that has it.
+
 void PlcVarGrid::OnEditorHidden(wxGridEvent& event)
 {
-    // Answers have passed by the edited row; one that was left unchanged catches up. Now the
-    // toolkit would show the editor again for it, and take the keyboard from the window that has
-    // it.
-    if (m_pEditor->GetValue() == GetCellValue(event.GetRow(), event.GetCol())) {
-        CallAfter([this, row = static_cast<std::size_t>(event.GetRow())] {
-            if (row < m_vars.size() && !IsEditedRow(row)) {
-                ShowRow(row);
-            }
-        });
-    }
+    const bool isUnchanged = m_pEditor->GetValue() == GetCellValue(event.GetRow(), event.GetCol());
     m_editorCounted = true; // since it was opened
-    FitColumnsLater();
-    CallAfter(&PlcVarGrid::RemoveHiddenEditor);
+    CallAfter([this, isUnchanged, row = static_cast<std::size_t>(event.GetRow())] {
+        // Answers have passed by the edited row.
+        if (isUnchanged && row < m_vars.size() && !IsEditedRow(row)) {
+            ShowRow(row);
+        }
+        CountEditorIn();
+        if (m_fitPending) {
+            FitColumns();
+        }
+        RemoveHiddenEditor();
+    });
     event.Skip();
 }
 

@@ -65,7 +65,6 @@ private:
     void KeepSelection();
     void EndEditThatWasLeft();
     void RemoveHiddenEditor();
-    void FitColumnsLater();
     ColumnsFit CurrentFit();
     int WidestText(int column);
     wxDC& MeasuringDc();

@@ -27,7 +27,8 @@ PlcVarValueDlg::PlcVarValueDlg(wxWindow* parent)
           LanguageText(TextId::VarColumnValue),
           wxDefaultPosition,
           wxDefaultSize,
-          wxDEFAULT_DIALOG_STYLE)
+          wxDEFAULT_DIALOG_STYLE),
+      m_pTCValue(NewTextField(this, ID_VALUE))
 {
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(
@@ -37,7 +38,6 @@ PlcVarValueDlg::PlcVarValueDlg(wxWindow* parent)
         fieldBorder);
     column->Add(spacerWidth, spacerHeight);
 
-    m_pTCValue = NewTextField(this, ID_VALUE);
     column->Add(m_pTCValue, 0, wxLEFT | wxRIGHT, fieldBorder);
     column->Add(
         NewDialogButton(this, wxID_OK, TextId::Ok, wxRAISED_BORDER),

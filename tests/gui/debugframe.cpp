@@ -2,6 +2,7 @@
 
 #include "debugfile.h"
 #include "descendants.h"
+#include "editortext.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -67,11 +68,7 @@ void DebugFrame::TypeValue(int row, const char* text)
     PressKey(WXK_F2);
     ASSERT_TRUE(WaitFor("editor", [this] { return grid->IsCellEditControlShown(); }));
     Type(text);
-    ASSERT_TRUE(WaitFor("typed", [this, text] {
-        const wxObjectDataPtr<wxGridCellEditor> editor(
-            grid->GetCellEditor(grid->GetGridCursorRow(), grid->GetGridCursorCol()));
-        return editor->GetValue() == text;
-    }));
+    ASSERT_TRUE(WaitFor("typed", [this, text] { return TextInEditor(*grid) == text; }));
 }
 
 void DebugFrame::Answer(std::uint16_t key, std::int32_t value)

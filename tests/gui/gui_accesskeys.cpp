@@ -112,7 +112,7 @@ TEST_F(Shipped, OpensItsDialogsByAccessKeysAndShowsItsOwnWordsInThem)
 TEST_F(Shipped, SendsWhatIsBeingTypedWhenDefineIsChosenByItsAccessKey)
 {
     Reopen("en");
-    StartTyping(0, "42");
+    TypeValue(0, "42");
     dialogs.Dialog("Define variable", [](wxDialog&) { PressKey(WXK_ESCAPE); });
 
     PressKey('D', wxMOD_ALT);

@@ -60,7 +60,7 @@ TEST_F(Typing, KeepsSeveralSelectedRowsAtAKeyThatCannotMoveTheCursor)
 
 TEST_F(Typing, KeepsTheSelectionWhenAnEntryEndsInTheLastRow)
 {
-    StartTyping(3, "42");
+    TypeValue(3, "42");
 
     PressKey(WXK_RETURN);
 
@@ -86,7 +86,7 @@ TEST_F(Typing, SelectsTheCursorsRowAtAKeyWhenNothingIsSelected)
 TEST_F(Typing, ShowsARefusalUntilTheOperatorMovesOn)
 {
     const auto refuse = [this](int row) {
-        StartTyping(row, "12a");
+        TypeValue(row, "12a");
         PressKey(WXK_RETURN);
         ASSERT_TRUE(WaitForEnd());
         WaitThreeTicks();

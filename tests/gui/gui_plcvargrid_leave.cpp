@@ -63,7 +63,7 @@ TEST_F(Typing, SendsAValueAtEachKeyThatEndsAnEntry)
           Ending{WXK_NUMPAD_ENTER, wxMOD_NONE, 1, varColumnValue},
           Ending{WXK_TAB, wxMOD_NONE, 0, varColumnFormat},
           Ending{WXK_TAB, wxMOD_SHIFT, 0, varColumnOperand}}) {
-        StartTyping(0, "42");
+        TypeValue(0, "42");
 
         PressKey(ending.key, ending.modifiers);
 
@@ -75,7 +75,7 @@ TEST_F(Typing, SendsAValueAtEachKeyThatEndsAnEntry)
 
 TEST_F(Typing, SendsAValueOnceWhenAVariableIsDefined)
 {
-    StartTyping(0, "42");
+    TypeValue(0, "42");
     dialogs.Dialog("T9", [](wxDialog&) { PressKey(WXK_ESCAPE); });
 
     Click(Button(defineButton));
@@ -87,7 +87,7 @@ TEST_F(Typing, SendsAValueOnceWhenAVariableIsDefined)
 
 TEST_F(Typing, ShowsWhyAValueWasRefusedThatDefineWouldHaveSent)
 {
-    StartTyping(0, "300");
+    TypeValue(0, "300");
     std::string shown;
     dialogs.Dialog("T9", [&](wxDialog&) {
         shown = Status();
@@ -105,7 +105,7 @@ TEST_F(Typing, SendsAPastedValueWithoutItsLineEnd)
 {
     for (const char* pasted : {"42\n", "42\r\n", "42 \t\n"}) {
         PutOnClipboard(pasted);
-        StartTyping(0, "7");
+        TypeValue(0, "7");
         PressKey('A', wxMOD_CONTROL);
         PressKey('V', wxMOD_CONTROL);
         ASSERT_TRUE(WaitForText("42"));
@@ -120,7 +120,7 @@ TEST_F(Typing, SendsAPastedValueWithoutItsLineEnd)
 TEST_F(Typing, SendsNoZeroForAPastedLineEnd)
 {
     PutOnClipboard("\n");
-    StartTyping(0, "7");
+    TypeValue(0, "7");
     PressKey('A', wxMOD_CONTROL);
     PressKey('V', wxMOD_CONTROL);
     ASSERT_TRUE(WaitForText("\n"));
@@ -136,7 +136,7 @@ TEST_F(Typing, SendsNoZeroForAPastedLineEnd)
 
 TEST_F(Typing, ThrowsAValueAwayWhenAnotherWindowTakesTheKeyboard)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
     {
         const Alarm alarm;
         ExpectDiscarded();
@@ -153,7 +153,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenAnotherWindowTakesTheKeyboard)
 TEST_F(Typing, ThrowsAValueAwayWhenTheOperatorSwitchesThePageByKeys)
 {
     for (const int key : {WXK_PAGEDOWN, WXK_PAGEUP}) {
-        StartTyping(0, "123");
+        TypeValue(0, "123");
 
         PressKey(key, wxMOD_CONTROL);
 
@@ -170,7 +170,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenTheOperatorSwitchesThePageByKeys)
 
 TEST_F(Typing, ThrowsAValueAwayWhenTheOperatorClicksOnATab)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
 
     ClickTab(*notebook, 0);
 
@@ -179,7 +179,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenTheOperatorClicksOnATab)
 
 TEST_F(Typing, ThrowsAValueAwayWhenAColumnIsDragged)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
     const int edge = grid->GetColSize(varColumnOperand) + grid->GetColSize(varColumnValue);
     const int middle = grid->GetColLabelSize() / 2;
     const int before = grid->GetColSize(varColumnValue);
@@ -192,7 +192,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenAColumnIsDragged)
 
 TEST_F(Typing, ThrowsAValueAwayWhenThePlaceBelowTheRowsIsClicked)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
 
     ClickAt(*grid->GetGridWindow(), {20, grid->GetRowHeight(0) * 5});
 
@@ -202,7 +202,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenThePlaceBelowTheRowsIsClicked)
 TEST_F(Typing, ThrowsAValueAwayWhenAPressOnAButtonEndsBesideIt)
 {
     for (const int button : {defineButton, modifyButton}) {
-        StartTyping(0, "123");
+        TypeValue(0, "123");
         const wxSize size = Button(button).GetSize();
 
         Drag(Button(button), {size.x / 2, size.y / 2}, {size.x / 2, size.y + 200});
@@ -213,7 +213,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenAPressOnAButtonEndsBesideIt)
 
 TEST_F(Typing, ThrowsAValueAwayAtFileCommands)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
 
     Choose(wxID_SAVE);
 
@@ -222,7 +222,7 @@ TEST_F(Typing, ThrowsAValueAwayAtFileCommands)
 
 TEST_F(Typing, ThrowsAValueAwayWhenTheWindowIsMinimised)
 {
-    StartTyping(0, "123");
+    TypeValue(0, "123");
 
     frame->Iconize();
 
@@ -233,7 +233,7 @@ TEST_F(Typing, ThrowsAValueAwayWhenTheWindowIsMinimised)
 
 TEST_F(Typing, GoesOnAfterAMenuOfTheWindow)
 {
-    StartTyping(0, "12");
+    TypeValue(0, "12");
     PressKey(WXK_F10);
     const auto menuOpen = [] { return GTK_IS_MENU_SHELL(gtk_grab_get_current()); };
     ASSERT_TRUE(WaitFor("menu", menuOpen));
@@ -255,7 +255,7 @@ TEST_F(Typing, GoesOnAfterAMenuOfTheWindow)
 
 TEST_F(Typing, StaysInItsCellAtKeysThatMoveByRows)
 {
-    StartTyping(0, "12");
+    TypeValue(0, "12");
     for (const int key : {WXK_UP, WXK_DOWN, WXK_PAGEUP, WXK_PAGEDOWN}) {
         PressKey(key);
     }
@@ -272,7 +272,7 @@ TEST_F(Typing, KeepsItsPlaceWhenTheWheelIsTurned)
         return grid->GetGridWindow()->GetSize().y < 3 * grid->GetDefaultRowSize();
     }));
     RunPending();
-    StartTyping(0, "12");
+    TypeValue(0, "12");
 
     TurnWheel(*grid->GetGridWindow(), WheelTurn::Down, 5);
     Type("3");

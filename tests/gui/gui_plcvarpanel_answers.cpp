@@ -217,3 +217,17 @@ TEST(VarPanelOfAHostWithoutCallbacks, WorksAndSendsNothing)
 
     EXPECT_FALSE(panel->IsModified());
 }
+
+TEST_F(VarPanelAnswers, KnowsItsVariablesByAllOfTheirIdsBits)
+{
+    const std::vector<std::string> list(20, "MB1/D");
+    for (int load = 0; load < 14; ++load) { // the ids go on from 0 to 279
+        Load(list);
+    }
+
+    Answer(260, 7);
+    Answer(4, 9); // of a variable that has gone
+
+    EXPECT_EQ(Cell(0, 1), "7");
+    EXPECT_EQ(Cell(4, 1), "?");
+}

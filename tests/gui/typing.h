@@ -1,6 +1,7 @@
 #pragma once
 
 #include "debugframe.h"
+#include "editortext.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -39,23 +40,9 @@ protected:
         });
     }
 
-    /// @return what has been typed; empty when no value is being typed.
-    std::string EditorText() const
-    {
-        const wxObjectDataPtr<wxGridCellEditor> editor(
-            grid->GetCellEditor(grid->GetGridCursorRow(), grid->GetGridCursorCol()));
-        return editor->GetValue().ToStdString();
-    }
-
     testing::AssertionResult WaitForText(const std::string& text) const
     {
-        return WaitFor("\"" + text + "\" typed", [&] { return EditorText() == text; });
-    }
-
-    void StartTyping(int row, const char* text)
-    {
-        TypeValue(row, text);
-        ASSERT_TRUE(WaitForText(text));
+        return WaitFor("\"" + text + "\" typed", [&] { return TextInEditor(*grid) == text; });
     }
 
     testing::AssertionResult WaitForEnd() const

@@ -1,6 +1,7 @@
 #include "watchpage.h"
 
 #include "descendants.h"
+#include "editortext.h"
 #include "useractions.h"
 #include "waitfor.h"
 
@@ -116,9 +117,7 @@ std::vector<std::string> WatchPage::Column(int column) const
 
 std::string WatchPage::EditorText() const
 {
-    const wxObjectDataPtr<wxGridCellEditor> editor(
-        grid->GetCellEditor(grid->GetGridCursorRow(), grid->GetGridCursorCol()));
-    return editor->GetValue().ToStdString();
+    return TextInEditor(*grid);
 }
 
 std::string WatchPage::Status() const
