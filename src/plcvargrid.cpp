@@ -263,7 +263,8 @@ void PlcVarGrid::EndEditThatWasLeft()
     }
 }
 
-/// GTK complains of a hidden control in a window whenever that is scrolled.
+/// GTK complains of a hidden control in a window whenever that is scrolled. While other code of
+/// ours waits for a dialog or the host, the control may be in use; then it stays until later.
 void PlcVarGrid::RemoveHiddenEditor()
 {
     const bool isInUse = IsCellEditControlEnabled() || PlcCallOut::Active();
@@ -356,11 +357,13 @@ void PlcVarGrid::OnKeyAnywhere(wxKeyEvent& event)
 
 void PlcVarGrid::OnWheel(wxMouseEvent& event)
 {
+    RemoveHiddenEditor();
     event.Skip(!IsCellEditControlShown()); // the list would scroll away under the editor
 }
 
 void PlcVarGrid::OnScroll(wxScrollWinEvent& event)
 {
+    RemoveHiddenEditor();
     DiscardEdit();
     event.Skip();
 }

@@ -387,6 +387,7 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
 TEST_F(Monkey, DoesNoHarm)
 {
     ASSERT_TRUE(Open());
+    OnGui([this] { watch.AllowTooSmallWindows(); });
     constexpr int defaultSeconds = 5;
     Play(std::chrono::seconds(FromEnvironment("MONKEY_SECONDS", defaultSeconds)));
 }

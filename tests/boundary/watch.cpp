@@ -6,6 +6,8 @@
 #include <wx/debug.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <mutex>
 
 namespace {
@@ -33,6 +35,18 @@ void KeepAssert(
 {
     Complain(wxString::Format("assert %s:%d %s: %s (%s)", file, line, function, condition, message)
                  .ToStdString());
+}
+
+/// @return true for what GTK writes of a window that is too small for what is in it.
+bool IsOfSize(const std::string& complaint)
+{
+    const std::array words = {
+        "gtk_distribute_natural_allocation",
+        "gtk_box_gadget_distribute: assertion 'size >= 0'",
+        "Negative content"};
+    return std::any_of(words.begin(), words.end(), [&complaint](const char* part) {
+        return complaint.find(part) != std::string::npos;
+    });
 }
 
 GLogWriterOutput
@@ -138,7 +152,11 @@ std::vector<std::string> Watch::Troubles() const
         }
     }
     const std::lock_guard lock(complaintsMutex);
-    troubles.insert(troubles.end(), Complaints().begin(), Complaints().end());
+    std::copy_if(
+        Complaints().begin(),
+        Complaints().end(),
+        std::back_inserter(troubles),
+        [this](const std::string& complaint) { return !m_allowTooSmall || !IsOfSize(complaint); });
     return troubles;
 }
 

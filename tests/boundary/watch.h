@@ -34,6 +34,9 @@ public:
     /// From now on no dialog is unexpected.
     void ExpectAll() { m_expectAll = true; }
 
+    /// From now on a window may be drawn too small for what is in it, of which GTK complains.
+    void AllowTooSmallWindows() { m_allowTooSmall = true; }
+
     /// Cancels every dialog that is open, and from now on every dialog unseen.
     void CancelAll();
 
@@ -56,6 +59,7 @@ private:
 
     std::vector<Seen> m_seen;
     bool m_expectAll = false;
+    bool m_allowTooSmall = false;
     bool m_cancelAll = false;
 };
 

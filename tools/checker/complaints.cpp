@@ -15,7 +15,7 @@ constexpr std::array<const char*, 9> knownComplaints = {
     // In a window too small for what is in it.
     "Drawing a gadget with negative dimensions",
     "gtk_box_gadget_distribute: assertion 'size >= 0' failed in GtkScrollbar",
-    // When a grid scrolls under a cell editor that is hidden.
+    // When a grid scrolls over a cell editor that was closed under a dialog or a host's callback.
     "gtk_widget_set_allocation: assertion '_gtk_widget_get_visible (widget) ||",
     // When a key opens a menu while another program holds the pointer.
     "gdk_window_get_window_type: assertion 'GDK_IS_WINDOW (window)' failed",
