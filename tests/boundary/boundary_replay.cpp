@@ -116,10 +116,10 @@ TEST_F(Replay, ShowsTheRecordedProgramState)
     const auto steps = OnGui([this] {
         return plchost::RequestedSteps(host.requests.back().record).value_or(plc::StepRange{});
     });
+    const Words unknown = OnGui(States);
     EXPECT_TRUE(AnswerRecorded(
         AnswerKind::ProgramState,
         plchost::MakeProgramStateAnswer(steps, {{true, 17}, {false, std::nullopt}})));
-    const Words unknown = OnGui(States);
     ASSERT_TRUE(Await("the states", [&] { return States() != unknown; }));
     const Words recorded = OnGui(States);
 
