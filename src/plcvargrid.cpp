@@ -357,7 +357,6 @@ void PlcVarGrid::OnKeyAnywhere(wxKeyEvent& event)
 
 void PlcVarGrid::OnWheel(wxMouseEvent& event)
 {
-    RemoveHiddenEditor();
     event.Skip(!IsCellEditControlShown()); // the list would scroll away under the editor
 }
 
