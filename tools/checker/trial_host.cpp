@@ -98,7 +98,8 @@ TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
         static_cast<TrialHost*>(host)->LookForDialogs();
         return G_SOURCE_CONTINUE;
     };
-    m_timer = g_timeout_add(lookAgainMs, look, this);
+    // Behind what the library has to draw: a picture may take longer than until the next look.
+    m_timer = g_timeout_add_full(G_PRIORITY_DEFAULT_IDLE, lookAgainMs, look, this, nullptr);
 }
 
 TrialHost::~TrialHost()
