@@ -1,5 +1,7 @@
 #include "controller.h"
 
+#include "cycle_time.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,9 +13,6 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::milliseconds;
-
-/// A machine whose computer was asleep goes on where it was instead of making up for the time.
-constexpr milliseconds longestElapsed{100};
 
 } // namespace
 
@@ -77,16 +76,13 @@ std::vector<std::function<void(Image&)>> Controller::TakePosted()
 void Controller::Run()
 {
     const auto period = Status().period;
-    const auto begin = Clock::now();
-    auto due = begin;
-    milliseconds seen{0};
+    auto due = Clock::now();
+    CycleTime time(due, period);
     if (m_process) {
         m_process->PowerOn(m_image);
     }
     for (;;) {
-        // Whole milliseconds since the beginning, so that no rounding adds up.
-        const auto now = duration_cast<milliseconds>(Clock::now() - begin);
-        RunOneCycle(std::min(now - std::exchange(seen, now), longestElapsed));
+        RunOneCycle(time.Pass(Clock::now()));
 
         // A cycle that took longer than its period puts off the next one; none is made up for.
         due = std::max(due + period, Clock::now());
@@ -105,7 +101,7 @@ void Controller::RunOneCycle(milliseconds elapsed)
     const bool running = Status().running;
     const auto begin = Clock::now();
     if (m_process) {
-        m_process->Advance(m_image, elapsed);
+        MoveOn(*m_process, m_image, elapsed);
     }
     const auto stopped = running ? m_program->RunCycle(m_image, elapsed) : std::nullopt;
     if (!running || stopped) {

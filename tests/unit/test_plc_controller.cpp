@@ -212,6 +212,46 @@ TEST(Controller, MayEndAtAnyMoment)
     EXPECT_EQ(calls, atEnd);
 }
 
+/// Adds up the time that it is given.
+class TimedProcess : public plc::Process
+{
+public:
+    explicit TimedProcess(milliseconds& sum) : m_sum(sum) {}
+
+    void PowerOn(Image&) override {}
+
+    void Advance(Image&, milliseconds elapsed) override { m_sum += elapsed; }
+
+private:
+    milliseconds& m_sum;
+};
+
+TEST(Controller, HandsProgramAndProcessTheWholeOfALongPeriod)
+{
+    constexpr milliseconds period{150};
+    milliseconds processTime{0};
+    std::uint64_t cyclesWithTime = 0;
+    std::promise<void> enough;
+    std::uint32_t programTime = 0;
+    {
+        Controller controller(
+            std::make_unique<CountingProgram>(),
+            std::make_unique<TimedProcess>(processTime),
+            [&](Image& image, plc::CyclicProgram&, std::uint64_t cycle) {
+                if (cycle > 0 && ++cyclesWithTime == 2) {
+                    programTime = image.Read(timeSeen);
+                    enough.set_value();
+                }
+            },
+            period);
+        controller.Start();
+        enough.get_future().wait();
+    }
+
+    EXPECT_GE(programTime, period.count());
+    EXPECT_GE(processTime.count(), programTime);
+}
+
 TEST(Controller, EndsWithoutWaitingForThePeriod)
 {
     std::promise<void> first;

@@ -70,7 +70,7 @@ public:
     std::optional<plc::StopReason> Cycle(std::chrono::milliseconds elapsed = plc::timerUnit)
     {
         if (m_process) {
-            m_process->Advance(image, elapsed);
+            plc::MoveOn(*m_process, image, elapsed);
         }
         return m_program->RunCycle(image, elapsed);
     }
