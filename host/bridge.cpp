@@ -99,7 +99,7 @@ void Bridge::AfterCycle(
     for (auto& [key, variable] : m_variables) {
         AnswerVariable(key, variable, image, now);
     }
-    AnswerSteps(program, cycle);
+    AnswerSteps(program, cycle, now);
 }
 
 void Bridge::AnswerVariable(
@@ -118,8 +118,9 @@ void Bridge::AnswerVariable(
     variable.answered = now;
 }
 
-void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle)
+void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle, Clock::time_point now)
 {
+    const auto sinceLastTurn = now - std::exchange(m_afterCycle, now);
     if (std::exchange(m_stepsChanged, false)) {
         std::optional<plc::StepRange> watched;
         if (m_steps) {
@@ -133,17 +134,22 @@ void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle)
     }
 
     Steps& steps = *m_steps;
-    const std::uint64_t cycles = cycle - steps.cycle;
-    if (cycles == 0 || (!steps.due && cycles < stateCyclesApart)) {
+    if (cycle == steps.cycle) {
+        return;
+    }
+    // Now, when that is nearer to the time than the next cycle will be.
+    const auto since = now - steps.answered + sinceLastTurn / 2;
+    if (!steps.due && since < stateTimeApart) {
         return;
     }
     const std::vector<plc::StepState>& states = program.WatchedStates();
-    if (!steps.due && cycles < stateRefreshCycles && states == steps.states) {
+    if (!steps.due && since < stateRefreshTime && states == steps.states) {
         return;
     }
     const CMD_DATA answer = MakeProgramStateAnswer(steps.range, states);
     steps.due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
     steps.cycle = cycle;
+    steps.answered = now;
     steps.states = states;
 }
 

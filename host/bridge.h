@@ -22,12 +22,12 @@ namespace plchost {
 /// A value that does not change is answered again after this time.
 constexpr std::chrono::milliseconds refreshTime{1000};
 
-/// Program states that change are answered at most every so many cycles: the debugger looks at
-/// its answers every 100 ms.
-constexpr std::uint64_t stateCyclesApart = 5;
+/// Program states that change are answered this far apart, as near as the cycle allows: the
+/// debugger looks at its answers every 100 ms.
+constexpr std::chrono::milliseconds stateTimeApart{50};
 
-/// Program states that do not change are answered again after so many cycles.
-constexpr std::uint64_t stateRefreshCycles = 20;
+/// Program states that do not change are answered again after this time.
+constexpr std::chrono::milliseconds stateRefreshTime{200};
 
 /// Requests come on the GUI thread, cycles on the PLC thread. Answers leave on the PLC thread.
 class Bridge : public RequestHandler
@@ -74,8 +74,9 @@ private:
         explicit Steps(const plc::StepRange& steps) : range(steps) {}
 
         plc::StepRange range;
-        bool due = true;                    ///< Not answered yet.
-        std::uint64_t cycle = 0;            ///< Of the last answer, or in which recording began.
+        bool due = true;         ///< Not answered yet.
+        std::uint64_t cycle = 0; ///< Of the last answer, or in which recording began.
+        Clock::time_point answered;
         std::vector<plc::StepState> states; ///< As last answered.
     };
 
@@ -86,7 +87,7 @@ private:
     std::optional<plc::Cell> Find(const std::string& operand) const;
     void AnswerVariable(
         std::uint16_t key, Variable& variable, const plc::Image& image, Clock::time_point now);
-    void AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle);
+    void AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle, Clock::time_point now);
 
     AnswerSink& m_answers;
     const Log m_log;
@@ -96,7 +97,8 @@ private:
     std::map<std::uint16_t, Variable> m_variables; ///< By key.
     std::vector<Write> m_writes;
     std::optional<Steps> m_steps;
-    bool m_stepsChanged = false; ///< The program does not know yet what is watched.
+    bool m_stepsChanged = false;    ///< The program does not know yet what is watched.
+    Clock::time_point m_afterCycle; ///< The last AfterCycle().
 };
 
 } // namespace plchost

@@ -14,6 +14,8 @@
 
 namespace plchost {
 
+constexpr std::chrono::milliseconds cycleTime{10};
+
 /// A program whose states the test sets.
 class ScriptedProgram : public plc::CyclicProgram
 {
@@ -48,13 +50,13 @@ struct BridgeTest : testing::Test
     std::uint64_t cycle = 0;
     Bridge::Clock::time_point now;
 
-    void Cycle(std::chrono::milliseconds elapsed = std::chrono::milliseconds{10})
+    void Cycle(std::chrono::milliseconds elapsed = cycleTime)
     {
         now += elapsed;
         bridge.AfterCycle(image, program, ++cycle, now);
     }
 
-    void StandStill(std::chrono::milliseconds elapsed = std::chrono::milliseconds{10})
+    void StandStill(std::chrono::milliseconds elapsed = cycleTime)
     {
         now += elapsed;
         bridge.AfterCycle(image, program, cycle, now);

@@ -3,6 +3,8 @@
 namespace plchost {
 namespace {
 
+using namespace std::chrono_literals;
+
 /// A bridge with a subscription of steps 3 and 4.
 struct StepsTest : BridgeTest
 {
@@ -42,12 +44,12 @@ TEST_F(StepsTest, AreAnsweredAfterTheFirstCycleThatRecordsThem)
     EXPECT_EQ(states[1].accumulator, std::nullopt);
 }
 
-TEST_F(StepsTest, UnchangedAreAnsweredEveryTwentiethCycle)
+TEST_F(StepsTest, UnchangedAreAnsweredAgainAfterTheirTime)
 {
     Cycle();
     CountAnswers();
 
-    for (std::uint64_t i = 1; i < stateRefreshCycles; ++i) {
+    for (auto time = cycleTime; time < stateRefreshTime; time += cycleTime) {
         Cycle();
     }
     EXPECT_EQ(CountAnswers(), 0U);
@@ -61,7 +63,7 @@ TEST_F(StepsTest, ChangedAreAnsweredSoonerButNotInEveryCycle)
     CountAnswers();
 
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 1; i < stateCyclesApart; ++i) {
+    for (auto time = cycleTime; time < stateTimeApart; time += cycleTime) {
         Cycle();
     }
     EXPECT_EQ(CountAnswers(), 0U);
@@ -72,13 +74,50 @@ TEST_F(StepsTest, ChangedAreAnsweredSoonerButNotInEveryCycle)
     EXPECT_EQ(AnsweredStates(answers[0].record).at(0).accumulator, 18);
 }
 
+TEST_F(StepsTest, ThatChangeAreAnsweredAtTheSamePaceWhenNoCycleIsQuiteInTime)
+{
+    Cycle();
+    CountAnswers();
+
+    for (int i = 0; i < 20; ++i) {
+        ++*program.states[0].accumulator;
+        Cycle(i % 2 == 0 ? 9ms : 11ms);
+    }
+
+    EXPECT_EQ(CountAnswers(), 200ms / stateTimeApart);
+}
+
+TEST_F(StepsTest, AreAnsweredInEveryLongCycle)
+{
+    Cycle(500ms);
+    CountAnswers();
+
+    for (int i = 0; i < 3; ++i) {
+        Cycle(500ms);
+        EXPECT_EQ(CountAnswers(), 1U);
+    }
+}
+
+TEST_F(StepsTest, OfAQuickCycleAreAnsweredNoMoreOften)
+{
+    Cycle(1ms);
+    CountAnswers();
+
+    for (int i = 0; i < 200; ++i) {
+        ++*program.states[0].accumulator;
+        Cycle(1ms);
+    }
+
+    EXPECT_EQ(CountAnswers(), 200ms / stateTimeApart);
+}
+
 TEST_F(StepsTest, AreNotAnsweredWhileThePlcStands)
 {
     Cycle();
     CountAnswers();
 
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
+    for (auto time = cycleTime; time < 2 * stateRefreshTime; time += cycleTime) {
         StandStill();
     }
 
@@ -103,7 +142,7 @@ TEST_F(StepsTest, EndWithAStop)
 
     bridge.Request(PlcMakeStopRequest());
     program.states[0].accumulator = 18;
-    for (std::uint64_t i = 0; i < 2 * stateRefreshCycles; ++i) {
+    for (auto time = cycleTime; time < 2 * stateRefreshTime; time += cycleTime) {
         Cycle();
     }
 
