@@ -3,7 +3,6 @@
 #include "plclist.h"
 #include "plclist_editor.h"
 #include "plclist_measure.h"
-#include "plcmodal.h"
 #include "plcvarpanel.h"
 
 #include <gtk/gtk.h>
@@ -263,14 +262,14 @@ void PlcVarGrid::EndEditThatWasLeft()
     }
 }
 
-/// GTK complains of a hidden control in a window whenever that is scrolled. While other code of
-/// ours waits for a dialog or the host, the control may be in use; then it stays until later.
-void PlcVarGrid::RemoveHiddenEditor()
+/// Every way of scrolling the list comes by here. GTK complains of a hidden control in a window
+/// that scrolls; the toolkit takes the editor back into the list when it opens it again.
+void PlcVarGrid::ScrollWindow(int dx, int dy, const wxRect* rect)
 {
-    const bool isInUse = IsCellEditControlEnabled() || PlcCallOut::Active();
-    if (!isInUse && m_pEditor->IsCreated()) {
-        m_pEditor->Destroy();
+    if (m_pEditor->IsCreated() && !m_pEditor->GetWindow()->IsShown()) {
+        m_pEditor->GetWindow()->Reparent(this);
     }
+    wxGrid::ScrollWindow(dx, dy, rect);
 }
 
 // While rows go, the toolkit moves the cursor and reports it. Selecting the cursor's row then would
@@ -362,7 +361,6 @@ void PlcVarGrid::OnWheel(wxMouseEvent& event)
 
 void PlcVarGrid::OnScroll(wxScrollWinEvent& event)
 {
-    RemoveHiddenEditor();
     DiscardEdit();
     event.Skip();
 }
@@ -389,7 +387,6 @@ void PlcVarGrid::OnEditorHidden(wxGridEvent& event)
         if (m_fitPending) {
             FitColumns();
         }
-        RemoveHiddenEditor();
     });
     event.Skip();
 }

@@ -55,6 +55,8 @@ public:
     /// @return the blocks of selected rows, in the order of their selection.
     std::vector<RowBlock> SelectedRows() const;
 
+    void ScrollWindow(int dx, int dy, const wxRect* rect) override;
+
 private:
     void ShowRow(std::size_t row);
     void CountEditorIn();
@@ -64,7 +66,6 @@ private:
     void EnterPressed();
     void KeepSelection();
     void EndEditThatWasLeft();
-    void RemoveHiddenEditor();
     ColumnsFit CurrentFit();
     int WidestText(int column);
     wxDC& MeasuringDc();

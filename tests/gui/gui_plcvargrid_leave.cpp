@@ -287,3 +287,21 @@ TEST_F(Typing, KeepsItsPlaceWhenTheWheelIsTurned)
 
     EXPECT_TRUE(WaitFor("scrolled", [this] { return grid->GetViewStart().y > 0; }));
 }
+
+TEST_F(Typing, GoesOnInTheRowThatReturnScrollsIntoView)
+{
+    frame->SetSize(600, 200);
+    ASSERT_TRUE(WaitFor("a list that scrolls", [this] {
+        return grid->GetGridWindow()->GetSize().y < 3 * grid->GetDefaultRowSize();
+    }));
+    RunPending();
+
+    for (const int row : {0, 1, 2}) { // a complaint of the toolkit fails a test
+        TypeValue(row, "12");
+        PressKey(WXK_RETURN);
+        ASSERT_TRUE(WaitForCursor(row + 1, 1));
+    }
+
+    EXPECT_TRUE(WaitFor("scrolled", [this] { return grid->GetViewStart().y > 0; }));
+    EXPECT_TRUE(WaitFor("writes", [this] { return host.InWords().size() == 3; }));
+}
