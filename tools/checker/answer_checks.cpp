@@ -1,5 +1,6 @@
 #include "checks.h"
 #include "record.h"
+#include "shown.h"
 #include "window.h"
 
 #include <algorithm>
@@ -54,40 +55,6 @@ private:
         mmap(nullptr, 2 * m_pageSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
 };
 
-/// Waits until two pictures in a row are the same.
-std::vector<std::uint8_t> StillPicture(TrialHost& host)
-{
-    std::vector<std::uint8_t> last;
-    host.Await("the window to stand still", [&] {
-        const auto now = PictureOf(DebuggerWindow());
-        return std::exchange(last, now) == now;
-    });
-    return last;
-}
-
-/// Answers every variable and waits until the window looks different.
-void RequireShown(TrialHost& host, std::int32_t value)
-{
-    const auto before = StillPicture(host);
-    host.Reports().Step("answers for every variable");
-    for (const auto& [key, operand] : host.Served()) {
-        const CMD_DATA answer = PlcMakeReadAnswer(key, value);
-        host.Require(host.Answer(AnswerKind::ReadVar, &answer) == 1, "an answer is not taken");
-    }
-    host.Await("the window to show answers", [&] { return PictureOf(DebuggerWindow()) != before; });
-}
-
-void Shown(TrialHost& host)
-{
-    if (!host.Open()) {
-        return;
-    }
-    RequireShown(host, 1);
-    RequireShown(host, someValue);
-    host.Destroy();
-    host.IsGone();
-}
-
 void DuringCreate(TrialHost& host)
 {
     host.reaction = [&host](const CMD_DATA& request) {
@@ -134,7 +101,7 @@ void FromThreads(TrialHost& host)
     host.Await("the answering threads", [&] { return taken >= 0; });
     answering.join();
     host.Require(taken == threadCount * answersEach, "answers of threads are not taken");
-    host.Await("the window to show answers", [&] { return PictureOf(DebuggerWindow()) != before; });
+    AwaitChange(host, before);
     host.Destroy();
     host.IsGone();
 }
@@ -177,7 +144,9 @@ void OfAnyLength(TrialHost& host)
             g_main_context_iteration(nullptr, FALSE);
         }
     }
-    RequireShown(host, someValue);
+    const auto before = StillPicture(host);
+    AnswerAll(host, someValue);
+    AwaitChange(host, before);
     host.Destroy();
     host.IsGone();
 }
@@ -201,7 +170,9 @@ void NobodyAskedFor(TrialHost& host)
     }
     host.Require(host.Answer(AnswerKind::ReadVar, nullptr) == 0, "a null answer is taken");
     host.Require(host.Answer(AnswerKind::ProgramState, nullptr) == 0, "a null answer is taken");
-    RequireShown(host, someValue);
+    const auto before = StillPicture(host);
+    AnswerAll(host, someValue);
+    AwaitChange(host, before);
     host.Destroy();
     host.IsGone();
 }
@@ -211,7 +182,6 @@ void NobodyAskedFor(TrialHost& host)
 const std::vector<Check>& AnswerChecks()
 {
     static const std::vector<Check> checks{
-        {"answers-shown", "the window shows what is answered", Shown},
         {"answers-during-create", "answers before create returns are dropped", DuringCreate},
         {"answers-of-threads", "answers of four threads are all taken", FromThreads},
         {"answers-while-closing", "answers may meet the close box", MeetTheCloseBox},

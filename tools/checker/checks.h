@@ -16,10 +16,22 @@ struct Check
     void (*run)(TrialHost& host);
 };
 
+/// First of all; when it finds something, the others have nothing to look at.
+const Check& LoadCheck();
+
 /// Opening and closing, in every order.
 const std::vector<Check>& LifeCycleChecks();
 
 /// Answers of all kinds.
 const std::vector<Check>& AnswerChecks();
+
+/// What the window shows for them.
+const std::vector<Check>& ShownChecks();
+
+/// What belongs to the host and has to stay as it is.
+const std::vector<Check>& OwnershipChecks();
+
+/// What the operator does.
+const std::vector<Check>& OperatorChecks();
 
 } // namespace plccheck

@@ -126,7 +126,7 @@ void NullCallbacks(TrialHost& host)
 void PathWithoutZero(TrialHost& host)
 {
     const std::string name = "machine";
-    std::string path = host.Folder() + "/";
+    std::string path = host.Files().folder + "/";
     while (path.size() + name.size() < PLC_PATH_SIZE) {
         path += (PLC_PATH_SIZE - path.size() - name.size()) % 2 == 0 ? "./" : "/";
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <unistd.h>
 
 // plcdebug-check LIBRARY: puts a build of the debugger library through what a host does.
@@ -16,8 +17,11 @@ namespace {
 
 constexpr int exitGood = 0;
 constexpr int exitFindings = 1;
-constexpr int usualLimit = 120;
+constexpr int usualLimit = 40;
 constexpr int longestLimit = 3600;
+constexpr int usualSlowest = 3000;
+/// A library that hangs in so many checks hangs in the others, too.
+constexpr int hangsThatAreEnough = 2;
 
 constexpr const char* description =
     "Loads a build of the debugger library as a host does, each check in a process of its own, "
@@ -34,9 +38,10 @@ Exit status:
 struct Options
 {
     std::string library;
-    std::string only;       ///< Empty: all.
-    int limit = usualLimit; ///< Seconds for one check.
-    std::string through;    ///< What runs the processes of the checks; empty: nothing.
+    std::string only;           ///< Empty: all.
+    int limit = usualLimit;     ///< Seconds for one check.
+    int slowest = usualSlowest; ///< Milliseconds for a create or a destroy.
+    std::string through;        ///< What runs the processes of the checks; empty: nothing.
     bool list = false;
     std::string here; ///< The check that this process is to run itself; empty: none.
     int reportTo = STDERR_FILENO;
@@ -44,8 +49,15 @@ struct Options
 
 std::vector<Check> AllChecks()
 {
-    std::vector<Check> checks = LifeCycleChecks();
-    checks.insert(checks.end(), AnswerChecks().begin(), AnswerChecks().end());
+    std::vector<Check> checks{LoadCheck()};
+    for (const auto* part :
+         {&LifeCycleChecks(),
+          &AnswerChecks(),
+          &ShownChecks(),
+          &OwnershipChecks(),
+          &OperatorChecks()}) {
+        checks.insert(checks.end(), part->begin(), part->end());
+    }
     return checks;
 }
 
@@ -65,25 +77,85 @@ void ListChecks()
     }
 }
 
+TrialTerms TermsOf(const Options& options)
+{
+    return {
+        options.library,
+        std::chrono::seconds(options.limit),
+        std::chrono::milliseconds(options.slowest),
+        options.through};
+}
+
+/// Everything that was found, each with the checks that it hit.
+class Findings
+{
+public:
+    void Add(const char* check, const std::string& finding)
+    {
+        const auto known = std::find_if(m_found.begin(), m_found.end(), [&](const Found& found) {
+            return found.finding == finding;
+        });
+        if (known == m_found.end()) {
+            m_found.push_back({finding, check});
+        } else {
+            known->checks += std::string(", ") + check;
+        }
+    }
+
+    void Print() const
+    {
+        for (const Found& found : m_found) {
+            std::cout << found.finding << "\n         (" << found.checks << ")\n";
+        }
+    }
+
+private:
+    struct Found
+    {
+        std::string finding;
+        std::string checks;
+    };
+
+    std::vector<Found> m_found;
+};
+
 /// @return whether nothing is wrong.
 bool RunAll(const Options& options)
 {
     int wrong = 0;
     int count = 0;
+    int hangs = 0;
+    Findings findings;
+    std::map<std::string, int> slowest;
     for (const Check& check : AllChecks()) {
         if (!options.only.empty() && options.only != check.name) {
             continue;
         }
-        const auto findings = RunTrial(
-            check.name, options.library, std::chrono::seconds(options.limit), options.through);
+        const Outcome outcome = RunTrial(check.name, TermsOf(options));
+        const bool good = outcome.findings.empty();
         ++count;
-        wrong += findings.empty() ? 0 : 1;
-        std::cout << (findings.empty() ? "ok     " : "WRONG  ") << check.name << ": "
-                  << check.sentence << '\n';
-        for (const std::string& finding : findings) {
-            std::cout << "         " << finding << '\n';
+        wrong += good ? 0 : 1;
+        hangs += outcome.returned ? 0 : 1;
+        std::cout << (good ? "ok     " : "WRONG  ") << check.name << ": " << check.sentence
+                  << std::endl;
+        for (const std::string& finding : outcome.findings) {
+            findings.Add(check.name, finding);
         }
-        std::cout.flush();
+        for (const auto& [figure, value] : outcome.figures) {
+            slowest[figure] = std::max(slowest[figure], value);
+        }
+        if (!good && check.name == std::string(LoadCheck().name)) {
+            std::cout << "       the other checks have nothing to look at\n";
+            break;
+        }
+        if (hangs == hangsThatAreEnough) {
+            std::cout << "       the other checks are left out: it would hang in them as well\n";
+            break;
+        }
+    }
+    findings.Print();
+    for (const auto& [figure, value] : slowest) {
+        std::cout << "at most " << value << ' ' << figure << '\n';
     }
     std::cout << count << " checks, " << wrong << " wrong" << std::endl;
     return wrong == 0;
@@ -100,7 +172,7 @@ int Run(const Options& options)
         return options.here == check.name;
     });
     if (here != checks.end()) {
-        return RunCheckHere(*here, options.library, options.reportTo);
+        return RunCheckHere(*here, TermsOf(options), options.reportTo);
     }
     if (gtk_init_check(nullptr, nullptr) == FALSE) {
         std::cerr << "plcdebug-check: no display (set DISPLAY, or run it under a virtual X server)"
@@ -121,9 +193,15 @@ int Main(int argc, char** argv)
     app.add_option("--only", options.only, "run this check alone")
         ->type_name("CHECK")
         ->check(CLI::IsMember(Names()).description(""));
-    app.add_option("--limit", options.limit, "end a check after so many seconds, else 120")
+    app.add_option("--limit", options.limit, "end a check after so many seconds, else 40")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, longestLimit).description(""));
+    app.add_option(
+           "--slowest",
+           options.slowest,
+           "what a create or a destroy may take, in milliseconds, else 3000")
+        ->type_name("MS")
+        ->check(CLI::Range(1, longestLimit * 1000).description(""));
     app.add_option(
            "--through", options.through, "run each check by this program, such as an emulator")
         ->type_name("PROGRAM");

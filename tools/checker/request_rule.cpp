@@ -41,6 +41,11 @@ base::Result<void> CheckRequest(const CMD_DATA& request)
     if (request.command == PLC_CMD_READ_VAR && plchost::OperandOf(request).empty()) {
         return base::Failure{words + " names no operand"};
     }
+    if (request.command == PLC_CMD_DELETE_VAR &&
+        PlcArgumentOfDelete(&request) != PLC_DELETE_ARG_START &&
+        PlcArgumentOfDelete(&request) != PLC_DELETE_ARG_RELEASE) {
+        return base::Failure{words + " neither starts nor releases a variable"};
+    }
     const auto steps =
         request.command == PLC_CMD_PRG_STATE ? plchost::RequestedSteps(request) : std::nullopt;
     if (steps && plc::CountSteps(*steps) != request.key) {

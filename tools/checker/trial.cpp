@@ -26,6 +26,7 @@ struct Reading
     std::string rest; ///< Not yet a whole line.
     std::string step = "starts";
     std::vector<std::string> findings;
+    std::vector<std::pair<std::string, int>> figures;
     bool done = false;
 
     void Take(const std::string& line)
@@ -35,6 +36,8 @@ struct Reading
             step = text;
         } else if (line[0] == Report::doneMark) {
             done = true;
+        } else if (line[0] == Report::figureMark) {
+            figures.emplace_back(text.substr(text.find(' ') + 1), std::stoi(text));
         } else if (std::find(findings.begin(), findings.end(), text) == findings.end()) {
             findings.push_back(text); // what is wrong a thousand times is said once
         }
@@ -76,24 +79,23 @@ bool ReadAll(int file, Clock::time_point end, Reading& reading)
 }
 
 /// Becomes the program that runs the check. Only between fork() and exec().
-[[noreturn]] void Become(
-    const std::string& check,
-    const std::string& library,
-    int reportFile,
-    const std::string& through)
+[[noreturn]] void Become(const std::string& check, const TrialTerms& terms, int reportFile)
 {
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string file = std::to_string(reportFile);
-    const std::array<const char*, 8> command{
-        through.c_str(),
+    const std::string slowest = std::to_string(terms.slowest.count());
+    const std::array<const char*, 10> command{
+        terms.through.c_str(),
         self.c_str(),
         "--here",
         check.c_str(),
         "--report-to",
         file.c_str(),
-        library.c_str(),
+        "--slowest",
+        slowest.c_str(),
+        terms.library.c_str(),
         nullptr};
-    const char* const* const first = command.data() + (through.empty() ? 1 : 0);
+    const char* const* const first = command.data() + (terms.through.empty() ? 1 : 0);
     execvp(*first, const_cast<char* const*>(first)); // which changes none of them
     _exit(1);
 }
@@ -109,11 +111,7 @@ std::string EndOf(int status)
 
 } // namespace
 
-std::vector<std::string> RunTrial(
-    const std::string& check,
-    const std::string& library,
-    std::chrono::seconds limit,
-    const std::string& through)
+Outcome RunTrial(const std::string& check, const TrialTerms& terms)
 {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -125,11 +123,11 @@ std::vector<std::string> RunTrial(
     }
     if (child == 0) {
         close(ends[0]);
-        Become(check, library, ends[1], through);
+        Become(check, terms, ends[1]);
     }
     close(ends[1]);
     Reading reading;
-    const bool ended = ReadAll(ends[0], Clock::now() + limit, reading);
+    const bool ended = ReadAll(ends[0], Clock::now() + terms.limit, reading);
     close(ends[0]);
     if (!ended) {
         kill(child, SIGKILL);
@@ -139,23 +137,23 @@ std::vector<std::string> RunTrial(
     const std::string where = " while the host " + reading.step;
     if (!ended) {
         reading.findings.push_back(
-            "does not return within " + std::to_string(limit.count()) + " s" + where);
+            "does not return within " + std::to_string(terms.limit.count()) + " s" + where);
     } else if (!reading.done && (WIFSIGNALED(status) || reading.findings.empty())) {
         reading.findings.push_back(EndOf(status) + where);
     } else if (WIFSIGNALED(status)) {
         reading.findings.push_back(EndOf(status) + " when the host ends");
     }
-    return reading.findings;
+    return {reading.findings, reading.figures, ended};
 }
 
-int RunCheckHere(const Check& check, const std::string& library, int reportFile)
+int RunCheckHere(const Check& check, const TrialTerms& terms, int reportFile)
 {
     fcntl(reportFile, F_SETFD, FD_CLOEXEC);
     static const Report report(reportFile); // the toolkits may complain until the process ends
     gtk_init(nullptr, nullptr);
     report.Step("loads the library");
-    if (const auto plugin = plchost::LoadPlugin(library)) {
-        TrialHost host(*plugin, report);
+    if (const auto plugin = plchost::LoadPlugin(terms.library)) {
+        TrialHost host(*plugin, report, terms.slowest);
         check.run(host);
     } else {
         report.Wrong(plugin.Message());

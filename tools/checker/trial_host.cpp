@@ -20,6 +20,7 @@ namespace {
 
 /// Far beyond what a slow machine needs; only what is wrong is waited for so long.
 constexpr std::chrono::seconds waitLimit{20};
+using Clock = std::chrono::steady_clock;
 constexpr guint lookAgainMs = 5;
 
 GLogWriterOutput
@@ -70,6 +71,11 @@ void Report::Wrong(const std::string& finding) const
     Line(wrongMark, finding);
 }
 
+void Report::Figure(int value, const std::string& what) const
+{
+    Line(figureMark, std::to_string(value) + ' ' + what);
+}
+
 void Report::Done() const
 {
     Line(doneMark, "");
@@ -85,9 +91,11 @@ void Report::Line(char mark, const std::string& text) const
     }
 }
 
-TrialHost::TrialHost(const plchost::Plugin& plugin, const Report& report)
-    : init{}, m_plugin(plugin), m_report(report), m_files(plchost::FilesIn(NewFolder(), "machine")),
-      m_threads(std::this_thread::get_id()), m_port(*this, m_threads, false)
+TrialHost::TrialHost(
+    const plchost::Plugin& plugin, const Report& report, std::chrono::milliseconds slowest)
+    : init{}, m_plugin(plugin), m_report(report), m_slowest(slowest),
+      m_files(plchost::FilesIn(NewFolder(), "machine")), m_threads(std::this_thread::get_id()),
+      m_port(*this, m_threads, false)
 {
     if (const auto written = WriteFiles(m_files); !written) {
         throw std::runtime_error(written.Message());
@@ -121,7 +129,9 @@ const std::vector<std::string>& TrialHost::Operands()
 int TrialHost::Create()
 {
     m_report.Step("creates the debugger");
+    const auto start = Clock::now();
     const int created = m_plugin.create(&init);
+    RequireSoon("create", start);
     m_report.Step("runs the debugger");
     return created;
 }
@@ -129,7 +139,9 @@ int TrialHost::Create()
 void TrialHost::Destroy()
 {
     m_report.Step("destroys the debugger");
+    const auto start = Clock::now();
     m_plugin.destroy();
+    RequireSoon("destroy", start);
     m_report.Step("goes on after the debugger was destroyed");
 }
 
@@ -166,9 +178,9 @@ int TrialHost::Answer(plchost::AnswerKind kind, const CMD_DATA* answer) const
 
 bool TrialHost::Await(const std::string& what, const std::function<bool()>& condition)
 {
-    const auto end = std::chrono::steady_clock::now() + waitLimit;
+    const auto end = Clock::now() + waitLimit;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
+        if (Clock::now() > end) {
             return Require(false, "waited in vain for " + what);
         }
         // The timer that looks for dialogs ends each wait.
@@ -190,6 +202,12 @@ void TrialHost::Request(const CMD_DATA& request)
     if (const auto right = CheckRequest(request); !right) {
         m_report.Wrong(right.Message());
     }
+    if (request.command == PLC_CMD_WRITE_VAR) {
+        m_writes.push_back(request);
+    }
+    if (request.command == PLC_CMD_PRG_STATE) {
+        m_steps = plchost::RequestedSteps(request);
+    }
     if (request.command == PLC_CMD_READ_VAR) {
         m_read[request.key] = plchost::OperandOf(request);
     }
@@ -205,6 +223,15 @@ void TrialHost::Request(const CMD_DATA& request)
     if (reaction) {
         reaction(request);
     }
+}
+
+void TrialHost::RequireSoon(const char* call, Clock::time_point start)
+{
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+    m_report.Figure(static_cast<int>(took.count()), std::string("ms for a ") + call);
+    Require(
+        took <= m_slowest,
+        std::string(call) + " takes longer than " + std::to_string(m_slowest.count()) + " ms");
 }
 
 void TrialHost::LookForDialogs()

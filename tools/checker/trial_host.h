@@ -5,9 +5,12 @@
 #include "plcdebug_host.h"
 #include "port.h"
 #include "settings.h"
+#include "steps.h"
 
+#include <chrono>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,12 +28,16 @@ public:
     /// Says what comes next, so that a crash or a standstill can be placed.
     void Step(const std::string& step) const;
     void Wrong(const std::string& finding) const;
+    /// Says a figure that is neither right nor wrong.
+    /// @param what it is, with its unit.
+    void Figure(int value, const std::string& what) const;
     /// Says that the check has come to its end.
     void Done() const;
 
     /// What a line begins with.
     static constexpr char stepMark = '>';
     static constexpr char wrongMark = '!';
+    static constexpr char figureMark = '=';
     static constexpr char doneMark = '.';
 
 private:
@@ -46,7 +53,9 @@ class TrialHost : private plchost::RequestHandler
 {
 public:
     /// @param plugin, report outlive the host.
-    TrialHost(const plchost::Plugin& plugin, const Report& report);
+    /// @param slowest that a create or a destroy may take.
+    TrialHost(
+        const plchost::Plugin& plugin, const Report& report, std::chrono::milliseconds slowest);
     ~TrialHost() override;
     TrialHost(const TrialHost&) = delete;
     TrialHost(TrialHost&&) = delete;
@@ -62,11 +71,17 @@ public:
     /// Every dialog is confirmed and no finding.
     bool expectsDialogs = false;
 
-    /// Folder of the machine's files, with the configuration that names the list.
-    const std::string& Folder() const { return m_files.folder; }
+    /// The machine's files, with the configuration that names the list.
+    const plchost::ConfigFiles& Files() const { return m_files; }
+
+    /// The library's file.
+    const std::string& Library() const { return m_plugin.path; }
 
     /// Operands of the list.
     static const std::vector<std::string>& Operands();
+
+    /// The steps of the program; 0 is the line of its title.
+    static constexpr plc::StepRange programSteps{1, 3};
 
     /// Calls the export. @return its result.
     int Create();
@@ -92,19 +107,29 @@ public:
     /// Variables that are served: read, started and not released. By key.
     const std::map<std::uint16_t, std::string>& Served() const { return m_served; }
 
+    /// The write requests so far.
+    const std::vector<CMD_DATA>& Writes() const { return m_writes; }
+
+    /// The steps that are subscribed; none when none are.
+    const std::optional<plc::StepRange>& Steps() const { return m_steps; }
+
     const Report& Reports() const { return m_report; }
 
 private:
     void Request(const CMD_DATA& request) override;
     void LookForDialogs();
+    void RequireSoon(const char* call, std::chrono::steady_clock::time_point start);
 
     const plchost::Plugin& m_plugin;
     const Report& m_report;
+    const std::chrono::milliseconds m_slowest;
     plchost::ConfigFiles m_files;
     plchost::ThreadRule m_threads;
     plchost::RequestPort m_port;
     std::map<std::uint16_t, std::string> m_read; ///< Not started yet.
     std::map<std::uint16_t, std::string> m_served;
+    std::vector<CMD_DATA> m_writes;
+    std::optional<plc::StepRange> m_steps;
     unsigned m_timer;
 };
 
