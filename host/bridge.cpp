@@ -2,9 +2,36 @@
 
 #include "operand.h"
 
+#include <optional>
 #include <utility>
 
 namespace plchost {
+
+namespace {
+
+constexpr const char* byNothing = "; it is answered by nothing";
+
+base::Result<plc::Operand> Parse(const std::string& name)
+{
+    if (const auto operand = plc::ParseOperand(name)) {
+        return *operand;
+    }
+    return base::Failure{'"' + name + "\" is no operand"};
+}
+
+} // namespace
+
+Bridge::Bridge(AnswerSink& answers, plclink::MachineLink& link, Log log)
+    : m_answers(answers), m_link(link), m_log(std::move(log))
+{
+    m_link.Join(*this);
+}
+
+Bridge::~Bridge()
+{
+    Forget();
+    m_link.Leave(*this);
+}
 
 void Bridge::Request(const CMD_DATA& request)
 {
@@ -22,46 +49,47 @@ void Bridge::Request(const CMD_DATA& request)
     }
 }
 
-std::optional<plc::Cell> Bridge::Find(const std::string& operand) const
-{
-    const auto parsed = plc::ParseOperand(operand);
-    const auto cell = parsed ? plc::Image::Find(*parsed) : std::nullopt;
-    if (!cell) {
-        m_log("this PLC has no operand \"" + operand + "\"; it is answered by nothing");
-    }
-    return cell;
-}
-
 void Bridge::OnRead(const CMD_DATA& request)
 {
-    const auto cell = Find(OperandOf(request));
-    const std::lock_guard lock(m_mutex);
     // A key that comes again stands for another operand now.
-    m_variables.erase(request.key);
-    if (cell) {
-        m_variables[request.key].cell = *cell;
+    Release(request.key);
+    const std::string name = OperandOf(request);
+    const auto operand = Parse(name);
+    const auto known = operand ? m_link.Check(*operand) : base::Failure{operand.Message()};
+    if (!known) {
+        m_log(known.Message() + byNothing);
+        return;
     }
+    const auto added = m_variables.try_emplace(request.key, *this, request.key, name).first;
+    m_link.Watch(added->second, *operand);
 }
 
 void Bridge::OnWrite(const CMD_DATA& request)
 {
-    if (const auto cell = Find(OperandOf(request))) {
-        const std::lock_guard lock(m_mutex);
-        m_writes.push_back({*cell, static_cast<std::uint32_t>(PlcWrittenValue(&request))});
+    const auto operand = Parse(OperandOf(request));
+    if (!operand) {
+        m_log(operand.Message() + "; nothing is written");
+        return;
     }
+    m_link.Write(
+        *operand,
+        static_cast<std::uint32_t>(PlcWrittenValue(&request)),
+        [log = m_log](const base::Result<void>& done) {
+            if (!done) {
+                log(done.Message());
+            }
+        });
 }
 
 void Bridge::OnDelete(const CMD_DATA& request)
 {
-    const std::lock_guard lock(m_mutex);
-    const auto variable = m_variables.find(request.key);
-    if (variable == m_variables.end()) {
+    if (PlcArgumentOfDelete(&request) != PLC_DELETE_ARG_START) {
+        Release(request.key);
         return;
     }
-    if (PlcArgumentOfDelete(&request) == PLC_DELETE_ARG_START) {
-        variable->second.served = true;
-    } else {
-        m_variables.erase(variable);
+    const auto variable = m_variables.find(request.key);
+    if (variable != m_variables.end()) {
+        variable->second.Serve();
     }
 }
 
@@ -72,85 +100,47 @@ void Bridge::OnProgramState(const CMD_DATA& request)
     if (range && !answerable) {
         m_log("a range of steps that no answer can hold is answered by nothing");
     }
+    m_link.WatchSteps(*this, answerable ? range : std::nullopt);
+}
 
-    const std::lock_guard lock(m_mutex);
-    m_stepsChanged = true;
-    m_steps.reset();
-    if (answerable) {
-        m_steps.emplace(*range);
+void Bridge::Release(std::uint16_t key)
+{
+    const auto variable = m_variables.find(key);
+    if (variable != m_variables.end()) {
+        m_link.Unwatch(variable->second);
+        m_variables.erase(variable);
     }
 }
 
 void Bridge::Forget()
 {
-    const std::lock_guard lock(m_mutex);
-    m_variables.clear();
-    m_stepsChanged = true;
-    m_steps.reset();
+    while (!m_variables.empty()) {
+        Release(m_variables.begin()->first);
+    }
+    m_link.WatchSteps(*this, std::nullopt);
 }
 
-void Bridge::AfterCycle(
-    plc::Image& image, plc::CyclicProgram& program, std::uint64_t cycle, Clock::time_point now)
+bool Bridge::Variable::OnReading(const plclink::Reading& reading)
 {
-    const std::lock_guard lock(m_mutex);
-    for (const Write& write : std::exchange(m_writes, {})) {
-        image.Write(write.cell, write.value);
+    if (m_answered && !m_served) {
+        return false;
     }
-    for (auto& [key, variable] : m_variables) {
-        AnswerVariable(key, variable, image, now);
-    }
-    AnswerSteps(program, cycle, now);
+    const CMD_DATA answer = PlcMakeReadAnswer(m_key, static_cast<std::int32_t>(reading.value));
+    // While the debugger is still opening nobody takes answers.
+    const bool taken = m_bridge.m_answers.Answer(AnswerKind::ReadVar, &answer);
+    m_answered = m_answered || taken;
+    return taken;
 }
 
-void Bridge::AnswerVariable(
-    std::uint16_t key, Variable& variable, const plc::Image& image, Clock::time_point now)
+void Bridge::Variable::OnUnreadable(const std::string& reason)
 {
-    const std::uint32_t value = image.Read(variable.cell);
-    const bool again =
-        variable.served && (value != variable.value || now - variable.answered >= refreshTime);
-    if (!variable.due && !again) {
-        return;
-    }
-    const CMD_DATA answer = PlcMakeReadAnswer(key, static_cast<std::int32_t>(value));
-    // While the debugger is still opening nobody takes answers; they stay due.
-    variable.due = !m_answers.Answer(AnswerKind::ReadVar, &answer);
-    variable.value = value;
-    variable.answered = now;
+    m_bridge.m_log(m_operand + ": " + reason + byNothing);
 }
 
-void Bridge::AnswerSteps(plc::CyclicProgram& program, std::uint64_t cycle, Clock::time_point now)
+bool Bridge::OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states)
 {
-    const auto sinceLastTurn = now - std::exchange(m_afterCycle, now);
-    if (std::exchange(m_stepsChanged, false)) {
-        std::optional<plc::StepRange> watched;
-        if (m_steps) {
-            watched = m_steps->range;
-            m_steps->cycle = cycle;
-        }
-        program.Watch(watched);
-    }
-    if (!m_steps) {
-        return;
-    }
-
-    Steps& steps = *m_steps;
-    if (cycle == steps.cycle) {
-        return;
-    }
-    // Now, when that is nearer to the time than the next cycle will be.
-    const auto since = now - steps.answered + sinceLastTurn / 2;
-    if (!steps.due && since < stateTimeApart) {
-        return;
-    }
-    const std::vector<plc::StepState>& states = program.WatchedStates();
-    if (!steps.due && since < stateRefreshTime && states == steps.states) {
-        return;
-    }
-    const CMD_DATA answer = MakeProgramStateAnswer(steps.range, states);
-    steps.due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
-    steps.cycle = cycle;
-    steps.answered = now;
-    steps.states = states;
+    const CMD_DATA answer = MakeProgramStateAnswer(range, states);
+    return m_answers.Answer(AnswerKind::ProgramState, &answer);
 }
 
 } // namespace plchost

@@ -25,7 +25,8 @@ constexpr int tallScreen = 800;
 
 void Tell(const std::string& message)
 {
-    std::cerr << "plchost: " << message << std::endl;
+    std::cerr << "plchost: " + message + '\n'
+              << std::flush; // whole, whoever tells something meanwhile
 }
 
 bool IsTallScreen()
@@ -88,11 +89,15 @@ std::unique_ptr<Machine> Host::MakeMachine()
 {
     const auto tick = [this] { m_faults.Tick(); };
     if (m_ground.recording) {
-        return std::make_unique<ReplayMachine>(
-            std::move(*m_ground.recording), m_options.speed, m_faults, tick, Tell);
+        auto player = std::make_unique<Player>(std::move(*m_ground.recording), m_options.speed);
+        return std::make_unique<ReplayMachine>(std::move(player), m_faults, tick, Tell);
     }
-    return std::make_unique<LiveMachine>(
-        m_options, std::move(m_ground.program), m_faults, tick, Tell);
+    auto plc = std::make_unique<plclink::SoftPlc>(
+        std::move(m_ground.program),
+        m_options.program.empty() ? samples::FindSampleMachine("bottling") : nullptr,
+        m_options.cycle,
+        tick);
+    return std::make_unique<LiveMachine>(std::move(plc), m_faults, Tell);
 }
 
 int Host::Run()

@@ -2,11 +2,10 @@
 
 #include "bridge.h"
 #include "machine.h"
-#include "options.h"
-#include "plant.h"
-#include "timers.h"
+#include "machine_link.h"
+#include "soft_plc.h"
 
-#include <functional>
+#include <memory>
 
 // The machine that the host controls with its soft PLC. GUI thread.
 
@@ -16,30 +15,22 @@ class LiveMachine : public Machine
 {
 public:
     /// @param answers outlives the machine.
-    /// @param tick runs on the PLC thread once in each cycle.
-    /// @param log takes what could not be served.
-    LiveMachine(
-        const Options& options,
-        plc::Program program,
-        AnswerSink& answers,
-        std::function<void()> tick,
-        Bridge::Log log);
+    /// @param log takes what could not be served, on any thread.
+    LiveMachine(std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, Bridge::Log log);
 
     RequestHandler& Requests() override { return m_bridge; }
 
     void OnDebugger(bool open) override;
 
-    void Start() override;
+    void Start() override { m_link.Start(); }
+
     std::unique_ptr<HostWindow>
     MakeWindow(const std::string& language, WindowActions actions) override;
 
 private:
-    void PressStart();
-
+    plclink::Plant& m_plant; ///< Belongs to the link.
+    plclink::MachineLink m_link;
     Bridge m_bridge;
-    const bool m_hasStartButton;
-    std::unique_ptr<Plant> m_plant; ///< Its thread uses what stands above.
-    Timers m_timers;
 };
 
 } // namespace plchost

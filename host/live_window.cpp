@@ -26,7 +26,7 @@ std::string Milliseconds(std::chrono::microseconds time)
 
 } // namespace
 
-LiveWindow::LiveWindow(Plant& plant, const std::string& language, WindowActions actions)
+LiveWindow::LiveWindow(plclink::Plant& plant, const std::string& language, WindowActions actions)
     : HostWindow(std::move(actions)), m_plant(plant), m_panel(plant)
 {
     m_start.signal_clicked().connect([this] { m_plant.Start(); });

@@ -18,7 +18,7 @@ class LiveWindow : public HostWindow
 {
 public:
     /// @param plant outlives the window.
-    LiveWindow(Plant& plant, const std::string& language, WindowActions actions);
+    LiveWindow(plclink::Plant& plant, const std::string& language, WindowActions actions);
 
     /// Shows the plant as it is now.
     void Refresh() override;
@@ -27,7 +27,7 @@ private:
     void SetTexts(const HostTexts& texts, const std::string& language) override;
     void RefreshState();
 
-    Plant& m_plant;
+    plclink::Plant& m_plant;
     const HostTexts* m_texts = nullptr; ///< Lives as long as the program.
     Gtk::Label m_state;
     Gtk::Button m_start;

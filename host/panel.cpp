@@ -36,7 +36,7 @@ void Prepare(Gtk::Frame& frame, Gtk::Grid& grid)
 
 } // namespace
 
-OperatorPanel::OperatorPanel(Plant& plant)
+OperatorPanel::OperatorPanel(plclink::Plant& plant)
     : Gtk::Box(Gtk::ORIENTATION_VERTICAL, gap),
       m_plant(plant), m_shown{
                           std::vector<bool>(plant.Switches().size()),
@@ -110,7 +110,7 @@ void OperatorPanel::SetLanguage(std::string_view language)
 
 void OperatorPanel::Refresh()
 {
-    PanelState now = m_plant.Panel();
+    plclink::PanelState now = m_plant.Panel();
     // Only what has changed in the PLC is shown anew: a switch that the operator has just moved
     // must not jump back before the next cycle.
     for (std::size_t place = 0; place < m_switches.size(); ++place) {

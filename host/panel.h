@@ -21,7 +21,7 @@ class OperatorPanel : public Gtk::Box
 {
 public:
     /// @param plant outlives the panel.
-    explicit OperatorPanel(Plant& plant);
+    explicit OperatorPanel(plclink::Plant& plant);
 
     void SetLanguage(std::string_view language);
     void Refresh();
@@ -45,8 +45,8 @@ private:
     void BuildSwitch(std::size_t place);
     void BuildLamp(std::size_t place);
 
-    Plant& m_plant;
-    PanelState m_shown;
+    plclink::Plant& m_plant;
+    plclink::PanelState m_shown;
     Gtk::Frame m_switchFrame;
     Gtk::Grid m_switchGrid;
     Gtk::Frame m_lampFrame;

@@ -9,9 +9,15 @@ namespace plchost {
 
 namespace {
 
-std::set<std::string> SetOf(const std::vector<std::string>& operands)
+std::vector<plc::Operand> RecordedOperands(const Recording& recording)
 {
-    return {operands.begin(), operands.end()};
+    std::vector<plc::Operand> operands;
+    for (const std::string& name : WatchedOperands(recording)) {
+        if (const auto operand = plc::ParseOperand(name)) {
+            operands.push_back(*operand);
+        }
+    }
+    return operands;
 }
 
 bool IsRelease(const CMD_DATA& request)
@@ -27,54 +33,61 @@ bool IsSame(const plc::StepRange& a, const plc::StepRange& b)
 
 } // namespace
 
-Player::Player(AnswerSink& answers, Recording recording, double speed, Log log)
-    : m_answers(answers), m_recording(std::move(recording)),
-      m_operands(SetOf(WatchedOperands(m_recording))), m_speed(speed), m_log(std::move(log))
+Player::Player(Recording recording, double speed)
+    : m_recording(std::move(recording)), m_operands(RecordedOperands(m_recording)), m_speed(speed),
+      m_readings(m_operands.size())
 {
 }
 
-void Player::Request(const CMD_DATA& request)
+void Player::Start(plclink::SourceEvents& events)
 {
-    switch (request.command) {
-    case PLC_CMD_READ_VAR:
-        return OnRead(request);
-    case PLC_CMD_WRITE_VAR:
-        return m_log("a recording takes no values; nothing is written");
-    case PLC_CMD_DELETE_VAR:
-        if (IsRelease(request)) {
-            m_variables.erase(request.key);
-        }
-        return;
-    case PLC_CMD_PRG_STATE:
-        return OnProgramState(request);
-    default:
-        m_log("a request with an unknown command word is answered by nothing");
+    m_events = &events;
+    m_events->OnState({plclink::LinkStatus::Running});
+}
+
+std::optional<std::size_t> Player::Find(const plc::Operand& operand) const
+{
+    const auto found = std::find(m_operands.begin(), m_operands.end(), operand);
+    if (found == m_operands.end()) {
+        return std::nullopt;
     }
+    return static_cast<std::size_t>(found - m_operands.begin());
 }
 
-void Player::OnRead(const CMD_DATA& request)
+base::Result<void> Player::Check(const plc::Operand& operand) const
 {
-    const std::string operand = OperandOf(request);
-    if (m_operands.count(operand) == 0) {
-        m_log("\"" + operand + "\" is not in the recording; it is answered by nothing");
+    if (!Find(operand)) {
+        return base::Failure{'"' + plc::OperandName(operand) + "\" is not in the recording"};
     }
-    m_variables[request.key] = {operand};
+    return {};
 }
 
-void Player::OnProgramState(const CMD_DATA& request)
+void Player::Watch(std::shared_ptr<const plclink::WatchList> list)
+{
+    std::vector<Watched> watched;
+    for (const plc::Operand& operand : *list) {
+        const std::size_t recorded = Find(operand).value();
+        const auto before =
+            std::find_if(m_watched.begin(), m_watched.end(), [recorded](const Watched& candidate) {
+                return candidate.operand == recorded;
+            });
+        watched.push_back(before == m_watched.end() ? Watched{recorded, true} : *before);
+    }
+    m_watched = std::move(watched);
+    m_list = std::move(list);
+}
+
+void Player::Write(const plc::Operand&, std::uint32_t, plclink::WriteDone done)
+{
+    done(base::Failure{"a recording takes no values; nothing is written"});
+}
+
+void Player::WatchSteps(std::optional<plc::StepRange> range)
 {
     m_steps.reset();
-    const auto range = RequestedSteps(request);
-    if (range && IsAnswerable(*range)) {
+    if (range) {
         m_steps = Steps{*range};
     }
-}
-
-void Player::Forget()
-{
-    m_variables.clear();
-    m_steps.reset();
-    m_advanced.reset();
 }
 
 std::chrono::microseconds Player::Length() const
@@ -95,7 +108,7 @@ void Player::Rewind()
     m_next = 0;
     m_recorded.clear();
     m_recordedSteps.reset();
-    m_values.clear();
+    m_readings.assign(m_operands.size(), std::nullopt);
     m_states.clear();
 }
 
@@ -107,13 +120,14 @@ void Player::Advance(Clock::time_point now)
     for (; m_next < events.size() && events[m_next].time <= m_position; ++m_next) {
         Play(events[m_next]);
     }
-    for (auto& [key, variable] : m_variables) {
-        if (variable.due) {
-            AnswerVariable(key, variable);
+    for (std::size_t place = 0; place < m_watched.size(); ++place) {
+        if (m_watched[place].due) {
+            TellValue(place);
         }
     }
+    m_events->OnReadings({}, {}); // what could not be delivered before
     if (m_steps && m_steps->due) {
-        AnswerSteps();
+        TellSteps();
     }
 }
 
@@ -139,7 +153,8 @@ void Player::Play(const RecordedEvent& event)
 void Player::PlayRequest(const CMD_DATA& request)
 {
     if (request.command == PLC_CMD_READ_VAR) {
-        m_recorded[request.key] = OperandOf(request);
+        const auto operand = plc::ParseOperand(OperandOf(request));
+        m_recorded[request.key] = operand ? Find(*operand) : std::nullopt;
     } else if (request.command == PLC_CMD_PRG_STATE) {
         m_recordedSteps = RequestedSteps(request);
     } else if (IsRelease(request)) {
@@ -150,13 +165,14 @@ void Player::PlayRequest(const CMD_DATA& request)
 void Player::PlayReadAnswer(const CMD_DATA& answer)
 {
     const auto recorded = m_recorded.find(answer.key);
-    if (recorded == m_recorded.end()) {
+    if (recorded == m_recorded.end() || !recorded->second) {
         return; // an answer that nobody had asked for
     }
-    m_values[recorded->second] = answer;
-    for (auto& [key, variable] : m_variables) {
-        if (variable.operand == recorded->second) {
-            AnswerVariable(key, variable);
+    const std::size_t operand = *recorded->second;
+    m_readings[operand] = {static_cast<std::uint32_t>(PlcAnsweredValue(&answer)), *m_advanced};
+    for (std::size_t place = 0; place < m_watched.size(); ++place) {
+        if (m_watched[place].operand == operand) {
+            TellValue(place);
         }
     }
 }
@@ -171,24 +187,21 @@ void Player::PlayStates(const CMD_DATA& answer)
     for (const plc::StepState& state : AnsweredStates(answer)) {
         m_states[step++] = state;
     }
-    AnswerSteps();
+    TellSteps();
 }
 
-void Player::AnswerVariable(std::uint16_t key, Variable& variable)
+void Player::TellValue(std::size_t place)
 {
-    const auto value = m_values.find(variable.operand);
-    if (value == m_values.end()) {
-        return;
+    Watched& watched = m_watched[place];
+    if (const auto& reading = m_readings[watched.operand]) {
+        watched.due = false;
+        m_events->OnReadings(*m_list, {{place, *reading}});
     }
-    CMD_DATA answer = value->second;
-    answer.key = key;
-    // While the debugger is still opening nobody takes answers; they stay due.
-    variable.due = !m_answers.Answer(AnswerKind::ReadVar, &answer);
 }
 
-/// An answer covers all steps that are asked for and has no word for "unknown", so there is none
+/// States cover all steps that are asked for and have no word for "unknown", so there are none
 /// before each of them has been recorded.
-void Player::AnswerSteps()
+void Player::TellSteps()
 {
     if (!m_steps) {
         return;
@@ -201,8 +214,7 @@ void Player::AnswerSteps()
     if (states.size() < plc::CountSteps(m_steps->range)) {
         return;
     }
-    const CMD_DATA answer = MakeProgramStateAnswer(m_steps->range, states);
-    m_steps->due = !m_answers.Answer(AnswerKind::ProgramState, &answer);
+    m_steps->due = !m_events->OnSteps(m_steps->range, states);
 }
 
 } // namespace plchost

@@ -13,12 +13,12 @@ constexpr unsigned tickMs = 10;
 } // namespace
 
 ReplayMachine::ReplayMachine(
-    Recording recording,
-    double speed,
+    std::unique_ptr<Player> player,
     AnswerSink& answers,
     std::function<void()> tick,
-    Player::Log log)
-    : m_player(answers, std::move(recording), speed, std::move(log)), m_tick(std::move(tick))
+    Bridge::Log log)
+    : m_player(*player), m_link(std::move(player)), m_bridge(answers, m_link, std::move(log)),
+      m_tick(std::move(tick))
 {
 }
 
@@ -26,12 +26,14 @@ void ReplayMachine::OnDebugger(bool open)
 {
     m_isPlaying = open;
     if (!open) {
-        m_player.Forget();
+        m_bridge.Forget();
+        m_player.Pause();
     }
 }
 
 void ReplayMachine::Start()
 {
+    m_link.Start();
     m_timers.Every(tickMs, [this] {
         if (m_isPlaying) {
             m_player.Advance(Player::Clock::now());

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "bridge.h"
 #include "machine.h"
+#include "machine_link.h"
 #include "player.h"
 #include "timers.h"
 
 #include <functional>
+#include <memory>
 
 // A recording in the place of a machine. GUI thread.
 
@@ -17,13 +20,12 @@ public:
     /// @param tick runs a hundred times each second.
     /// @param log takes what could not be served.
     ReplayMachine(
-        Recording recording,
-        double speed,
+        std::unique_ptr<Player> player,
         AnswerSink& answers,
         std::function<void()> tick,
-        Player::Log log);
+        Bridge::Log log);
 
-    RequestHandler& Requests() override { return m_player; }
+    RequestHandler& Requests() override { return m_bridge; }
 
     /// The time stands while no debugger is open.
     void OnDebugger(bool open) override;
@@ -32,7 +34,9 @@ public:
     MakeWindow(const std::string& language, WindowActions actions) override;
 
 private:
-    Player m_player;
+    Player& m_player; ///< Belongs to the link.
+    plclink::MachineLink m_link;
+    Bridge m_bridge;
     const std::function<void()> m_tick;
     bool m_isPlaying = false;
     Timers m_timers;

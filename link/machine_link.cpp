@@ -107,21 +107,26 @@ void MachineLink::WatchSteps(Client& client, std::optional<plc::StepRange> range
 void MachineLink::OnReadings(const WatchList& list, const std::vector<PlacedReading>& readings)
 {
     const std::lock_guard lock(m_mutex);
-    if (&list == m_list.get()) {
-        for (const PlacedReading& placed : readings) {
-            Take(m_slots[placed.place], placed.reading);
+    const bool someWereDue = std::exchange(m_someAreDue, false);
+    for (const PlacedReading& placed : readings) {
+        Slot* const slot =
+            &list == m_list.get() ? &m_slots[placed.place] : Find(list[placed.place]);
+        if (slot == nullptr || !Take(*slot, placed.reading)) {
+            continue;
         }
-    } else {
-        for (const PlacedReading& placed : readings) {
-            if (Slot* slot = Find(list[placed.place])) {
-                Take(*slot, placed.reading);
-            }
+        if (someWereDue) {
+            MakeDue(*slot); // and be told below, once
+        } else {
+            TellAll(*slot);
         }
     }
-    TellWhoIsDue();
+    if (someWereDue) {
+        TellWhoIsDue();
+    }
 }
 
-void MachineLink::Take(Slot& slot, const Reading& reading)
+/// @return whether it is worth telling.
+bool MachineLink::Take(Slot& slot, const Reading& reading)
 {
     const bool isNews = m_tellsEveryReading || !slot.newest ||
                         reading.value != slot.newest->value ||
@@ -130,7 +135,15 @@ void MachineLink::Take(Slot& slot, const Reading& reading)
     if (isNews) {
         slot.told = reading.taken;
         slot.refusal.clear();
-        MakeDue(slot);
+    }
+    return isNews;
+}
+
+void MachineLink::TellAll(Slot& slot)
+{
+    for (Listener& listener : slot.listeners) {
+        listener.due = !listener.watcher->OnReading(*slot.newest);
+        m_someAreDue = m_someAreDue || listener.due;
     }
 }
 
@@ -139,14 +152,10 @@ void MachineLink::MakeDue(Slot& slot)
     for (Listener& listener : slot.listeners) {
         listener.due = true;
     }
-    m_someAreDue = true;
 }
 
 void MachineLink::TellWhoIsDue()
 {
-    if (!std::exchange(m_someAreDue, false)) {
-        return;
-    }
     for (Slot& slot : m_slots) {
         for (Listener& listener : slot.listeners) {
             if (listener.due) {

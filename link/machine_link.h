@@ -50,12 +50,11 @@ public:
     Client& operator=(Client&&) = delete;
 
     /// The state at the beginning comes by MachineLink::State().
-    virtual void OnState(const LinkState& state) = 0;
+    virtual void OnState(const LinkState&) {}
 
     /// The states of the steps that this client has asked for last.
     /// @return false when it cannot take them now; they are offered again in the next turn then.
-    virtual bool
-    OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states) = 0;
+    virtual bool OnSteps(const plc::StepRange&, const std::vector<plc::StepState>&) { return true; }
 };
 
 /// Asks the source once for the union of what all clients watch. Its functions may be called on any
@@ -121,8 +120,9 @@ private:
     void OnState(const LinkState& state) override;
     bool OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states) override;
     Slot* Find(const plc::Operand& operand);
-    void Take(Slot& slot, const Reading& reading);
-    void MakeDue(Slot& slot);
+    bool Take(Slot& slot, const Reading& reading);
+    void TellAll(Slot& slot);
+    static void MakeDue(Slot& slot);
     void TellWhoIsDue();
     static bool Tell(Watcher& watcher, const Slot& slot);
 

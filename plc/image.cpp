@@ -95,9 +95,10 @@ std::uint32_t Image::Read(const Cell& cell) const
     if (cell.width == Width::Bit) {
         return IsOn(cell) ? 1 : 0;
     }
+    const std::uint32_t end = cell.index + ByteCount(cell.width);
     std::uint32_t value = 0;
-    for (std::uint32_t i = 0; i < ByteCount(cell.width); ++i) {
-        value = value << bitsPerByte | m_bytes[cell.index + i];
+    for (std::uint32_t i = cell.index; i < end; ++i) {
+        value = value << bitsPerByte | m_bytes[i];
     }
     return value;
 }

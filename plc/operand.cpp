@@ -125,20 +125,6 @@ std::string_view WidthLetter(const Operand& operand)
 
 } // namespace
 
-std::uint32_t ByteCount(Width width)
-{
-    switch (width) {
-    case Width::Bit:
-    case Width::Byte:
-        return 1;
-    case Width::Word:
-        return 2;
-    case Width::DoubleWord:
-        return 4;
-    }
-    return 0;
-}
-
 bool operator==(const Operand& a, const Operand& b)
 {
     return std::tie(a.area, a.width, a.block, a.address, a.bit) ==

@@ -29,7 +29,19 @@ enum class Width : std::uint8_t
 };
 
 /// Bytes that an operand of this width occupies; 1 for a bit.
-std::uint32_t ByteCount(Width width);
+constexpr std::uint32_t ByteCount(Width width)
+{
+    switch (width) {
+    case Width::Bit:
+    case Width::Byte:
+        return 1;
+    case Width::Word:
+        return 2;
+    case Width::DoubleWord:
+        return 4;
+    }
+    return 0;
+}
 
 /// One operand. Timers and counters are words.
 struct Operand

@@ -1,11 +1,15 @@
+#include "bridge.h"
 #include "debuggertest.h"
+#include "machine_link.h"
 #include "player.h"
 #include "record.h"
 #include "recorder.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
+#include <utility>
 
 // What a debugger has shown while it was recorded is shown again by one that plays the recording.
 
@@ -62,9 +66,13 @@ protected:
             return testing::AssertionFailure() << recording.Message();
         }
         OnGui([&] {
-            player.emplace(exports, *recording, 1, [](const std::string&) {});
+            auto made = std::make_unique<plchost::Player>(*recording, 1);
+            player = made.get();
+            link.emplace(std::move(made));
+            link->Start();
+            bridge.emplace(exports, *link, [](const std::string&) {});
             host.reaction = [this](const RecordedRequest& request) {
-                player->Request(request.record);
+                bridge->Request(request.record);
             };
         });
         testing::AssertionResult opened = Open();
@@ -89,7 +97,10 @@ protected:
 
     Exports exports{plugin};
     std::optional<plchost::Recorder> recorder;
-    std::optional<plchost::Player> player; ///< GUI thread.
+    // GUI thread.
+    plchost::Player* player = nullptr; ///< Belongs to the link.
+    std::optional<plclink::MachineLink> link;
+    std::optional<plchost::Bridge> bridge;
 };
 
 } // namespace

@@ -1,4 +1,6 @@
+#include "bridge.h"
 #include "fuzz.h"
+#include "machine_link.h"
 #include "player.h"
 #include "record.h"
 #include "recording.h"
@@ -44,10 +46,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         "a recording comes back as written");
 
     NoDebugger debugger;
-    plchost::Player player(debugger, *decoded, 1, [](const std::string&) {});
+    auto made = std::make_unique<plchost::Player>(*decoded, 1);
+    plchost::Player& player = *made;
+    plclink::MachineLink link(std::move(made));
+    link.Start();
+    plchost::Bridge bridge(debugger, link, [](const std::string&) {});
     for (const plchost::RecordedEvent& event : decoded->events) {
         if (const auto record = plchost::RecordOf(event.bytes)) {
-            player.Request(*record);
+            bridge.Request(*record);
         }
     }
     player.Advance({});

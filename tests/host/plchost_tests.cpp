@@ -171,7 +171,10 @@ TEST_F(PlcHost, PressesTheStartButtonOfTheLineAndLetsItGo)
     const Plugin plugin = Library();
     PluginAnswers answers(plugin);
     LiveMachine machine(
-        options, Prepare(options).program, answers, [] {}, [](const std::string&) {});
+        std::make_unique<plclink::SoftPlc>(
+            Prepare(options).program, samples::FindSampleMachine("bottling"), options.cycle),
+        answers,
+        [](const std::string&) {});
     machine.Requests().Request(PlcMakeReadRequest(1, "E0.0"));
     machine.Requests().Request(PlcMakeDeleteRequest(1, PLC_DELETE_ARG_START));
 
@@ -308,8 +311,7 @@ TEST_F(PlcHost, PlaysARecordingOnlyWhileADebuggerIsOpen)
 
     int ticks = 0;
     ReplayMachine machine(
-        {"", {Asked(600s, 1)}, ""},
-        1000,
+        std::make_unique<Player>(Recording{"", {Asked(600s, 1)}, ""}, 1000),
         answers,
         [&ticks] { ++ticks; },
         [](const std::string&) {});

@@ -9,6 +9,7 @@ namespace plchost {
 namespace {
 
 using namespace std::chrono_literals;
+using plclink::refreshTime;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "bridge.h"
+#include "cycle_source.h"
 #include "test_host_support.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,22 +46,27 @@ struct BridgeTest : testing::Test
 {
     RecordingSink sink;
     std::vector<std::string> log;
-    Bridge bridge{sink, [this](const std::string& message) { log.push_back(message); }};
+    std::unique_ptr<plclink::CycleSource> made = std::make_unique<plclink::CycleSource>();
+    plclink::CycleSource& source = *made;
+    plclink::MachineLink link{std::move(made)};
+    Bridge bridge{sink, link, [this](const std::string& message) { log.push_back(message); }};
     plc::Image image;
     ScriptedProgram program;
     std::uint64_t cycle = 0;
-    Bridge::Clock::time_point now;
+    plclink::Clock::time_point now;
+
+    void SetUp() override { link.Start(); }
 
     void Cycle(std::chrono::milliseconds elapsed = cycleTime)
     {
         now += elapsed;
-        bridge.AfterCycle(image, program, ++cycle, now);
+        source.AfterCycle(image, program, ++cycle, now);
     }
 
     void StandStill(std::chrono::milliseconds elapsed = cycleTime)
     {
         now += elapsed;
-        bridge.AfterCycle(image, program, cycle, now);
+        source.AfterCycle(image, program, cycle, now);
     }
 
     void Watch(std::uint16_t key, const std::string& operand)

@@ -4,12 +4,15 @@ namespace plchost {
 namespace {
 
 using namespace std::chrono_literals;
+using plclink::stateRefreshTime;
+using plclink::stateTimeApart;
 
 /// A bridge with a subscription of steps 3 and 4.
 struct StepsTest : BridgeTest
 {
-    StepsTest()
+    void SetUp() override
     {
+        BridgeTest::SetUp();
         program.states = {{true, 17}, {false, std::nullopt}};
         bridge.Request(PlcMakePrgStateRequest(3, 4));
         Cycle();

@@ -1,3 +1,5 @@
+#include "bridge.h"
+#include "machine_link.h"
 #include "player.h"
 #include "record.h"
 #include "test_host_support.h"
@@ -48,12 +50,22 @@ struct PlayerTest : testing::Test
             MakeProgramStateAnswer({10, 12}, {{true, 1}, {false, 2}, {true, std::nullopt}}));
     }
 
-    Player& Play(double speed = 1)
+    Bridge& Play(double speed = 1)
     {
-        player.emplace(
-            sink, recording, speed, [this](const std::string& message) { log.push_back(message); });
+        bridge.reset();
+        auto made = std::make_unique<Player>(recording, speed);
+        player = made.get();
+        link.emplace(std::move(made));
+        link->Start();
+        bridge.emplace(sink, *link, [this](const std::string& message) { log.push_back(message); });
         player->Advance(start);
-        return *player;
+        return *bridge;
+    }
+
+    void Watch(std::uint16_t key, const char* operand)
+    {
+        bridge->Request(PlcMakeReadRequest(key, operand));
+        bridge->Request(PlcMakeDeleteRequest(key, PLC_DELETE_ARG_START));
     }
 
     /// Values that have been given since the last look, with their keys.
@@ -70,13 +82,16 @@ struct PlayerTest : testing::Test
     Recording recording;
     RecordingSink sink;
     std::vector<std::string> log;
-    std::optional<Player> player;
+    Player* player = nullptr; ///< Belongs to the link.
+    std::optional<plclink::MachineLink> link;
+    std::optional<Bridge> bridge;
 };
 
 TEST_F(PlayerTest, GivesEveryAnswerAtItsTimeUnderTheKeyOfToday)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
 
     player->Advance(start + 999ms);
     EXPECT_THAT(Values(), IsEmpty());
@@ -90,7 +105,8 @@ TEST_F(PlayerTest, GivesEveryAnswerAtItsTimeUnderTheKeyOfToday)
 TEST_F(PlayerTest, GivesNoAnswerTwiceAndNoneAfterTheEnd)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
     player->Advance(start + 2s);
     EXPECT_THAT(Values(), SizeIs(2));
 
@@ -104,11 +120,13 @@ TEST_F(PlayerTest, GivesNoAnswerTwiceAndNoneAfterTheEnd)
 TEST_F(PlayerTest, PlaysFasterAndSlower)
 {
     RecordTwoValues();
-    Play(10).Request(PlcMakeReadRequest(3, "MW20"));
+    Play(10);
+    Watch(3, "MW20");
     player->Advance(start + 100ms);
     EXPECT_THAT(Values(), ElementsAre(Pair(3, 10)));
 
-    Play(0.5).Request(PlcMakeReadRequest(3, "MW20"));
+    Play(0.5);
+    Watch(3, "MW20");
     player->Advance(start + 1999ms);
     EXPECT_THAT(Values(), IsEmpty());
     player->Advance(start + 2s);
@@ -118,9 +136,10 @@ TEST_F(PlayerTest, PlaysFasterAndSlower)
 TEST_F(PlayerTest, WhoAsksLaterGetsTheLastValueAtOnceAndOnce)
 {
     RecordTwoValues();
-    Play().Advance(start + 1s);
+    Play();
+    player->Advance(start + 1s);
 
-    player->Request(PlcMakeReadRequest(3, "MW20"));
+    Watch(3, "MW20");
 
     player->Advance(start + 1100ms);
     EXPECT_THAT(Values(), ElementsAre(Pair(3, 10)));
@@ -132,7 +151,8 @@ TEST_F(PlayerTest, AValueThatNobodyTookIsGivenAgain)
 {
     RecordTwoValues();
     sink.open = false;
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
     player->Advance(start + 1s);
     sink.open = true;
 
@@ -144,8 +164,9 @@ TEST_F(PlayerTest, AValueThatNobodyTookIsGivenAgain)
 TEST_F(PlayerTest, AnOperandThatIsWatchedTwiceIsAnsweredTwice)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
-    player->Request(PlcMakeReadRequest(4, "MW20"));
+    Play();
+    Watch(3, "MW20");
+    Watch(4, "MW20");
 
     player->Advance(start + 1s);
 
@@ -155,12 +176,12 @@ TEST_F(PlayerTest, AnOperandThatIsWatchedTwiceIsAnsweredTwice)
 TEST_F(PlayerTest, AReleasedVariableIsAnsweredNoLonger)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
-    player->Request(PlcMakeDeleteRequest(3, PLC_DELETE_ARG_START));
+    Play();
+    Watch(3, "MW20");
     player->Advance(start + 1s);
     Values();
 
-    player->Request(PlcMakeDeleteRequest(3, PLC_DELETE_ARG_RELEASE));
+    bridge->Request(PlcMakeDeleteRequest(3, PLC_DELETE_ARG_RELEASE));
 
     player->Advance(start + 2s);
     EXPECT_THAT(Values(), IsEmpty());
@@ -170,21 +191,23 @@ TEST_F(PlayerTest, ADebuggerThatIsGoneIsAnsweredNoLonger)
 {
     RecordTwoValues();
     RecordStates();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
-    player->Request(PlcMakePrgStateRequest(10, 12));
+    Play();
+    Watch(3, "MW20");
+    bridge->Request(PlcMakePrgStateRequest(10, 12));
 
-    player->Forget();
+    bridge->Forget();
 
     player->Advance(start + 2s);
     EXPECT_THAT(Values(), IsEmpty());
 }
 
-TEST_F(PlayerTest, TheTimeStandsWhileNoDebuggerIsOpen)
+TEST_F(PlayerTest, TheTimeStandsInAPause)
 {
     RecordTwoValues();
-    Play().Advance(start + 1s);
+    Play();
+    player->Advance(start + 1s);
 
-    player->Forget();
+    player->Pause();
     player->Advance(start + 1h);
 
     EXPECT_EQ(player->Position(), 1s);
@@ -199,8 +222,9 @@ TEST_F(PlayerTest, ARecordedKeyStandsForItsLatestOperand)
     Records(1s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 10));
     Records(2s, PlcMakeReadRequest(7, "EB3"));
     Records(2s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 20));
-    Play().Request(PlcMakeReadRequest(0, "MW20"));
-    player->Request(PlcMakeReadRequest(1, "EB3"));
+    Play();
+    Watch(0, "MW20");
+    Watch(1, "EB3");
 
     player->Advance(start + 2s);
 
@@ -212,7 +236,8 @@ TEST_F(PlayerTest, WhatTheRecordedDebuggerDidNotTakeIsNotGiven)
     Records(0s, PlcMakeReadRequest(7, "MW20"));
     Records(0s, EventKind::ReadAnswer, PlcMakeReadAnswer(7, 10), false);
     recording.events.push_back({0s, EventKind::ReadAnswer, true, ""});
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
 
     player->Advance(start + 1s);
 
@@ -222,9 +247,10 @@ TEST_F(PlayerTest, WhatTheRecordedDebuggerDidNotTakeIsNotGiven)
 TEST_F(PlayerTest, TellsWhatItCannotServe)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "DB10.DBW4"));
-    player->Request(PlcMakeWriteRequest("MW20", 1));
-    player->Request(RecordOfBytes({0x34, 0x12}));
+    Play();
+    Watch(3, "DB10.DBW4");
+    bridge->Request(PlcMakeWriteRequest("MW20", 1));
+    bridge->Request(RecordOfBytes({0x34, 0x12}));
 
     EXPECT_THAT(
         log,
@@ -254,9 +280,10 @@ TEST_F(PlayerTest, StatesGoToTheStepsThatAreAskedForNow)
 TEST_F(PlayerTest, WhoAsksForStepsLaterGetsTheirLastStatesAtOnce)
 {
     RecordStates();
-    Play().Advance(start + 1s);
+    Play();
+    player->Advance(start + 1s);
 
-    player->Request(PlcMakePrgStateRequest(10, 12));
+    bridge->Request(PlcMakePrgStateRequest(10, 12));
     player->Advance(start + 1s);
     player->Advance(start + 1s);
 
@@ -287,7 +314,8 @@ TEST_F(PlayerTest, StatesThatTheRecordedDebuggerHadNotAskedForDoNotCount)
 TEST_F(PlayerTest, RewoundItPlaysFromTheBeginning)
 {
     RecordTwoValues();
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
     player->Advance(start + 2s);
     Values();
 
@@ -307,14 +335,15 @@ TEST_F(PlayerTest, RewoundItKnowsNoValueOfLater)
 
     player->Rewind();
 
-    player->Request(PlcMakeReadRequest(3, "MW20"));
+    Watch(3, "MW20");
     player->Advance(start + 1h);
     EXPECT_THAT(Values(), IsEmpty());
 }
 
 TEST_F(PlayerTest, ARecordingWithoutEventsHasNothingToSay)
 {
-    Play().Request(PlcMakeReadRequest(3, "MW20"));
+    Play();
+    Watch(3, "MW20");
 
     player->Advance(start + 1s);
 

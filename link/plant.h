@@ -1,20 +1,20 @@
 #pragma once
 
-#include "assembler.h"
 #include "bottling/bottling.h"
 #include "controller.h"
 #include "operator_panel.h"
+#include "program.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <vector>
 
-// The machine that the host controls: soft PLC, process, and the panel with switches and lamps.
-// No windows. Any thread.
+// A soft PLC with its process, and the panel with switches and lamps. No windows. Any thread.
 
-namespace plchost {
+namespace plclink {
 
 /// What the panel shows, as of the last cycle.
 struct PanelState
@@ -26,16 +26,13 @@ struct PanelState
 class Plant
 {
 public:
-    /// The bottling line, in STOP.
+    /// Begins in STOP. The bottling line has its own panel and can be looked at; any other program
+    /// has its first inputs as switches and its first outputs as lamps.
+    /// @param process may be null: the program alone.
     /// @param afterCycle runs on the PLC thread after every cycle.
-    static std::unique_ptr<Plant> Bottling(
+    Plant(
         plc::Program program,
-        plc::Controller::AfterCycle afterCycle,
-        std::chrono::milliseconds period);
-
-    /// A program alone, in STOP; its panel has the first inputs and outputs.
-    static std::unique_ptr<Plant> Bare(
-        plc::Program program,
+        std::unique_ptr<plc::Process> process,
         plc::Controller::AfterCycle afterCycle,
         std::chrono::milliseconds period);
 
@@ -49,30 +46,27 @@ public:
 
     plc::ControllerStatus Status() const { return m_controller->Status(); }
 
+    /// Runs @p work on the PLC thread before the next cycle, also in STOP.
+    void Post(std::function<void(plc::Image&)> work) { m_controller->Post(std::move(work)); }
+
     void SetSwitch(std::size_t place, bool on);
     PanelState Panel() const;
 
-    /// The line as one looks at it; nothing when the program runs alone.
+    /// The bottling line as one looks at it; nothing of another machine.
     std::optional<samples::BottlingView> Line() const;
 
 private:
-    Plant(std::vector<samples::PanelSwitch> switches, std::vector<samples::PanelLamp> lamps);
-    void
-    Run(plc::Program program,
-        std::unique_ptr<plc::Process> process,
-        plc::Controller::AfterCycle afterCycle,
-        std::chrono::milliseconds period);
     void ReadPanel(const plc::Image& image);
 
+    const samples::BottlingLine* const m_line; ///< Belongs to the controller; may be null.
     const std::vector<samples::PanelSwitch> m_switches;
     const std::vector<samples::PanelLamp> m_lamps;
-    std::vector<plc::Cell> m_switchCells;
-    std::vector<plc::Cell> m_lampCells;
-    const samples::BottlingLine* m_line = nullptr; ///< Belongs to the controller; may be null.
+    const std::vector<plc::Cell> m_switchCells;
+    const std::vector<plc::Cell> m_lampCells;
 
     mutable std::mutex m_mutex; ///< Guards m_panel.
     PanelState m_panel;
     std::unique_ptr<plc::Controller> m_controller; ///< Last: its thread uses all of the above.
 };
 
-} // namespace plchost
+} // namespace plclink

@@ -6,7 +6,7 @@
 
 #include <condition_variable>
 
-namespace plchost {
+namespace plclink {
 namespace {
 
 using namespace std::chrono_literals;
@@ -62,13 +62,17 @@ struct PlantTest : testing::Test
 
     std::unique_ptr<Plant> Bare(const char* source)
     {
-        return Plant::Bare(ProgramOf(plc::Assemble(source, "test.il")), Hook(), 1ms);
+        return std::make_unique<Plant>(
+            ProgramOf(plc::Assemble(source, "test.il")), nullptr, Hook(), 1ms);
     }
 
     std::unique_ptr<Plant> Bottling()
     {
-        return Plant::Bottling(
-            ProgramOf(plc::AssembleFile(ProjectFile("samples/bottling/bottling.il"))), Hook(), 1ms);
+        return std::make_unique<Plant>(
+            ProgramOf(plc::AssembleFile(ProjectFile("samples/bottling/bottling.il"))),
+            std::make_unique<samples::BottlingLine>(),
+            Hook(),
+            1ms);
     }
 
     Cycles cycles;
@@ -101,10 +105,7 @@ TEST_F(PlantTest, StopTurnsTheLampsOff)
 
 TEST_F(PlantTest, TheBottlingLineHasAPictureAndItsSwitchesAtPowerOn)
 {
-    const auto plant = Plant::Bottling(
-        plc::AssembleFile(ProjectFile("samples/bottling/bottling.il")).program.value(),
-        Hook(),
-        1ms);
+    const auto plant = Bottling();
 
     EXPECT_TRUE(cycles.Until([&] { return SwitchIsOn(*plant, 2); }));
     ASSERT_TRUE(plant->Line());
@@ -114,10 +115,7 @@ TEST_F(PlantTest, TheBottlingLineHasAPictureAndItsSwitchesAtPowerOn)
 
 TEST_F(PlantTest, TheBottlingLineStartsByItsFirstSwitch)
 {
-    const auto plant = Plant::Bottling(
-        plc::AssembleFile(ProjectFile("samples/bottling/bottling.il")).program.value(),
-        Hook(),
-        1ms);
+    const auto plant = Bottling();
     plant->Start();
 
     plant->SetSwitch(0, true);
@@ -126,4 +124,4 @@ TEST_F(PlantTest, TheBottlingLineStartsByItsFirstSwitch)
 }
 
 } // namespace
-} // namespace plchost
+} // namespace plclink

@@ -3,10 +3,11 @@
 #include "interpreter.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
-namespace plchost {
+namespace plclink {
 
 namespace {
 
@@ -33,6 +34,12 @@ constexpr std::array<samples::PanelLamp, 8> bareLamps{{
     {"A0.7", "", ""},
 }};
 
+template <typename Item, std::size_t count>
+std::vector<Item> ListOf(const std::array<Item, count>& items)
+{
+    return {items.begin(), items.end()};
+}
+
 template <typename Items> std::vector<plc::Cell> CellsOf(const Items& items)
 {
     std::vector<plc::Cell> cells;
@@ -54,41 +61,18 @@ std::vector<bool> BitsOf(const std::vector<plc::Cell>& cells, const plc::Image& 
 
 } // namespace
 
-std::unique_ptr<Plant> Plant::Bottling(
-    plc::Program program, plc::Controller::AfterCycle afterCycle, std::chrono::milliseconds period)
-{
-    std::unique_ptr<Plant> plant(new Plant(
-        {samples::bottlingSwitches.begin(), samples::bottlingSwitches.end()},
-        {samples::bottlingLamps.begin(), samples::bottlingLamps.end()}));
-    auto line = std::make_unique<samples::BottlingLine>();
-    plant->m_line = line.get();
-    plant->Run(std::move(program), std::move(line), std::move(afterCycle), period);
-    return plant;
-}
-
-std::unique_ptr<Plant> Plant::Bare(
-    plc::Program program, plc::Controller::AfterCycle afterCycle, std::chrono::milliseconds period)
-{
-    std::unique_ptr<Plant> plant(new Plant(
-        {bareSwitches.begin(), bareSwitches.end()}, {bareLamps.begin(), bareLamps.end()}));
-    plant->Run(std::move(program), nullptr, std::move(afterCycle), period);
-    return plant;
-}
-
-Plant::Plant(std::vector<samples::PanelSwitch> switches, std::vector<samples::PanelLamp> lamps)
-    : m_switches(std::move(switches)), m_lamps(std::move(lamps)),
-      m_switchCells(CellsOf(m_switches)),
-      m_lampCells(CellsOf(m_lamps)), m_panel{
-                                         std::vector<bool>(m_switches.size()),
-                                         std::vector<bool>(m_lamps.size())}
-{
-}
-
-void Plant::Run(
+Plant::Plant(
     plc::Program program,
     std::unique_ptr<plc::Process> process,
     plc::Controller::AfterCycle afterCycle,
     std::chrono::milliseconds period)
+    : m_line(dynamic_cast<const samples::BottlingLine*>(process.get())),
+      m_switches(m_line != nullptr ? ListOf(samples::bottlingSwitches) : ListOf(bareSwitches)),
+      m_lamps(m_line != nullptr ? ListOf(samples::bottlingLamps) : ListOf(bareLamps)),
+      m_switchCells(CellsOf(m_switches)),
+      m_lampCells(CellsOf(m_lamps)), m_panel{
+                                         std::vector<bool>(m_switches.size()),
+                                         std::vector<bool>(m_lamps.size())}
 {
     auto hook = [this, afterCycle = std::move(afterCycle)](
                     plc::Image& image, plc::CyclicProgram& running, std::uint64_t cycle) {
@@ -108,7 +92,7 @@ void Plant::ReadPanel(const plc::Image& image)
 
 void Plant::SetSwitch(std::size_t place, bool on)
 {
-    m_controller->Post(
+    Post(
         [cell = m_switchCells.at(place), on](plc::Image& image) { image.Write(cell, on ? 1 : 0); });
 }
 
@@ -126,4 +110,4 @@ std::optional<samples::BottlingView> Plant::Line() const
     return m_line->View();
 }
 
-} // namespace plchost
+} // namespace plclink
