@@ -1,6 +1,7 @@
 #include "ground.h"
 
 #include "debug_file.h"
+#include "open_machine.h"
 #include "texts.h"
 
 #include <glibmm/miscutils.h>
@@ -33,19 +34,6 @@ template <typename T> T Demand(base::Result<T> result)
         throw StartError{result.Message()};
     }
     return *std::move(result);
-}
-
-plc::Program ReadProgram(const std::string& file)
-{
-    plc::Assembly assembly = plc::AssembleFile(file);
-    if (!assembly.program) {
-        std::string message = "the program has errors:";
-        for (const plc::SourceError& error : assembly.errors) {
-            message += '\n' + plc::ErrorText(error);
-        }
-        throw StartError{message};
-    }
-    return std::move(*assembly.program);
 }
 
 ConfigFiles PrepareFiles(const Options& options, const std::string& source)
@@ -86,13 +74,14 @@ std::string LanguageOf(const Options& options, const ConfigFiles& files)
 
 void PrepareMachine(const Options& options, Ground& ground)
 {
-    const std::string bottling = ground.dataFolder + "/samples/bottling/bottling";
-    const std::string source = options.program.empty() ? bottling + ".il" : options.program;
-    ground.program = ReadProgram(source);
+    const std::string sample = SampleProgramFile(ground.dataFolder, options.sample);
+    const std::string source = options.program.empty() ? sample : options.program;
+    ground.program = Demand(ReadProgram(source));
     ground.files = PrepareFiles(options, source);
     Demand(plc::WriteDebugFile(ground.program, ground.files.prefix));
-    if (options.program.empty()) {
-        Demand(SeedWatchList(ground.files, bottling + ".plc"));
+    const fs::path list = fs::path(sample).replace_extension(".plc");
+    if (options.program.empty() && fs::exists(list)) {
+        Demand(SeedWatchList(ground.files, list));
     }
 }
 

@@ -94,7 +94,7 @@ std::unique_ptr<Machine> Host::MakeMachine()
     }
     auto plc = std::make_unique<plclink::SoftPlc>(
         std::move(m_ground.program),
-        m_options.program.empty() ? samples::FindSampleMachine("bottling") : nullptr,
+        m_options.program.empty() ? samples::FindSampleMachine(m_options.sample) : nullptr,
         m_options.cycle,
         tick);
     return std::make_unique<LiveMachine>(std::move(plc), m_faults, Tell);

@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include "address.h"
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
@@ -46,6 +47,25 @@ std::string FaultHelp()
     return help;
 }
 
+std::string AddressError(const std::string& text)
+{
+    const auto address = plclink::ParseAddress(text);
+    return address ? "" : address.Message();
+}
+
+/// Takes an address apart that AddressError() has let pass.
+void TakeAddress(const std::string& text, Options& options)
+{
+    const plclink::Address address = *plclink::ParseAddress(text);
+    if (const auto* const sample = std::get_if<plclink::SampleAddress>(&address)) {
+        options.sample = sample->name;
+    } else if (const auto* const program = std::get_if<plclink::ProgramAddress>(&address)) {
+        options.program = program->file;
+    } else {
+        options.replay = std::get<plclink::RecordingAddress>(address).file;
+    }
+}
+
 std::map<std::string, Fault> Faults()
 {
     std::map<std::string, Fault> faults;
@@ -63,19 +83,28 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     int cycle = static_cast<int>(options.cycle.count());
     double run = 0;
     std::string fault;
+    std::string machine;
 
     CLI::App app{description, "plchost"};
     app.footer(exitStatuses);
     app.add_option("--plugin", options.plugin, "the debugger library; else the one beside plchost")
         ->type_name("PATH");
+    auto* const machineOption =
+        app.add_option(
+               "--machine",
+               machine,
+               "open this machine, else soft:bottling: " + plclink::AddressForms())
+            ->type_name("ADDRESS")
+            ->check(Silent(CLI::Validator(AddressError, "")));
     auto* const program =
-        app.add_option("--program", options.program, "run this statement list instead (*.il)")
+        app.add_option("--program", options.program, "short for --machine soft:FILE.il")
             ->type_name("FILE")
-            ->check(Silent(CLI::ExistingFile));
+            ->check(Silent(CLI::ExistingFile))
+            ->excludes(machineOption);
     app.add_option("--language", options.language, "de or en; else as last time")
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember({"de", "en"})));
-    auto* const cycleOption =
+    const auto* const cycleOption =
         app.add_option("--cycle", cycle, "cycle time of the PLC, 1 to 1000, else 10")
             ->type_name("MS")
             ->check(Silent(CLI::Range(shortestCycle, longestCycle)));
@@ -94,25 +123,40 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("DIR")
         ->check(Silent(CLI::ExistingDirectory));
     app.add_flag("--trace", options.trace, "print every request and every answer");
-    auto* const record =
+    const auto* const record =
         app.add_option("--record", options.record, "write every request and every answer to a file")
             ->type_name("FILE");
     app.add_option(
            "--replay",
            options.replay,
-           "play such a file instead of a machine, with its variables; opens the debugger")
+           "short for --machine recording:FILE; a recording comes with its variables and opens the "
+           "debugger")
         ->type_name("FILE")
         ->check(Silent(CLI::ExistingFile))
-        ->excludes(program)
-        ->excludes(cycleOption)
-        ->excludes(record);
-    app.add_option("--speed", options.speed, "with --replay: so many times as fast, 0.01 to 1000")
-        ->type_name("N")
-        ->check(Silent(CLI::Range(slowestReplay, fastestReplay)))
-        ->needs("--replay");
+        ->excludes(machineOption)
+        ->excludes(program);
+    const auto* const speed =
+        app.add_option(
+               "--speed", options.speed, "of a recording: so many times as fast, 0.01 to 1000")
+            ->type_name("N")
+            ->check(Silent(CLI::Range(slowestReplay, fastestReplay)));
     app.add_option("--fault", fault, FaultHelp())
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember(Faults())));
+
+    app.final_callback([&] {
+        if (machineOption->count() > 0) {
+            TakeAddress(machine, options);
+        }
+        if (options.replay.empty() && speed->count() > 0) {
+            throw CLI::RequiresError("--speed", "--replay");
+        }
+        for (const auto* const live : {cycleOption, record}) {
+            if (!options.replay.empty() && live->count() > 0) {
+                throw CLI::ExcludesError("--replay", live->get_name());
+            }
+        }
+    });
 
     if (const auto ended = base::ReadCommandLine(app, argc, argv)) {
         return ExitStatus{*ended};

@@ -13,15 +13,16 @@ namespace plchost {
 
 struct Options
 {
-    std::string plugin;       ///< Empty: beside the program.
-    std::string program;      ///< Empty: the bottling line.
-    std::string language;     ///< Empty: as last time.
-    std::string configFolder; ///< Empty: in the user's configuration folder.
-    std::string dataFolder;   ///< Empty: beside the program.
-    std::string screenshot;   ///< Empty: none.
-    std::string record;       ///< File to be recorded to; empty: none.
-    std::string replay;       ///< Recording to be played instead of a machine; empty: none.
-    double speed = 1;         ///< Of the replay.
+    std::string plugin;             ///< Empty: beside the program.
+    std::string sample{"bottling"}; ///< The machine to try, unless there is a program.
+    std::string program;            ///< Statement list to be run alone; empty: none.
+    std::string language;           ///< Empty: as last time.
+    std::string configFolder;       ///< Empty: in the user's configuration folder.
+    std::string dataFolder;         ///< Empty: beside the program.
+    std::string screenshot;         ///< Empty: none.
+    std::string record;             ///< File to be recorded to; empty: none.
+    std::string replay;             ///< Recording to be played instead of a machine; empty: none.
+    double speed = 1;               ///< Of the replay.
     std::chrono::milliseconds cycle{10};
     std::optional<std::chrono::milliseconds> run; ///< None: until the operator ends it.
     bool debugger = false;

@@ -142,6 +142,17 @@ TEST_F(PlcHost, ShowsHowTheMachineIs)
     });
 }
 
+TEST_F(PlcHost, RunsASampleByItsNameWithItsProcess)
+{
+    options.sample = "lift";
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "E2.4"); // the emergency stop, which only the process releases
+        EXPECT_TRUE(WaitForValue({1, 1}));
+    });
+}
+
 TEST_F(PlcHost, RunsBothKindsOfMachineAtTheCycleTimeThatIsChosen)
 {
     options.cycle = 25ms;

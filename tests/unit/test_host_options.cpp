@@ -41,6 +41,7 @@ TEST(ParseOptions, WithoutWordsGivesTheBottlingLineUntilTheOperatorEndsIt)
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
+    EXPECT_EQ(options.sample, "bottling");
     EXPECT_EQ(options.program, "");
     EXPECT_EQ(options.cycle, 10ms);
     EXPECT_FALSE(options.run);
@@ -111,6 +112,34 @@ TEST(ParseOptions, ARecordingComesWithoutAMachineAndIsNotRecorded)
     EXPECT_THAT(Refusal({"--replay", "/nowhere/a.rec"}), HasSubstr("/nowhere/a.rec"));
     EXPECT_THAT(Refusal({"--replay", aFile.c_str(), "--speed", "0"}), HasSubstr("--speed"));
     EXPECT_THAT(Refusal({"--speed", "2"}), HasSubstr("--replay"));
+}
+
+TEST(ParseOptions, OpensTheMachineAtAnAddress)
+{
+    const auto opened = [](const char* address) {
+        const Parsed parsed = Parse({"--machine", address});
+        EXPECT_TRUE(std::holds_alternative<Options>(parsed)) << address;
+        const auto* const options = std::get_if<Options>(&parsed);
+        return options != nullptr ? *options : Options();
+    };
+
+    EXPECT_EQ(opened("soft:lift").sample, "lift");
+    EXPECT_EQ(opened("soft:lift.il").program, "lift.il");
+    EXPECT_EQ(opened("recording:a.rec").replay, "a.rec");
+    EXPECT_TRUE(opened("recording:a.rec").debugger);
+}
+
+TEST(ParseOptions, RefusesAddressesThatAreWrongAndTwoMachinesAtOnce)
+{
+    EXPECT_THAT(Refusal({"--machine", "lift"}), HasSubstr("soft:FILE.il"));
+    EXPECT_THAT(
+        Refusal({"--machine", "soft:lift", "--program", aFile.c_str()}), HasSubstr("--program"));
+    EXPECT_THAT(
+        Refusal({"--machine", "soft:lift", "--replay", aFile.c_str()}), HasSubstr("--replay"));
+    EXPECT_THAT(Refusal({"--machine", "soft:lift", "--speed", "2"}), HasSubstr("--replay"));
+    EXPECT_THAT(Refusal({"--machine", "recording:a.rec", "--cycle", "5"}), HasSubstr("--cycle"));
+    EXPECT_THAT(
+        Refusal({"--machine", "recording:a.rec", "--record", "b.rec"}), HasSubstr("--record"));
 }
 
 TEST(ParseOptions, TakesAPictureOnlyOfARunThatEnds)

@@ -1,0 +1,68 @@
+#include "open_machine.h"
+
+#include "assembler.h"
+#include "playback.h"
+#include "sample_machines.h"
+#include "soft_plc.h"
+
+#include <utility>
+
+namespace plchost {
+
+namespace {
+
+using OpenedMachine = base::Result<std::unique_ptr<plclink::Source>>;
+
+constexpr std::chrono::milliseconds cycle{10};
+
+OpenedMachine OpenProgram(const std::string& file, const samples::SampleMachine* sample)
+{
+    auto program = ReadProgram(file);
+    if (!program) {
+        return base::Failure{program.Message()};
+    }
+    return OpenedMachine(std::make_unique<plclink::SoftPlc>(*std::move(program), sample, cycle));
+}
+
+OpenedMachine OpenRecording(const std::string& file)
+{
+    auto recording = ReadRecording(file);
+    if (!recording) {
+        return base::Failure{recording.Message()};
+    }
+    return OpenedMachine(std::make_unique<Playback>(*std::move(recording)));
+}
+
+} // namespace
+
+base::Result<plc::Program> ReadProgram(const std::string& file)
+{
+    plc::Assembly assembly = plc::AssembleFile(file);
+    if (assembly.program) {
+        return std::move(*assembly.program);
+    }
+    std::string message = "the program has errors:";
+    for (const plc::SourceError& error : assembly.errors) {
+        message += '\n' + plc::ErrorText(error);
+    }
+    return base::Failure{message};
+}
+
+OpenedMachine OpenMachine(const plclink::Address& address, const std::string& dataFolder)
+{
+    if (const auto* const sample = std::get_if<plclink::SampleAddress>(&address)) {
+        return OpenProgram(
+            SampleProgramFile(dataFolder, sample->name), samples::FindSampleMachine(sample->name));
+    }
+    if (const auto* const program = std::get_if<plclink::ProgramAddress>(&address)) {
+        return OpenProgram(program->file, nullptr);
+    }
+    return OpenRecording(std::get<plclink::RecordingAddress>(address).file);
+}
+
+std::string SampleProgramFile(const std::string& dataFolder, const std::string& name)
+{
+    return dataFolder + "/samples/" + name + '/' + name + ".il";
+}
+
+} // namespace plchost

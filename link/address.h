@@ -1,0 +1,38 @@
+#pragma once
+
+#include "result.h"
+
+#include <string>
+#include <variant>
+
+// Where a machine is: what the programs take as --machine ADDRESS. Values. Any thread.
+
+namespace plclink {
+
+/// soft:NAME, a machine to try.
+struct SampleAddress
+{
+    std::string name; ///< That samples::FindSampleMachine() knows.
+};
+
+/// soft:FILE.il, a statement list.
+struct ProgramAddress
+{
+    std::string file;
+};
+
+/// recording:FILE, what plchost has recorded.
+struct RecordingAddress
+{
+    std::string file;
+};
+
+using Address = std::variant<SampleAddress, ProgramAddress, RecordingAddress>;
+
+/// What an address may look like, for help texts.
+std::string AddressForms();
+
+/// @return the address, or what is wrong with the text and the right form. Files need not exist.
+base::Result<Address> ParseAddress(const std::string& text);
+
+} // namespace plclink

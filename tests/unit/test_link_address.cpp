@@ -1,0 +1,66 @@
+#include "address.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace plclink {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+/// What an address says, as "sample lift".
+std::string Read(const std::string& text)
+{
+    struct
+    {
+        std::string operator()(const SampleAddress& address) { return "sample " + address.name; }
+
+        std::string operator()(const ProgramAddress& address) { return "program " + address.file; }
+
+        std::string operator()(const RecordingAddress& address)
+        {
+            return "recording " + address.file;
+        }
+    } name;
+
+    const auto address = ParseAddress(text);
+    return address ? std::visit(name, *address) : address.Message();
+}
+
+TEST(ParseAddress, KnowsTheSamplesByName)
+{
+    for (const char* name : {"bottling", "crossing", "instructions", "lift", "mixer"}) {
+        EXPECT_EQ(Read(std::string("soft:") + name), std::string("sample ") + name);
+    }
+}
+
+TEST(ParseAddress, TakesAStatementListByItsPath)
+{
+    EXPECT_EQ(Read("soft:lathe.il"), "program lathe.il");
+    EXPECT_EQ(Read("soft:/home/me/a:b.il"), "program /home/me/a:b.il");
+    EXPECT_EQ(Read("soft:./lift"), "program ./lift");
+}
+
+TEST(ParseAddress, TakesARecordingByItsPath)
+{
+    EXPECT_EQ(Read("recording:run.rec"), "recording run.rec");
+    EXPECT_EQ(Read("recording:run"), "recording run");
+}
+
+TEST(ParseAddress, SaysWhatIsWrongAndTheRightForm)
+{
+    for (const char* text : {"", "bottling", "soft", "soft:", "recording:", "Soft:lift", "ftp:x"}) {
+        EXPECT_THAT(
+            Read(text),
+            AllOf(
+                HasSubstr('"' + std::string(text) + "\" is no address"),
+                HasSubstr("soft:FILE.il; recording:FILE")));
+    }
+    EXPECT_THAT(
+        Read("soft:lathe"),
+        AllOf(HasSubstr("there is no machine \"soft:lathe\""), HasSubstr("lift, mixer")));
+}
+
+} // namespace
+} // namespace plclink
