@@ -73,6 +73,14 @@ public:
         return std::find(m_states.begin(), m_states.end(), state) != m_states.end();
     }
 
+    bool HasBeenLost() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::any_of(m_states.begin(), m_states.end(), [](const plclink::LinkState& state) {
+            return state.status == plclink::LinkStatus::Lost;
+        });
+    }
+
     /// @return the newest state.
     plclink::LinkState State() const
     {
