@@ -44,6 +44,19 @@ void LetGoUnseen(wxGrid& grid)
     }
 }
 
+/// Whenever a cell is painted, the windows around it are, too. For each of them the toolkit would
+/// set up means of drawing, and ask for the theme's font and colours, to call handlers that draw
+/// nothing.
+void PaintNothingInVain(wxGrid& grid)
+{
+    grid.GetGridWindow()->SetBackgroundStyle(wxBG_STYLE_PAINT);
+    grid.Bind(wxEVT_PAINT, [](wxPaintEvent&) {});
+    for (wxWindow* window = &grid; window != nullptr;
+         window = window->IsTopLevel() ? nullptr : window->GetParent()) {
+        window->SetBackgroundStyle(wxBG_STYLE_SYSTEM);
+    }
+}
+
 } // namespace
 
 void SetUpList(wxGrid& grid)
@@ -57,6 +70,7 @@ void SetUpList(wxGrid& grid)
     grid.SetRowLabelSize(0);
     // Without the focus a selected row is grey, where the toolkit's white cannot be read.
     grid.SetSelectionForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+    PaintNothingInVain(grid);
     FindEdgeAtPress(*grid.GetGridWindow());
     FindEdgeAtPress(*grid.GetGridColLabelWindow());
     LetGoUnseen(grid);
