@@ -162,7 +162,8 @@ void PlcVarGrid::ShowCell(int row, int column, const wxString& text)
 {
     if (GetCellValue(row, column) != text) // an unchanged cell needs no painting
     {
-        SetCellValue(row, column, text);
+        m_pTable->SetValue(row, column, text);
+        RefreshBlock(row, column, row, column); // SetCellValue() would repaint the whole row
     }
     SetReadOnly(row, column, column != varColumnValue);
 }

@@ -114,6 +114,8 @@ TEST_F(VarPanelAnswers, PaintsTheCellThatAnAnswerHasChangedAndNothingForAnEqualO
     Answer(1, 7);
     ASSERT_TRUE(WaitFor("painted", [&] { return painted.Contains(cell(1, 1)) == wxInRegion; }));
     EXPECT_EQ(painted.Contains(cell(0, 1)), wxOutRegion);
+    EXPECT_EQ(painted.Contains(cell(1, 0)), wxOutRegion);
+    EXPECT_EQ(painted.Contains(cell(1, 2)), wxOutRegion);
 }
 
 TEST_F(VarPanelAnswers, FitsAColumnThatTheOperatorHasDrawnWiderToTheNextAnswer)
