@@ -34,11 +34,13 @@ void LineRenderer::Draw(
     bool isSelected)
 {
     const wxString text = grid.GetCellValue(row, column);
+    const std::wstring_view letters(text.wc_str(), text.length());
     const wxRect inside = wxRect(cell).Deflate(margin);
     LearnFont(dc, attr.GetFont());
-    const int atMost = static_cast<int>(text.length()) * m_widestLetter;
+    const std::optional<int> numberWidth = m_numbers.Width(letters);
+    const int atMost = numberWidth.value_or(static_cast<int>(text.length()) * m_widestLetter);
     const int room = Room(cell);
-    if (!IsOneLineOfAscii(text) || m_lineHeight > inside.height ||
+    if (!(numberWidth || IsOneLineOfAscii(text)) || m_lineHeight > inside.height ||
         (atMost > room && GetBestSize(grid, attr, dc, row, column).x > room)) {
         wxGridCellStringRenderer::Draw(grid, attr, dc, cell, row, column, isSelected);
         return;
@@ -51,16 +53,21 @@ void LineRenderer::Draw(
     if (painted.x >= left + atMost) {
         return; // a slider that moves over the list has a strip of each cell painted
     }
+    const int top = inside.y + (inside.height - m_lineHeight) / 2;
+    if (numberWidth) {
+        const wxColour colour = isSelected ? grid.GetSelectionForeground() : attr.GetTextColour();
+        m_numbers.Draw(dc, letters, {left, top}, colour);
+        return;
+    }
     SetTextColoursAndFont(grid, attr, dc, isSelected);
     // As dc.DrawText() does, which then measures the text for a bounding box.
-    const int top = inside.y + (inside.height - m_lineHeight) / 2;
     dc.GetGraphicsContext()->DrawText(text, left, top);
 }
 
 void LineRenderer::LearnFont(wxDC& dc, const wxFont& font)
 {
-    if (font != m_font) {
-        m_font = font;
+    if (font != m_numbers.Font()) {
+        m_numbers.Learn(dc, font);
         dc.SetFont(font);
         wxSize widest;
         for (const char* letter : {"@", "W", "M", "%"}) {

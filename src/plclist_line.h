@@ -1,5 +1,7 @@
 #pragma once
 
+#include "plclist_numbers.h"
+
 #include <wx/grid.h>
 
 /// Draws a cell as the toolkit's own renderer for texts does, left in the middle, but measures no
@@ -23,10 +25,14 @@ public:
 
     wxGridCellRenderer* Clone() const override { return new LineRenderer; }
 
+protected:
+    /// Lets what is known of the font be found anew.
+    void ForgetFont() { m_numbers = {}; }
+
 private:
     void LearnFont(wxDC& dc, const wxFont& font);
 
-    wxFont m_font;
+    NumberGlyphs m_numbers; ///< Of the font drawn last.
     int m_lineHeight = 0;   ///< Of that font, as what follows.
     int m_widestLetter = 0; ///< Of ASCII.
 };

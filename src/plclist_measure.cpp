@@ -22,6 +22,7 @@ public:
         if (sample != m_sample) {
             // Another font, or the same one at another scale.
             m_sample = sample;
+            ForgetFont();
             m_shown.ForgetWidths();
         }
         return {m_shown.MaxWidth(Measure(attr, dc)), sample.y};

@@ -186,6 +186,7 @@ void PlcVarGrid::FitColumns()
     }
     const int virtualWidth = FitListColumns(*this);
     AdjustScrollbars();
+    m_numbers = {}; // the font may have another scale now
     m_fit = CurrentFit();
     m_fit.virtualWidth = virtualWidth;
 }
@@ -205,8 +206,13 @@ ColumnsFit PlcVarGrid::CurrentFit()
 
 int PlcVarGrid::WidestText(int column)
 {
-    return m_pTable->Shown(column).MaxWidth(
-        [this](const std::wstring& text) { return MeasuringDc().GetMultiLineTextExtent(text).x; });
+    if (const wxFont font = GetDefaultCellFont(); font != m_numbers.Font()) {
+        m_numbers.Learn(MeasuringDc(), font);
+    }
+    return m_pTable->Shown(column).MaxWidth([this](const std::wstring& text) {
+        const std::optional<int> width = m_numbers.Width(text);
+        return width ? *width : MeasuringDc().GetMultiLineTextExtent(text).x;
+    });
 }
 
 wxDC& PlcVarGrid::MeasuringDc()

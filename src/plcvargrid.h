@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plcdebugvar.h"
+#include "plclist_numbers.h"
 #include "plcvargrid_fit.h"
 #include "plcvargrid_rows.h"
 #include "plcvargrid_table.h"
@@ -88,6 +89,7 @@ private:
     PlcVarTable* m_pTable;            // owned by the grid's base
     ValueEditor* m_pEditor = nullptr; // owned by the attribute of the value column
     ColumnsFit m_fit;                 ///< As FitColumns() has left it.
+    NumberGlyphs m_numbers;           ///< Of the cells' font, for measuring.
     /// To set one up costs half as much as to measure a text: the answers of one tick share it.
     std::optional<wxClientDC> m_measuringDc;
     wxTimer m_slowClickTimer; ///< Runs until a click can no longer become a double click.

@@ -3,6 +3,7 @@
 #include "plclist_line.h"
 
 #include <gtest/gtest.h>
+#include <wx/fontenum.h>
 #include <wx/frame.h>
 
 #include <algorithm>
@@ -83,6 +84,16 @@ TEST_F(LineRendererTest, DrawsOneLineAsTheToolkitDoes)
     }
     EXPECT_TRUE(IsDrawnAsByTheToolkit(2, all));
     EXPECT_FALSE(IsBlank(PictureOf(*m_renderer, 2, false))) << "the comparison compares nothing";
+}
+
+TEST_F(LineRendererTest, DrawsNumbersOfEveryFontAsTheToolkitDoes)
+{
+    for (const wxString& face : wxFontEnumerator::GetFacenames()) {
+        font = wxFont(wxFontInfo(10).FaceName(face));
+        for (const char* text : {"11.1", "-7.047.74", "1234567890", "1.-7"}) {
+            EXPECT_TRUE(IsDrawnAsByTheToolkit(2, text)) << face;
+        }
+    }
 }
 
 TEST_F(LineRendererTest, DrawsLettersBeyondAsciiLinesAndTabsAsTheToolkitDoes)
