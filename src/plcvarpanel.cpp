@@ -9,6 +9,7 @@
 #include <wx/sizer.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -86,10 +87,9 @@ wxSizer* PlcVarPanel::CreateButtons()
 void PlcVarPanel::Reset()
 {
     DiscardEdit();
-    FinishVarRequest();
-    m_vars.clear();
     m_pGrid->DeleteAllRows();
     m_modified = false;
+    ReleaseAndForgetVars();
 }
 
 bool PlcVarPanel::LoadFile(const wxString& path)
@@ -101,8 +101,7 @@ bool PlcVarPanel::LoadFile(const wxString& path)
     }
     m_loading = true;
     DiscardEdit();
-    FinishVarRequest();
-    m_vars.clear();
+    ReleaseAndForgetVars();
     m_modified = false;
     bool listFull = false;
     for (std::size_t i = 0; i < lines->size() && !listFull; ++i) {
@@ -154,6 +153,12 @@ void PlcVarPanel::AnswerReadVarRequest(const CMD_DATA& answer)
 void PlcVarPanel::FinishVarRequest()
 {
     SendDeleteVarRequest(m_vars.cbegin(), m_vars.cend());
+}
+
+void PlcVarPanel::ReleaseAndForgetVars()
+{
+    const Vars leaving = std::exchange(m_vars, {});
+    SendDeleteVarRequest(leaving.cbegin(), leaving.cend());
 }
 
 // The host may do anything inside a callback, also make the list change. So requests are built

@@ -80,6 +80,7 @@ private:
 
     /// Registers a variable: a read request and a start request, always together.
     void SendReadVarRequest(const PlcDebugVar& var) const;
+    void ReleaseAndForgetVars();
     /// Releases a range of the list, in list order.
     void SendDeleteVarRequest(Vars::const_iterator first, Vars::const_iterator last) const;
 
