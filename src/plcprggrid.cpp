@@ -1,6 +1,7 @@
 #include "plcprggrid.h"
 
 #include "plclist.h"
+#include "plclist_head.h"
 #include "plclist_measure.h"
 #include "plcprggrid_table.h"
 #include "plcprgpanel.h"
@@ -34,6 +35,7 @@ PlcPrgGrid::PlcPrgGrid(PlcPrgPanel* panel, const std::vector<DB_BAUSTEIN>& lines
     : wxGrid(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS), m_lines(lines),
       m_pPanel(panel), m_pTable(new PlcPrgTable(lines))
 {
+    m_pTable->SetAttrProvider(new ListAttrProvider);
     AssignTable(m_pTable, wxGridSelectCells);
     SetColAttr(PrgColumnState, NewMeasuringAttr(m_pTable->Shown(PrgColumnState)));
     SetColAttr(PrgColumnValue, NewMeasuringAttr(m_pTable->Shown(PrgColumnValue)));

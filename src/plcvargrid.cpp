@@ -2,6 +2,7 @@
 
 #include "plclist.h"
 #include "plclist_editor.h"
+#include "plclist_head.h"
 #include "plclist_measure.h"
 #include "plcvarpanel.h"
 
@@ -84,6 +85,7 @@ PlcVarGrid::PlcVarGrid(PlcVarPanel* panel, std::vector<PlcDebugVar>& vars)
     : wxGrid(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS), m_pPanel(panel),
       m_vars(vars), m_pTable(new PlcVarTable), m_slowClickTimer(this)
 {
+    m_pTable->SetAttrProvider(new ListAttrProvider);
     AssignTable(m_pTable, wxGridSelectCells);
     SetColAttr(varColumnOperand, NewMeasuringAttr(m_pTable->Shown(varColumnOperand)));
     wxGridCellAttr* valueAttr = NewMeasuringAttr(m_pTable->Shown(varColumnValue));

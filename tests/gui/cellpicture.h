@@ -32,6 +32,24 @@ inline wxImage PictureOfCell(wxGrid& grid, int row, int column)
     return bitmap.ConvertToImage();
 }
 
+/// @return a text as a column's head of this size.
+inline wxImage PictureOfHead(
+    const wxGrid& grid,
+    wxGridCellAttrProvider& look,
+    const wxSize& size,
+    const wxString& text,
+    int horizontal)
+{
+    wxBitmap bitmap(size);
+    wxMemoryDC dc(bitmap);
+    dc.SetBackground(*wxWHITE_BRUSH);
+    dc.Clear();
+    look.GetColumnHeaderRenderer(0).DrawLabel(
+        grid, dc, text, size, horizontal, wxALIGN_CENTRE, wxHORIZONTAL);
+    dc.SelectObject(wxNullBitmap);
+    return bitmap.ConvertToImage();
+}
+
 /// @return what is to be read of a text of this font where there is less room for it.
 inline wxString Ellipsized(const wxString& text, wxWindow& window, const wxFont& font, int room)
 {
