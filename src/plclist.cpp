@@ -2,6 +2,7 @@
 
 #include "plclist_fit.h"
 #include "plclist_line.h"
+#include "plclist_spoken.h"
 #include "plclist_tip.h"
 
 #include <gtk/gtk.h>
@@ -66,6 +67,7 @@ void SetUpList(wxGrid& grid)
     // A number that is cut between its digits reads as another number.
     grid.SetDefaultCellFitMode(wxGridFitMode::Ellipsize());
     ShowCutTextsInTips(grid);
+    SpeakCursorsRow(grid);
     grid.RegisterDataType(wxGRID_VALUE_STRING, new LineRenderer, new wxGridCellTextEditor);
     grid.SetRowLabelSize(0);
     // Without the focus a selected row is grey, where the toolkit's white cannot be read.
