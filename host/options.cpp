@@ -47,13 +47,7 @@ std::string FaultHelp()
     return help;
 }
 
-std::string AddressError(const std::string& text)
-{
-    const auto address = plclink::ParseAddress(text);
-    return address ? "" : address.Message();
-}
-
-/// Takes an address apart that AddressError() has let pass.
+/// Takes an address apart that is one.
 void TakeAddress(const std::string& text, Options& options)
 {
     const plclink::Address address = *plclink::ParseAddress(text);
@@ -95,7 +89,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
                machine,
                "open this machine, else soft:bottling: " + plclink::AddressForms())
             ->type_name("ADDRESS")
-            ->check(Silent(CLI::Validator(AddressError, "")));
+            ->check(Silent(CLI::Validator(plclink::AddressError, "")));
     auto* const program =
         app.add_option("--program", options.program, "short for --machine soft:FILE.il")
             ->type_name("FILE")

@@ -50,4 +50,10 @@ base::Result<Address> ParseAddress(const std::string& text)
     return Address(SampleAddress{rest});
 }
 
+std::string AddressError(const std::string& text)
+{
+    const auto address = ParseAddress(text);
+    return address ? "" : address.Message();
+}
+
 } // namespace plclink

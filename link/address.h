@@ -35,4 +35,7 @@ std::string AddressForms();
 /// @return the address, or what is wrong with the text and the right form. Files need not exist.
 base::Result<Address> ParseAddress(const std::string& text);
 
+/// @return what is wrong with the text; empty for an address.
+std::string AddressError(const std::string& text);
+
 } // namespace plclink

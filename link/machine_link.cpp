@@ -57,11 +57,26 @@ void MachineLink::Watch(Watcher& watcher, const plc::Operand& operand)
     m_source->Watch(m_list);
 }
 
-MachineLink::Slot* MachineLink::Find(const plc::Operand& operand)
+std::optional<std::size_t> MachineLink::PlaceOf(const plc::Operand& operand) const
 {
     const auto found = std::find(m_list->begin(), m_list->end(), operand);
-    return found == m_list->end() ? nullptr
-                                  : &m_slots[static_cast<std::size_t>(found - m_list->begin())];
+    if (found == m_list->end()) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(found - m_list->begin());
+}
+
+MachineLink::Slot* MachineLink::Find(const plc::Operand& operand)
+{
+    const auto place = PlaceOf(operand);
+    return place ? &m_slots[*place] : nullptr;
+}
+
+std::optional<Reading> MachineLink::Newest(const plc::Operand& operand) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto place = PlaceOf(operand);
+    return place ? m_slots[*place].newest : std::nullopt;
 }
 
 void MachineLink::Unwatch(const Watcher& watcher)

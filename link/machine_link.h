@@ -3,6 +3,7 @@
 #include "reading.h"
 #include "source.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -89,6 +90,9 @@ public:
     /// The watcher hears no more when it returns. One that watches nothing is left in peace.
     void Unwatch(const Watcher& watcher);
 
+    /// @return the newest reading of an operand that somebody watches; none before the first one.
+    std::optional<Reading> Newest(const plc::Operand& operand) const;
+
     /// @param operand has passed Check().
     /// @param done see WriteDone.
     void Write(const plc::Operand& operand, std::uint32_t value, WriteDone done);
@@ -119,6 +123,7 @@ private:
     void OnUnreadable(const plc::Operand& operand, const std::string& reason) override;
     void OnState(const LinkState& state) override;
     bool OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states) override;
+    std::optional<std::size_t> PlaceOf(const plc::Operand& operand) const;
     Slot* Find(const plc::Operand& operand);
     bool Take(Slot& slot, const Reading& reading);
     void TellAll(Slot& slot);

@@ -48,6 +48,6 @@ add_package(
 add_package(
     host plchost utils "${this_library}"
     "reference host of the PLC debugger"
-    "A small bottling line with its soft PLC, to try the debugger on, more sample programs, and plcasm, which checks statement lists.")
+    "A small bottling line with its soft PLC, to try the debugger on, more sample programs, plcasm, which checks statement lists, and plcwatch, which watches a machine from the command line.")
 
 include(CPack)

@@ -174,6 +174,18 @@ TEST_F(MachineLinkTest, TellsWhoComesLaterTheNewestValueInTheNextTurn)
     EXPECT_THAT(first.Take(), IsEmpty());
 }
 
+TEST_F(MachineLinkTest, KnowsTheAgeOfAValueThatDoesNotChange)
+{
+    link->Watch(first, OperandOf("MW20"));
+    EXPECT_FALSE(link->Newest(OperandOf("MW20")));
+    Turn({5});
+    Turn({5});
+
+    ASSERT_TRUE(link->Newest(OperandOf("MW20")));
+    EXPECT_EQ(link->Newest(OperandOf("MW20"))->taken, now);
+    EXPECT_FALSE(link->Newest(OperandOf("MW22")));
+}
+
 TEST_F(MachineLinkTest, OffersTheNewestValueAgainToWhoCouldNotTakeIt)
 {
     link->Watch(first, OperandOf("MW20"));

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "address.h"
+#include "plcwatch_variable.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+// The command line of plcwatch. The thread of main().
+
+namespace plcwatch {
+
+enum ExitStatus : int
+{
+    exitGood = 0,
+    exitFile = 1,
+    exitUsage = 2,
+    exitUnknownOperand = 3,
+    exitNoLink = 4,
+    exitNotWritten = 5
+};
+
+struct WriteOrder
+{
+    Variable variable;
+    std::uint32_t value;
+};
+
+/// Exactly one of list, read and write is there.
+struct Options
+{
+    std::string machine; ///< As it was given.
+    plclink::Address address;
+    std::string list; ///< Empty: none.
+    std::optional<Variable> read;
+    std::optional<WriteOrder> write;
+    std::chrono::milliseconds every{100};
+    std::optional<std::chrono::milliseconds> limit; ///< None: until it is interrupted.
+    bool once = false;
+    bool plain = false;
+    bool json = false;
+    bool clock = false;
+};
+
+/// "100ms", "10s", "5min"; a number alone counts seconds.
+std::optional<std::chrono::milliseconds> ParseDuration(const std::string& text);
+
+/// @return the options, or the status to end with; what there was to say has been said.
+std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv);
+
+} // namespace plcwatch
