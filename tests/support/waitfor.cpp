@@ -8,8 +8,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Far beyond what a slow machine needs; only a failing test ever waits that long.
-constexpr std::chrono::seconds waitLimit{30};
+constexpr std::chrono::seconds waitLimit{WAIT_LIMIT_SECONDS};
 constexpr std::chrono::milliseconds tick{100};
 constexpr unsigned wakeUpMs = 10;
 
