@@ -61,15 +61,6 @@ public:
         return testing::AssertionFailure() << m_values.size() << " other values";
     }
 
-    /// Waits for a second value.
-    testing::AssertionResult HearsAChange()
-    {
-        std::unique_lock lock(m_mutex);
-        const auto heard = [&] { return !m_values.empty() && m_values.front() != m_values.back(); };
-        return m_heard.wait_for(lock, 60s, heard) ? testing::AssertionSuccess()
-                                                  : testing::AssertionFailure();
-    }
-
 private:
     std::mutex m_mutex;
     std::condition_variable m_heard;
@@ -116,18 +107,18 @@ TEST_P(SampleMachinesTest, RunByTheirNameWithTheirProcess)
 
     link.Start();
 
-    EXPECT_TRUE(ear.HearsAChange());
+    EXPECT_TRUE(ear.Hears({1}));
 }
 
-// Of each machine an input that only its process moves.
+// Of each machine an input that only its process switches on.
 INSTANTIATE_TEST_SUITE_P(
-    AllLivelySamples,
+    SamplesWithSwitches,
     SampleMachinesTest,
     testing::Values(
-        std::pair("bottling", "EW4"),
-        std::pair("instructions", "EW2"),
-        std::pair("lift", "E2.0"),
-        std::pair("mixer", "EW2")));
+        std::pair("bottling", "E0.2"),
+        std::pair("instructions", "E0.0"),
+        std::pair("lift", "E2.4"),
+        std::pair("mixer", "E0.1")));
 
 TEST(SampleMachines, HaveTheTrafficOfTheCrossing)
 {
