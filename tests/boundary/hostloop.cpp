@@ -1,10 +1,10 @@
 #include "hostloop.h"
 
 #include "hostloop_inside.h"
+#include "waitfor.h"
 
 #include <glib.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -13,8 +13,6 @@
 
 namespace {
 
-/// Far beyond what a slow machine needs; only a failing test ever waits that long.
-constexpr std::chrono::seconds waitLimit{20};
 constexpr guint lookAgainMs = 5;
 
 std::thread::id guiThread;

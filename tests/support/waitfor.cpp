@@ -2,13 +2,10 @@
 
 #include <glib.h>
 
-#include <chrono>
-
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds waitLimit{WAIT_LIMIT_SECONDS};
 constexpr std::chrono::milliseconds tick{100};
 constexpr unsigned wakeUpMs = 10;
 

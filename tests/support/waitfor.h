@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
 // Waiting for facts, never for a time. GUI thread.
+
+/// Far beyond what a slow machine needs; only a failing test ever waits that long.
+constexpr std::chrono::seconds waitLimit{WAIT_LIMIT_SECONDS};
 
 /// Runs the main context until @p condition holds.
 /// @param what the awaited fact in words, for the message when it does not come about.
