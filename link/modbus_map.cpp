@@ -155,10 +155,9 @@ base::Result<ModbusMap> ReadModbusMapFile(const std::string& path)
     if (reading.map) {
         return std::move(*reading.map);
     }
-    std::string message;
+    std::string message = "the map has faults:";
     for (const MapFault& fault : reading.faults) {
-        message += message.empty() ? "" : "\n";
-        message += path + ":" + std::to_string(fault.line) + ": " + fault.reason;
+        message += '\n' + path + ":" + std::to_string(fault.line) + ": " + fault.reason;
     }
     return base::Failure{message};
 }

@@ -77,7 +77,8 @@ struct MapReading
 
 MapReading ReadModbusMap(std::string_view text);
 
-/// @return the map, or every fault of the file on a line of its own: "line.map:3: there is no ...".
+/// @return the map, or a headline and every fault of the file on a line of its own:
+///         "oven.map:3: there is no ...".
 base::Result<ModbusMap> ReadModbusMapFile(const std::string& path);
 
 } // namespace plclink

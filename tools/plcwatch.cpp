@@ -1,4 +1,6 @@
 #include "loader.h"
+#include "modbus_connection.h"
+#include "modbus_source.h"
 #include "open_machine.h"
 #include "plcwatch_session.h"
 
@@ -74,8 +76,25 @@ std::size_t TerminalHeight()
     return isKnown ? size.ws_row : usualHeight;
 }
 
-base::Result<std::unique_ptr<plclink::Source>> Open(const plclink::Address& address)
+using OpenedMachine = base::Result<std::unique_ptr<plclink::Source>>;
+
+OpenedMachine OpenDevice(const plclink::ModbusAddress& address, const std::string& mapFile)
 {
+    auto map = plclink::ReadModbusMapFile(mapFile);
+    if (!map) {
+        return base::Failure{map.Message()};
+    }
+    auto connection = plclink::MakeModbusConnection(address, *map);
+    return OpenedMachine(
+        std::make_unique<plclink::ModbusSource>(*std::move(map), std::move(connection)));
+}
+
+OpenedMachine Open(const Options& options)
+{
+    if (options.device) {
+        return OpenDevice(*options.device, options.map);
+    }
+    const plclink::Address& address = options.address;
     if (!std::holds_alternative<plclink::SampleAddress>(address)) {
         return plchost::OpenMachine(address, "");
     }
@@ -110,7 +129,7 @@ int Main(int argc, char** argv)
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
-    auto source = Open(options.address);
+    auto source = Open(options);
     if (!source) {
         throw std::runtime_error(source.Message());
     }

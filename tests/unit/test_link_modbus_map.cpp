@@ -325,7 +325,7 @@ TEST(ReadModbusMapFile, NamesFileAndLineOfEachFault)
     ASSERT_FALSE(map);
     EXPECT_EQ(
         map.Message(),
-        path + ":1: the range 'a' has no 'operands'\n" + path +
+        "the map has faults:\n" + path + ":1: the range 'a' has no 'operands'\n" + path +
             ":3: expected a number from 0 to 65535, found 'x'");
 }
 

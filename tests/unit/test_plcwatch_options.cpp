@@ -54,6 +54,31 @@ TEST(PlcwatchOptions, TakesAListAndHowToWatchIt)
     EXPECT_TRUE(options.once && options.json && options.clock && options.plain);
 }
 
+TEST(PlcwatchOptions, TakesADeviceWithItsMap)
+{
+    const Parsed parsed =
+        Parse({"a.plc", "--machine", "modbus://oven.local:1502/7", "--map", "oven.map"});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    ASSERT_TRUE(options.device);
+    EXPECT_EQ(std::get<plclink::ModbusTcp>(*options.device).host, "oven.local");
+    EXPECT_EQ(options.map, "oven.map");
+}
+
+TEST(PlcwatchOptions, RefusesADeviceWithoutAMapAndAMapWithoutADevice)
+{
+    EXPECT_THAT(
+        Refusal({"a.plc", "--machine", "modbus://oven/1"}),
+        HasSubstr("\"modbus://oven/1\" needs a map of its operands: --map FILE"));
+    EXPECT_THAT(
+        Refusal({"a.plc", "--machine", "soft:lift", "--map", "oven.map"}),
+        HasSubstr("\"soft:lift\" needs no map"));
+    EXPECT_THAT(
+        Refusal({"a.plc", "--machine", "modbus://oven", "--map", "oven.map"}),
+        HasSubstr("there is no unit; the right form is modbus://HOST[:PORT]/UNIT"));
+}
+
 TEST(PlcwatchOptions, LooksTenTimesASecondUntilItIsInterrupted)
 {
     const Parsed parsed = Parse({"a.plc", "--machine", "soft:lift"});
