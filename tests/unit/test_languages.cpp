@@ -354,6 +354,12 @@ TEST(Languages, GermanDiffersFromEnglishWhereverTheWordDoes)
     }
 }
 
+TEST(Languages, TheRefusalOfALargeValueSaysHowANegativeOneBegins)
+{
+    EXPECT_THAT(Language("de")[TextId::ValueTooLarge], testing::HasSubstr(L"Minuszeichen"));
+    EXPECT_THAT(Language("en")[TextId::ValueTooLarge], testing::HasSubstr(L"minus sign"));
+}
+
 TEST(Languages, TheGermanFileIsReadAsUtf8)
 {
     EXPECT_EQ(Language("de")[TextId::AreaInputs], L"Eing\u00e4nge (E)");
