@@ -85,8 +85,7 @@ OpenedMachine OpenDevice(const plclink::ModbusAddress& address, const std::strin
         return base::Failure{map.Message()};
     }
     auto connection = plclink::MakeModbusConnection(address, *map);
-    return OpenedMachine(
-        std::make_unique<plclink::ModbusSource>(*std::move(map), std::move(connection)));
+    return {std::make_unique<plclink::ModbusSource>(*std::move(map), std::move(connection))};
 }
 
 OpenedMachine Open(const Options& options)
