@@ -188,7 +188,6 @@ void PlcVarGrid::FitColumns()
     }
     const int virtualWidth = FitListColumns(*this);
     AdjustScrollbars();
-    m_numbers = {}; // the font may have another scale now
     m_fit = CurrentFit();
     m_fit.virtualWidth = virtualWidth;
 }
@@ -328,6 +327,7 @@ void PlcVarGrid::SelectRows(const std::vector<RowBlock>& rows)
 
 void PlcVarGrid::OnSize(wxSizeEvent& event)
 {
+    m_numbers = {}; // the font may have another scale now
     FitColumns();
     event.Skip();
 }
