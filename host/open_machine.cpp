@@ -21,7 +21,7 @@ OpenedMachine OpenProgram(const std::string& file, const samples::SampleMachine*
     if (!program) {
         return base::Failure{program.Message()};
     }
-    return OpenedMachine(std::make_unique<plclink::SoftPlc>(*std::move(program), sample, cycle));
+    return {std::make_unique<plclink::SoftPlc>(*std::move(program), sample, cycle)};
 }
 
 OpenedMachine OpenRecording(const std::string& file)
@@ -30,7 +30,7 @@ OpenedMachine OpenRecording(const std::string& file)
     if (!recording) {
         return base::Failure{recording.Message()};
     }
-    return OpenedMachine(std::make_unique<Playback>(*std::move(recording)));
+    return {std::make_unique<Playback>(*std::move(recording))};
 }
 
 } // namespace

@@ -141,7 +141,7 @@ void MachineLink::OnReadings(const WatchList& list, const std::vector<PlacedRead
 }
 
 /// @return whether it is worth telling.
-bool MachineLink::Take(Slot& slot, const Reading& reading)
+bool MachineLink::Take(Slot& slot, const Reading& reading) const
 {
     const bool isNews = m_tellsEveryReading || !slot.newest ||
                         reading.value != slot.newest->value ||

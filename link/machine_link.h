@@ -125,7 +125,7 @@ private:
     bool OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states) override;
     std::optional<std::size_t> PlaceOf(const plc::Operand& operand) const;
     Slot* Find(const plc::Operand& operand);
-    bool Take(Slot& slot, const Reading& reading);
+    bool Take(Slot& slot, const Reading& reading) const;
     void TellAll(Slot& slot);
     static void MakeDue(Slot& slot);
     void TellWhoIsDue();

@@ -149,7 +149,7 @@ std::optional<milliseconds> ParseDuration(const std::string& text)
     }
     if (unit == "min") {
         return std::chrono::duration_cast<milliseconds>(
-            std::chrono::duration<double, std::ratio<60>>(number));
+            std::chrono::duration<double, std::chrono::minutes::period>(number));
     }
     return std::nullopt;
 }

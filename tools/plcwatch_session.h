@@ -8,7 +8,10 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // What plcwatch does with a machine. The thread of main().
@@ -44,7 +47,7 @@ private:
     /// A variable that is watched, and what was last printed of it.
     struct Row : plclink::Watcher
     {
-        explicit Row(const Variable& theVariable) : variable(theVariable) {}
+        explicit Row(Variable theVariable) : variable(std::move(theVariable)) {}
 
         bool OnReading(const plclink::Reading&) override { return true; }
 
