@@ -210,6 +210,7 @@ void VarPage::SendWriteVarRequest(const PlcDebugVar& var) const
 
 void VarPage::Delete(std::size_t row)
 {
+    WriteErrorInStatus("");
     m_grid->DiscardEdit();
     Release(m_vars[row]);
     m_vars.erase(m_vars.begin() + static_cast<std::ptrdiff_t>(row));
