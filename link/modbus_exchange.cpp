@@ -50,7 +50,6 @@ ModbusWritten Ended(const std::string& what, const ModbusAnswer& answer)
 /// The bits of a value that an operand has.
 std::uint32_t Fitting(const plc::Operand& operand, std::uint32_t value)
 {
-    constexpr std::uint32_t bitsOfByte = 8;
     constexpr std::uint64_t one = 1;
     const std::uint32_t bits =
         operand.width == plc::Width::Bit ? 1 : plc::ByteCount(operand.width) * bitsOfByte;

@@ -20,8 +20,6 @@ enum Function : std::uint8_t
 };
 
 constexpr std::uint8_t exceptionMark = 0x80;
-constexpr std::uint32_t bitsOfByte = 8;
-constexpr std::uint32_t byteMask = 0xFF;
 constexpr std::size_t tcpHeader = 7; ///< The last byte of it is the unit, which the length counts.
 
 void AddWord(std::vector<std::uint8_t>& bytes, std::uint32_t word)
@@ -72,8 +70,9 @@ std::vector<std::uint16_t> ContentOf(const ModbusPdu& answer, std::size_t count,
     std::vector<std::uint16_t> content;
     for (std::size_t i = 0; i < count; ++i) {
         content.push_back(
-            isOfBits ? answer.at(2 + i / bitsOfByte) >> (i % bitsOfByte) & 1
-                     : WordAt(answer, 2 + 2 * i));
+            isOfBits
+                ? static_cast<std::uint16_t>(answer.at(2 + i / bitsOfByte) >> (i % bitsOfByte) & 1)
+                : WordAt(answer, 2 + 2 * i));
     }
     return content;
 }

@@ -6,9 +6,7 @@ namespace plclink {
 
 namespace {
 
-constexpr std::uint32_t bitsOfByte = 8;
 constexpr std::uint32_t bitsOfRegister = 16;
-constexpr std::uint32_t byteMask = 0xFF;
 
 /// Bits from the beginning of the area; a timer or counter takes as many as a register.
 std::uint32_t FirstBit(const plc::Operand& operand)

@@ -11,6 +11,9 @@
 
 namespace plclink {
 
+constexpr std::uint32_t bitsOfByte = 8; ///< A register has two bytes.
+constexpr std::uint32_t byteMask = 0xFF;
+
 /// Whether the area's addresses are numbers of timers or counters, not bytes.
 bool IsNumbered(const plc::Operand& operand);
 

@@ -20,7 +20,6 @@ using plchost::AnswerKind;
 
 constexpr int threadCount = 4;
 constexpr int answersEach = 2000;
-constexpr std::int32_t someValue = 88; ///< Not one that is shown before.
 constexpr std::uint16_t wildLength = 0xFFFF;
 
 /// Bytes that end where memory ends: who reads behind them crashes.

@@ -9,8 +9,6 @@ namespace plccheck {
 
 namespace {
 
-constexpr std::int32_t typedValue = 88;
-
 /// A value typed into the first row leaves as a write request.
 void TypesAValue(TrialHost& host)
 {
@@ -31,7 +29,7 @@ void TypesAValue(TrialHost& host)
     const CMD_DATA request = host.Writes().front();
     host.Require(
         plchost::OperandOf(request) == TrialHost::Operands().front() &&
-            PlcWrittenValue(&request) == typedValue,
+            PlcWrittenValue(&request) == someValue,
         "88 typed for " + TrialHost::Operands().front() + " is asked for as " +
             std::to_string(PlcWrittenValue(&request)) + " for " + plchost::OperandOf(request));
     StillPicture(host);

@@ -18,7 +18,7 @@ namespace plccheck {
 namespace {
 
 constexpr int settlingRounds = 5; ///< What a toolkit keeps for good, it has by then.
-constexpr int rounds = 15;        ///< Of which nothing may be left.
+constexpr int countedRounds = 15; ///< Of which nothing may be left.
 constexpr std::size_t keptEachRound = 100'000;
 
 std::size_t OpenFiles()
@@ -103,7 +103,7 @@ void LeavesNothing(TrialHost& host)
         return;
     }
     const Holding before;
-    if (!OpenAndDestroy(host, rounds)) {
+    if (!OpenAndDestroy(host, countedRounds)) {
         return;
     }
     const Holding now;
@@ -111,8 +111,8 @@ void LeavesNothing(TrialHost& host)
     host.Require(now.files <= before.files, "a round leaves a file open");
     const std::size_t grown = now.bytes > before.bytes ? now.bytes - before.bytes : 0;
     host.Require(
-        grown / rounds <= keptEachRound,
-        "a round leaves " + std::to_string(grown / rounds) + " bytes");
+        grown / countedRounds <= keptEachRound,
+        "a round leaves " + std::to_string(grown / countedRounds) + " bytes");
 }
 
 /// Memory that is written into ends the process.

@@ -7,6 +7,8 @@
 
 namespace plccheck {
 
+constexpr std::int32_t someValue = 88; ///< As different from others as any.
+
 /// Waits until the window shows something and has stood still for several of its ticks.
 Picture StillPicture(TrialHost& host);
 

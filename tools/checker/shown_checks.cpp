@@ -9,7 +9,6 @@ namespace plccheck {
 
 namespace {
 
-constexpr std::int32_t someValue = 88;
 /// The greatest of a signed byte: one more would look different in each width.
 constexpr std::int32_t greatestByte = 127;
 
