@@ -1,6 +1,7 @@
 #include "open_machine.h"
 
 #include "assembler.h"
+#include "cycle_time.h"
 #include "playback.h"
 #include "sample_machines.h"
 #include "soft_plc.h"
@@ -13,15 +14,13 @@ namespace {
 
 using OpenedMachine = base::Result<std::unique_ptr<plclink::Source>>;
 
-constexpr std::chrono::milliseconds cycle{10};
-
 OpenedMachine OpenProgram(const std::string& file, const samples::SampleMachine* sample)
 {
     auto program = ReadProgram(file);
     if (!program) {
         return base::Failure{program.Message()};
     }
-    return {std::make_unique<plclink::SoftPlc>(*std::move(program), sample, cycle)};
+    return {std::make_unique<plclink::SoftPlc>(*std::move(program), sample, plc::usualCycle)};
 }
 
 OpenedMachine OpenRecording(const std::string& file)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cycle_time.h"
 #include "fault_injector.h"
 
 #include <chrono>
@@ -23,7 +24,7 @@ struct Options
     std::string record;             ///< File to be recorded to; empty: none.
     std::string replay;             ///< Recording to be played instead of a machine; empty: none.
     double speed = 1;               ///< Of the replay.
-    std::chrono::milliseconds cycle{10};
+    std::chrono::milliseconds cycle = plc::usualCycle;
     std::optional<std::chrono::milliseconds> run; ///< None: until the operator ends it.
     bool debugger = false;
     bool trace = false;

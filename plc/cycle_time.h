@@ -6,6 +6,9 @@
 
 namespace plc {
 
+/// The period of a PLC that nobody has given another one.
+constexpr std::chrono::milliseconds usualCycle{10};
+
 class CycleTime
 {
 public:

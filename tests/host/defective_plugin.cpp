@@ -50,6 +50,7 @@ bool isDestroying = false;
 std::atomic<bool> isAlive = false; // created and not destroyed
 int variables = 0;                 // that are served
 
+/// What some of the defects are: a call that keeps its host waiting. No test waits by it.
 void Sleep(int ms)
 {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
