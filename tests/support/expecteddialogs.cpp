@@ -109,6 +109,28 @@ void ChoosePath(wxFileDialog& dialog, const wxString& path)
         WaitFor(("chosen: " + path).ToStdString(), [&] { return dialog.GetPath() == path; }));
 }
 
+/// Chooses the path and presses the button, as often as it takes: a file chooser that still reads
+/// its directory may drop a press.
+void AcceptPath(wxFileDialog& dialog, const wxString& path)
+{
+    constexpr int looksBetweenPresses = 100;
+    const wxWeakRef<wxDialog> open(&dialog);
+    int looks = 0;
+    EXPECT_TRUE(WaitFor(("taken: " + path).ToStdString(), [&] {
+        if (!open || !open->IsModal()) {
+            return true;
+        }
+        // Under the question whether to overwrite it is not active.
+        if (looks++ % looksBetweenPresses == 0 && IsActive(dialog)) {
+            ChoosePath(dialog, path);
+            if (dialog.IsModal()) {
+                gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), GTK_RESPONSE_ACCEPT);
+            }
+        }
+        return false;
+    }));
+}
+
 } // namespace
 
 ExpectedDialogs::ExpectedDialogs()
@@ -158,10 +180,10 @@ void ExpectedDialogs::File(
             look(fileDialog);
         }
         if (path) {
-            ChoosePath(fileDialog, *path);
+            AcceptPath(fileDialog, *path);
+        } else {
+            Cancel(dialog);
         }
-        const int response = path ? GTK_RESPONSE_ACCEPT : GTK_RESPONSE_CANCEL;
-        gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), response);
     });
 }
 
