@@ -6,6 +6,8 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# Rises when the packages change without the sources; packages before 1.14.0-1 had none.
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 if(CMAKE_CROSSCOMPILING)
@@ -36,7 +38,8 @@ function(add_package component name section depends summary text)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
 endfunction()
 
-set(this_library "libplcdebug (= ${PROJECT_VERSION})")
+set(this_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+set(this_library "libplcdebug (= ${this_version})")
 add_package(
     library libplcdebug libs ""
     "PLC debugger plug-in for machine-control programs"
@@ -44,10 +47,18 @@ add_package(
 add_package(
     development libplcdebug-dev libdevel "${this_library}, libgtk-3-dev"
     "PLC debugger plug-in, files for integrators"
-    "The header of the host boundary, its CMake package and pkg-config file, plcdebug-check, which checks a build of the library, the pages for integrators and the smallest host.")
+    "The header of the host boundary, its CMake package and pkg-config file, the pages for integrators and the smallest host.")
 add_package(
-    host plchost utils "${this_library}"
+    tools plcdebug-tools utils "${this_library}"
+    "watches machines and checks the PLC debugger, from the command line"
+    "plcwatch, which watches a soft PLC, a recording or a Modbus device, and plcdebug-check, which puts a build of the debugger library through what a host does; sample programs for the soft PLC.")
+add_package(
+    host plchost utils "${this_library}, plcdebug-tools (= ${this_version})"
     "reference host of the PLC debugger"
-    "A small bottling line with its soft PLC, to try the debugger on, more sample programs, plcasm, which checks statement lists, and plcwatch, which watches a machine from the command line.")
+    "A small bottling line with its soft PLC, to try the debugger on, and plcasm, which checks statement lists.")
+
+# These had files that plcdebug-tools has now.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_BREAKS "libplcdebug-dev (<< 1.14.0-1~), plchost (<< 1.14.0-1~)")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_REPLACES ${CPACK_DEBIAN_TOOLS_PACKAGE_BREAKS})
 
 include(CPack)
