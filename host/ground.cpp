@@ -1,6 +1,7 @@
 #include "ground.h"
 
 #include "debug_file.h"
+#include "file.h"
 #include "open_machine.h"
 #include "texts.h"
 
@@ -46,7 +47,12 @@ ConfigFiles PrepareFiles(const Options& options, const std::string& source)
     if (options.configFolder.empty() && !options.replay.empty()) {
         folder = Glib::build_filename(folder, "replay");
     }
-    ConfigFiles files = FilesIn(folder, fs::path(source).stem());
+    const std::string name = fs::path(source).stem();
+    // The list that was on show last is of no use for another device.
+    if (options.configFolder.empty() && options.device) {
+        folder = Glib::build_filename(folder, "device", name);
+    }
+    ConfigFiles files = FilesIn(folder, name);
     if (files.prefix.size() >= PLC_PATH_SIZE) {
         throw StartError{
             "the path \"" + files.prefix + "\" is longer than the debugger takes, " +
@@ -72,6 +78,15 @@ std::string LanguageOf(const Options& options, const ConfigFiles& files)
     return last == "de" || last == "en" ? last : EnvironmentLanguage();
 }
 
+/// The list that lies beside a file of the machine is the first one.
+void Seed(const ConfigFiles& files, const std::string& neighbour)
+{
+    const fs::path list = fs::path(neighbour).replace_extension(".plc");
+    if (fs::exists(list)) {
+        Demand(SeedWatchList(files, list));
+    }
+}
+
 void PrepareMachine(const Options& options, Ground& ground)
 {
     const std::string sample = SampleProgramFile(ground.dataFolder, options.sample);
@@ -79,10 +94,43 @@ void PrepareMachine(const Options& options, Ground& ground)
     ground.program = Demand(ReadProgram(source));
     ground.files = PrepareFiles(options, source);
     Demand(plc::WriteDebugFile(ground.program, ground.files.prefix));
-    const fs::path list = fs::path(sample).replace_extension(".plc");
-    if (options.program.empty() && fs::exists(list)) {
-        Demand(SeedWatchList(ground.files, list));
+    if (options.program.empty()) {
+        Seed(ground.files, sample);
     }
+}
+
+/// A program of which nothing is known: the debugger opens on no less than a block.
+plc::Program UnknownProgram(const std::string& language)
+{
+    plc::Line line;
+    line.text = std::string("TITLE =") + TextsIn(language).noListing;
+    plc::Block block;
+    block.name = "-";
+    block.lines = {line};
+    return {{block}, 0};
+}
+
+/// The listing of a device's program, as the debugger reads it.
+std::string ListingOf(const Options& options, const std::string& language)
+{
+    if (options.listing.empty()) {
+        return Demand(plc::DebugFileOf(UnknownProgram(language)));
+    }
+    if (!CheckDebugFile(options.listing)) {
+        throw StartError{
+            '"' + options.listing +
+            "\" is no program debug file (plcasm writes one of a statement list)"};
+    }
+    return Demand(base::ReadFile(options.listing));
+}
+
+void PrepareDevice(const Options& options, Ground& ground)
+{
+    ground.map = Demand(plclink::ReadModbusMapFile(options.map));
+    ground.files = PrepareFiles(options, options.map);
+    Demand(ReplaceConfigFile(
+        ground.files.debugFile, ListingOf(options, LanguageOf(options, ground.files))));
+    Seed(ground.files, options.map);
 }
 
 void PrepareReplay(const Options& options, Ground& ground)
@@ -112,7 +160,9 @@ Ground Prepare(const Options& options)
         LoadPlugin(options.plugin.empty() ? Demand(FindPlugin(programFolder)) : options.plugin));
     ground.dataFolder = options.dataFolder.empty() ? Demand(FindDataFolder(programFolder))
                                                    : fs::absolute(options.dataFolder).string();
-    if (options.replay.empty()) {
+    if (options.device) {
+        PrepareDevice(options, ground);
+    } else if (options.replay.empty()) {
         PrepareMachine(options, ground);
     } else {
         PrepareReplay(options, ground);

@@ -2,6 +2,7 @@
 
 #include "assembler.h"
 #include "loader.h"
+#include "modbus_map.h"
 #include "options.h"
 #include "recording.h"
 #include "settings.h"
@@ -21,8 +22,9 @@ struct Ground
     ConfigFiles files;
     std::string dataFolder;
     std::string language;
-    plc::Program program;               ///< Empty when a recording is played.
-    std::optional<Recording> recording; ///< To be played instead of a machine.
+    plc::Program program;                  ///< Empty unless a soft PLC runs.
+    std::optional<Recording> recording;    ///< To be played instead of a machine.
+    std::optional<plclink::ModbusMap> map; ///< Of a device that is watched instead.
 };
 
 /// A step that failed ends the start with its message.

@@ -1,8 +1,10 @@
 #include "host.h"
 
+#include "device_machine.h"
 #include "exit_status.h"
 #include "file.h"
 #include "live_machine.h"
+#include "open_machine.h"
 #include "replay_machine.h"
 
 #include <gtkmm/main.h>
@@ -91,6 +93,11 @@ std::unique_ptr<Machine> Host::MakeMachine()
     if (m_ground.recording) {
         auto player = std::make_unique<Player>(std::move(*m_ground.recording), m_options.speed);
         return std::make_unique<ReplayMachine>(std::move(player), m_faults, tick, Tell);
+    }
+    if (m_options.device) {
+        auto device = OpenDevice(*m_options.device, *std::move(m_ground.map));
+        return std::make_unique<DeviceMachine>(
+            std::move(device), m_options.deviceName, m_faults, tick, Tell);
     }
     auto plc = std::make_unique<plclink::SoftPlc>(
         std::move(m_ground.program),

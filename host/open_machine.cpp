@@ -2,6 +2,8 @@
 
 #include "assembler.h"
 #include "cycle_time.h"
+#include "modbus_connection.h"
+#include "modbus_source.h"
 #include "playback.h"
 #include "sample_machines.h"
 #include "soft_plc.h"
@@ -47,8 +49,21 @@ base::Result<plc::Program> ReadProgram(const std::string& file)
     return base::Failure{message};
 }
 
-OpenedMachine OpenMachine(const plclink::Address& address, const std::string& dataFolder)
+std::unique_ptr<plclink::Source>
+OpenDevice(const plclink::ModbusAddress& address, plclink::ModbusMap map)
 {
+    auto connection = plclink::MakeModbusConnection(address, map);
+    return std::make_unique<plclink::ModbusSource>(std::move(map), std::move(connection));
+}
+
+OpenedMachine OpenMachine(
+    const plclink::Address& address, const std::string& mapFile, const std::string& dataFolder)
+{
+    if (const auto* const device = std::get_if<plclink::ModbusAddress>(&address)) {
+        auto map = plclink::ReadModbusMapFile(mapFile);
+        return map ? OpenedMachine(OpenDevice(*device, *std::move(map)))
+                   : base::Failure{map.Message()};
+    }
     if (const auto* const sample = std::get_if<plclink::SampleAddress>(&address)) {
         return OpenProgram(
             SampleProgramFile(dataFolder, sample->name), samples::FindSampleMachine(sample->name));

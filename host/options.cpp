@@ -47,14 +47,20 @@ std::string FaultHelp()
     return help;
 }
 
-/// Takes an address apart that is one.
+/// Takes an address apart that is one, with the map that was given along.
 void TakeAddress(const std::string& text, Options& options)
 {
+    if (const auto wrong = plclink::MapError(text, options.map); !wrong.empty()) {
+        throw CLI::ValidationError("--machine", wrong);
+    }
     const plclink::Address address = *plclink::ParseAddress(text);
     if (const auto* const sample = std::get_if<plclink::SampleAddress>(&address)) {
         options.sample = sample->name;
     } else if (const auto* const program = std::get_if<plclink::ProgramAddress>(&address)) {
         options.program = program->file;
+    } else if (const auto* const device = std::get_if<plclink::ModbusAddress>(&address)) {
+        options.device = *device;
+        options.deviceName = text;
     } else {
         options.replay = std::get<plclink::RecordingAddress>(address).file;
     }
@@ -90,6 +96,17 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
                "open this machine, else soft:bottling: " + plclink::AddressForms())
             ->type_name("ADDRESS")
             ->check(Silent(CLI::Validator(plclink::AddressError, "")));
+    auto* const map =
+        app.add_option("--map", options.map, "which operands lie where in a Modbus device")
+            ->type_name("FILE")
+            ->needs(machineOption);
+    app.add_option(
+           "--listing",
+           options.listing,
+           "the program debug file of a Modbus device's program, for the program page")
+        ->type_name("FILE")
+        ->check(Silent(CLI::ExistingFile))
+        ->needs(map);
     auto* const program =
         app.add_option("--program", options.program, "short for --machine soft:FILE.il")
             ->type_name("FILE")
@@ -144,6 +161,9 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         }
         if (options.replay.empty() && speed->count() > 0) {
             throw CLI::RequiresError("--speed", "--replay");
+        }
+        if (options.device && cycleOption->count() > 0) {
+            throw CLI::ExcludesError("--map", "--cycle");
         }
         for (const auto* const live : {cycleOption, record}) {
             if (!options.replay.empty() && live->count() > 0) {

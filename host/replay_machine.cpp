@@ -6,12 +6,6 @@
 
 namespace plchost {
 
-namespace {
-
-constexpr unsigned tickMs = 10;
-
-} // namespace
-
 ReplayMachine::ReplayMachine(
     std::unique_ptr<Player> player,
     AnswerSink& answers,

@@ -28,6 +28,8 @@ constexpr HostTexts german{
     "Dieses Programm hat kein Bild seiner Anlage.",
     "Aufzeichnung",
     "Von vorn",
+    "Diese Steuerung liefert keine Programmzustände; die Programmseite zeigt dafür „?“.",
+    "Zu dieser Steuerung wurde kein Listing angegeben.",
 };
 
 constexpr HostTexts english{
@@ -52,6 +54,8 @@ constexpr HostTexts english{
     "This program has no picture of its machine.",
     "Recording",
     "From the start",
+    "This controller gives no program states; the program page shows \"?\" for them.",
+    "No listing has been given for this controller.",
 };
 
 } // namespace

@@ -29,6 +29,8 @@ struct HostTexts
     const char* noProcess;
     const char* recording; ///< Title of a recording's window.
     const char* fromStart; ///< Button.
+    const char* noStates;  ///< Of a device.
+    const char* noListing; ///< Stands in the listing of a device; ASCII.
 };
 
 /// English for a language that the host does not speak.

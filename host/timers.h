@@ -8,6 +8,9 @@
 
 namespace plchost {
 
+/// The pace of what a soft PLC does in each cycle, for machines without cycles.
+constexpr unsigned tickMs = 10;
+
 class Timers
 {
 public:

@@ -3,6 +3,7 @@
 #include "sample_machines.h"
 
 #include <string_view>
+#include <utility>
 
 namespace plclink {
 
@@ -27,11 +28,17 @@ bool IsFile(std::string_view text)
 
 std::string AddressForms()
 {
-    return "soft:NAME with one of " + SampleNames() + "; soft:FILE.il; recording:FILE";
+    return "soft:NAME with one of " + SampleNames() +
+           "; soft:FILE.il; recording:FILE; with --map " + std::string(modbusTcpForm) + ", " +
+           std::string(modbusRtuForm);
 }
 
 base::Result<Address> ParseAddress(const std::string& text)
 {
+    if (IsModbusAddress(text)) {
+        auto device = ParseModbusAddress(text);
+        return device ? base::Result<Address>(*std::move(device)) : base::Failure{device.Message()};
+    }
     const std::size_t colon = text.find(':');
     const std::string scheme = text.substr(0, colon);
     const std::string rest = colon == std::string::npos ? "" : text.substr(colon + 1);
@@ -54,6 +61,16 @@ std::string AddressError(const std::string& text)
 {
     const auto address = ParseAddress(text);
     return address ? "" : address.Message();
+}
+
+std::string MapError(const std::string& address, const std::string& map)
+{
+    if (IsModbusAddress(address) == !map.empty()) {
+        return "";
+    }
+    return '"' + address +
+           (map.empty() ? "\" needs a map of its operands: --map FILE"
+                        : "\" needs no map, a Modbus device does");
 }
 
 } // namespace plclink

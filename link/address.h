@@ -1,5 +1,6 @@
 #pragma once
 
+#include "modbus_address.h"
 #include "result.h"
 
 #include <string>
@@ -27,7 +28,7 @@ struct RecordingAddress
     std::string file;
 };
 
-using Address = std::variant<SampleAddress, ProgramAddress, RecordingAddress>;
+using Address = std::variant<SampleAddress, ProgramAddress, RecordingAddress, ModbusAddress>;
 
 /// What an address may look like, for help texts.
 std::string AddressForms();
@@ -37,5 +38,10 @@ base::Result<Address> ParseAddress(const std::string& text);
 
 /// @return what is wrong with the text; empty for an address.
 std::string AddressError(const std::string& text);
+
+/// A Modbus device needs a map of its operands, and nothing else has one.
+/// @param map the file that was given; empty: none.
+/// @return what is wrong with the two together; empty when nothing is.
+std::string MapError(const std::string& address, const std::string& map);
 
 } // namespace plclink

@@ -39,16 +39,19 @@ std::string InQuotes(std::string_view text)
     return '"' + std::string(text) + '"';
 }
 
+base::Failure Wrong(std::string_view address, const std::string& reason, std::string_view form)
+{
+    return {InQuotes(address) + ": " + reason + "; the right form is " + std::string(form)};
+}
+
 base::Failure WrongTcp(std::string_view address, const std::string& reason)
 {
-    return {InQuotes(address) + ": " + reason + "; the right form is modbus://HOST[:PORT]/UNIT"};
+    return Wrong(address, reason, modbusTcpForm);
 }
 
 base::Failure WrongRtu(std::string_view address, const std::string& reason)
 {
-    return {
-        InQuotes(address) + ": " + reason +
-        "; the right form is modbus-rtu:DEVICE?baud=19200&parity=E&stop=1&unit=1"};
+    return Wrong(address, reason, modbusRtuForm);
 }
 
 /// Splits "HOST", "HOST:PORT", "[HOST]" and "[HOST]:PORT".

@@ -30,12 +30,15 @@ struct ModbusRtu
 
 using ModbusAddress = std::variant<ModbusTcp, ModbusRtu>;
 
+/// What an address looks like.
+constexpr std::string_view modbusTcpForm = "modbus://HOST[:PORT]/UNIT";
+constexpr std::string_view modbusRtuForm = "modbus-rtu:DEVICE?baud=19200&parity=E&stop=1&unit=1";
+
 /// Whether a text is meant as the address of a Modbus device.
 bool IsModbusAddress(std::string_view text);
 
-/// Reads "modbus://HOST[:PORT]/UNIT", a numeric address of version 6 in brackets, or
-/// "modbus-rtu:DEVICE?baud=19200&parity=E&stop=1&unit=1", each of these four as it is here when it
-/// is not given.
+/// Reads one of the two forms: a numeric address of version 6 stands in brackets, each setting of a
+/// serial line is as it is in the form when it is not given.
 /// @return the address, or what is wrong with it and the right form.
 base::Result<ModbusAddress> ParseModbusAddress(std::string_view text);
 

@@ -1,6 +1,4 @@
 #include "loader.h"
-#include "modbus_connection.h"
-#include "modbus_source.h"
 #include "open_machine.h"
 #include "plcwatch_session.h"
 
@@ -76,33 +74,17 @@ std::size_t TerminalHeight()
     return isKnown ? size.ws_row : usualHeight;
 }
 
-using OpenedMachine = base::Result<std::unique_ptr<plclink::Source>>;
-
-OpenedMachine OpenDevice(const plclink::ModbusAddress& address, const std::string& mapFile)
+base::Result<std::unique_ptr<plclink::Source>> Open(const Options& options)
 {
-    auto map = plclink::ReadModbusMapFile(mapFile);
-    if (!map) {
-        return base::Failure{map.Message()};
-    }
-    auto connection = plclink::MakeModbusConnection(address, *map);
-    return {std::make_unique<plclink::ModbusSource>(*std::move(map), std::move(connection))};
-}
-
-OpenedMachine Open(const Options& options)
-{
-    if (options.device) {
-        return OpenDevice(*options.device, options.map);
-    }
-    const plclink::Address& address = options.address;
-    if (!std::holds_alternative<plclink::SampleAddress>(address)) {
-        return plchost::OpenMachine(address, "");
+    if (!std::holds_alternative<plclink::SampleAddress>(options.address)) {
+        return plchost::OpenMachine(options.address, options.map, "");
     }
     const auto folder =
         plchost::FindDataFolder(std::filesystem::read_symlink("/proc/self/exe").parent_path());
     if (!folder) {
         return base::Failure{folder.Message()};
     }
-    return plchost::OpenMachine(address, *folder);
+    return plchost::OpenMachine(options.address, options.map, *folder);
 }
 
 int Main(int argc, char** argv)

@@ -38,36 +38,6 @@ std::string DurationError(const std::string& text)
     return ParseDuration(text) ? "" : '"' + text + "\" is no time (100ms, 10s, 5min)";
 }
 
-constexpr const char* modbusForms =
-    "; with --map modbus://HOST[:PORT]/UNIT, modbus-rtu:DEVICE?baud=19200&parity=E&stop=1&unit=1";
-
-std::string MachineError(const std::string& text)
-{
-    if (!plclink::IsModbusAddress(text)) {
-        return plclink::AddressError(text);
-    }
-    const auto device = plclink::ParseModbusAddress(text);
-    return device ? "" : device.Message();
-}
-
-/// Takes the machine that MachineError() has let pass.
-void TakeMachine(Options& options)
-{
-    if (plclink::IsModbusAddress(options.machine)) {
-        if (options.map.empty()) {
-            throw CLI::ValidationError(
-                "--machine", '"' + options.machine + "\" needs a map of its operands: --map FILE");
-        }
-        options.device = *plclink::ParseModbusAddress(options.machine);
-        return;
-    }
-    if (!options.map.empty()) {
-        throw CLI::ValidationError(
-            "--map", '"' + options.machine + "\" needs no map, a Modbus device does");
-    }
-    options.address = *plclink::ParseAddress(options.machine);
-}
-
 /// The words of the command line that have to be looked at together.
 struct Words
 {
@@ -111,7 +81,10 @@ void Combine(const Words& words, Options& options)
     if (wanted != 1) {
         throw CLI::ValidationError("give one of LIST, --read and --write");
     }
-    TakeMachine(options);
+    if (const auto wrong = plclink::MapError(options.machine, options.map); !wrong.empty()) {
+        throw CLI::ValidationError("--machine", wrong);
+    }
+    options.address = *plclink::ParseAddress(options.machine);
     if (!words.read.empty()) {
         options.read = VariableOf("--read", words.read, words.format);
     }
@@ -161,11 +134,10 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     CLI::App app{description, "plcwatch"};
     app.footer(exitStatuses);
     app.add_option("LIST", options.list, "the variable list (*.plc)")->type_name("");
-    app.add_option(
-           "--machine", options.machine, "the machine: " + plclink::AddressForms() + modbusForms)
+    app.add_option("--machine", options.machine, "the machine: " + plclink::AddressForms())
         ->type_name("ADDRESS")
         ->required()
-        ->check(CLI::Validator(MachineError, ""));
+        ->check(CLI::Validator(plclink::AddressError, ""));
     app.add_option("--map", options.map, "which operands lie where in a Modbus device")
         ->type_name("FILE");
     app.add_option("--read", words.read, "print the value of this operand and end")

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "address.h"
-#include "modbus_address.h"
 #include "plcwatch_variable.h"
 
 #include <chrono>
@@ -33,10 +32,9 @@ struct WriteOrder
 /// Exactly one of list, read and write is there.
 struct Options
 {
-    std::string machine;      ///< As it was given.
-    plclink::Address address; ///< Unless there is a device.
-    std::optional<plclink::ModbusAddress> device;
-    std::string map;  ///< Of the device's operands; empty without a device.
+    std::string machine; ///< As it was given.
+    plclink::Address address;
+    std::string map;  ///< Of a device's operands; empty without a device.
     std::string list; ///< Empty: none.
     std::optional<Variable> read;
     std::optional<WriteOrder> write;

@@ -25,7 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string text(Text(data, size));
     const auto address = plclink::ParseAddress(text);
-    if (address) {
+    if (address && std::holds_alternative<plclink::ModbusAddress>(*address)) {
+        Require(plclink::IsModbusAddress(text), "a device has the address of one");
+    } else if (address) {
         Require(TextOf(*address) == text, "an address is taken apart without a loss");
     } else {
         Require(address.Message().find(text) != std::string::npos, "a refusal names the address");

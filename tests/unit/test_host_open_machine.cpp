@@ -17,9 +17,9 @@ namespace {
 using testing::HasSubstr;
 
 /// @return why a machine cannot be opened; empty when it can.
-std::string Refusal(const std::string& address)
+std::string Refusal(const std::string& address, const std::string& map = "")
 {
-    const auto opened = OpenMachine(*plclink::ParseAddress(address), ProjectFile(""));
+    const auto opened = OpenMachine(*plclink::ParseAddress(address), map, ProjectFile(""));
     return opened ? "" : opened.Message();
 }
 
@@ -36,6 +36,18 @@ TEST(OpenMachine, SaysWhichFileCannotBeOpened)
     EXPECT_THAT(Refusal("soft:/nowhere/a.il"), HasSubstr("/nowhere/a.il"));
     EXPECT_THAT(Refusal("recording:/nowhere/a.rec"), HasSubstr("/nowhere/a.rec"));
     EXPECT_THAT(Refusal("recording:" + ProjectFile("README.md")), HasSubstr("is no recording"));
+}
+
+TEST(OpenMachine, OpensADeviceThatIsNotThereButNeedsItsMap)
+{
+    const TempDir dir;
+    const std::string map =
+        dir.Write("oven.map", "[range a]\noperands = MW0..MW8\ntable = holding\nstart = 0\n");
+    const std::string wrong = dir.Write("wrong.map", "[range a]\ntable = x\n");
+
+    EXPECT_EQ(Refusal("modbus://nowhere.invalid/1", map), "");
+    EXPECT_THAT(Refusal("modbus://nowhere.invalid/1", wrong), HasSubstr("wrong.map:2: "));
+    EXPECT_THAT(Refusal("modbus://nowhere.invalid/1", "/nowhere/a"), HasSubstr("/nowhere/a"));
 }
 
 /// Keeps its first value.
@@ -74,7 +86,7 @@ TEST(OpenMachine, ARecordingPlaysByItself)
     const TempDir dir;
     const std::string file = dir.File("run.rec");
     ASSERT_TRUE(base::ReplaceFile(file, OneValueRecorded()));
-    auto opened = OpenMachine(plclink::RecordingAddress{file}, "");
+    auto opened = OpenMachine(plclink::RecordingAddress{file}, "", "");
     ASSERT_TRUE(opened);
     FirstValue value;
     plclink::MachineLink link(*std::move(opened));
@@ -90,7 +102,7 @@ TEST(OpenMachine, ARecordingTakesNoValues)
     const TempDir dir;
     const std::string file = dir.File("run.rec");
     ASSERT_TRUE(base::ReplaceFile(file, OneValueRecorded()));
-    auto opened = OpenMachine(plclink::RecordingAddress{file}, "");
+    auto opened = OpenMachine(plclink::RecordingAddress{file}, "", "");
     ASSERT_TRUE(opened);
     plclink::MachineLink link(*std::move(opened));
     link.Start();

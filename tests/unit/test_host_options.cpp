@@ -142,6 +142,50 @@ TEST(ParseOptions, RefusesAddressesThatAreWrongAndTwoMachinesAtOnce)
         Refusal({"--machine", "recording:a.rec", "--record", "b.rec"}), HasSubstr("--record"));
 }
 
+TEST(ParseOptions, WatchesADeviceWithItsMapAndItsListing)
+{
+    const Parsed parsed = Parse(
+        {"--machine",
+         "modbus://oven.local:1502/7",
+         "--map",
+         "oven.map",
+         "--listing",
+         aFile.c_str()});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    ASSERT_TRUE(options.device);
+    EXPECT_EQ(std::get<plclink::ModbusTcp>(*options.device).host, "oven.local");
+    EXPECT_EQ(options.deviceName, "modbus://oven.local:1502/7");
+    EXPECT_EQ(options.map, "oven.map");
+    EXPECT_EQ(options.listing, aFile);
+}
+
+TEST(ParseOptions, RefusesADeviceThatIsNotWholeAndOneBesideAMachine)
+{
+    const std::vector<const char*> device{"--machine", "modbus://oven/1", "--map", "oven.map"};
+    const auto with = [&device](std::vector<const char*> more) {
+        more.insert(more.begin(), device.begin(), device.end());
+        return Refusal(more);
+    };
+
+    EXPECT_THAT(
+        Refusal({"--machine", "modbus://oven/1"}),
+        HasSubstr("\"modbus://oven/1\" needs a map of its operands: --map FILE"));
+    EXPECT_THAT(
+        Refusal({"--machine", "soft:lift", "--map", "oven.map"}),
+        HasSubstr("\"soft:lift\" needs no map"));
+    EXPECT_THAT(
+        Refusal({"--machine", "modbus://oven", "--map", "oven.map"}),
+        HasSubstr("the right form is modbus://HOST[:PORT]/UNIT"));
+    EXPECT_THAT(Refusal({"--map", "oven.map"}), HasSubstr("--machine"));
+    EXPECT_THAT(
+        Refusal({"--machine", "soft:lift", "--listing", aFile.c_str()}), HasSubstr("--map"));
+    EXPECT_THAT(with({"--program", aFile.c_str()}), HasSubstr("--program"));
+    EXPECT_THAT(with({"--replay", aFile.c_str()}), HasSubstr("--replay"));
+    EXPECT_THAT(with({"--cycle", "5"}), HasSubstr("--cycle"));
+}
+
 TEST(ParseOptions, TakesAPictureOnlyOfARunThatEnds)
 {
     EXPECT_THAT(Refusal({"--screenshot", "a.png"}), HasSubstr("--run"));

@@ -22,6 +22,11 @@ std::string Read(const std::string& text)
         {
             return "recording " + address.file;
         }
+
+        std::string operator()(const ModbusAddress& address)
+        {
+            return std::holds_alternative<ModbusTcp>(address) ? "network" : "serial line";
+        }
     } name;
 
     const auto address = ParseAddress(text);
@@ -46,6 +51,24 @@ TEST(ParseAddress, TakesARecordingByItsPath)
 {
     EXPECT_EQ(Read("recording:run.rec"), "recording run.rec");
     EXPECT_EQ(Read("recording:run"), "recording run");
+}
+
+TEST(ParseAddress, TakesADeviceOnTheNetworkAndOnASerialLine)
+{
+    EXPECT_EQ(Read("modbus://oven:1502/7"), "network");
+    EXPECT_EQ(Read("modbus-rtu:/dev/ttyUSB0?unit=3"), "serial line");
+    EXPECT_THAT(Read("modbus://oven"), HasSubstr("the right form is modbus://HOST[:PORT]/UNIT"));
+}
+
+TEST(MapError, ADeviceNeedsAMapAndNothingElseHasOne)
+{
+    EXPECT_EQ(MapError("modbus://oven/1", "oven.map"), "");
+    EXPECT_EQ(MapError("soft:lift", ""), "");
+    EXPECT_EQ(
+        MapError("modbus-rtu:/dev/ttyUSB0", ""),
+        "\"modbus-rtu:/dev/ttyUSB0\" needs a map of its operands: --map FILE");
+    EXPECT_EQ(
+        MapError("soft:lift", "oven.map"), "\"soft:lift\" needs no map, a Modbus device does");
 }
 
 TEST(ParseAddress, SaysWhatIsWrongAndTheRightForm)

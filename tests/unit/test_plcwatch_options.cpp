@@ -61,8 +61,8 @@ TEST(PlcwatchOptions, TakesADeviceWithItsMap)
 
     ASSERT_TRUE(std::holds_alternative<Options>(parsed));
     const auto& options = std::get<Options>(parsed);
-    ASSERT_TRUE(options.device);
-    EXPECT_EQ(std::get<plclink::ModbusTcp>(*options.device).host, "oven.local");
+    const auto& device = std::get<plclink::ModbusAddress>(options.address);
+    EXPECT_EQ(std::get<plclink::ModbusTcp>(device).host, "oven.local");
     EXPECT_EQ(options.map, "oven.map");
 }
 

@@ -1,0 +1,39 @@
+#include "device_machine.h"
+
+#include "device_window.h"
+
+#include <utility>
+
+namespace plchost {
+
+DeviceMachine::DeviceMachine(
+    std::unique_ptr<plclink::Source> device,
+    std::string name,
+    AnswerSink& answers,
+    std::function<void()> tick,
+    Bridge::Log log)
+    : m_name(std::move(name)), m_link(std::move(device)), m_bridge(answers, m_link, std::move(log)),
+      m_tick(std::move(tick))
+{
+}
+
+void DeviceMachine::OnDebugger(bool open)
+{
+    if (!open) {
+        m_bridge.Forget();
+    }
+}
+
+void DeviceMachine::Start()
+{
+    m_link.Start();
+    m_timers.Every(tickMs, m_tick);
+}
+
+std::unique_ptr<HostWindow>
+DeviceMachine::MakeWindow(const std::string& language, WindowActions actions)
+{
+    return std::make_unique<DeviceWindow>(m_name, language, std::move(actions));
+}
+
+} // namespace plchost
