@@ -12,6 +12,8 @@ std::optional<int> ReadCommandLine(CLI::App& app, int argc, const char* const* a
         const std::string& name = program->get_name();
         return name + ": " + error.what() + " (" + name + " --help tells more)\n";
     });
+    app.set_version_flag(
+        "--version", app.get_name() + " " PLCDEBUG_VERSION, "print the version and exit");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,18 @@ TEST(ReadCommandLine, EndsTheProgramWellWhenItHasHelped)
     EXPECT_EQ(program.Read({"--help"}), 0);
 
     EXPECT_NE(program.out.find("how many"), std::string::npos);
+    EXPECT_EQ(program.errors, "");
+}
+
+TEST(ReadCommandLine, TellsTheVersionAlsoWhenSomethingThatIsRequiredIsMissing)
+{
+    Program program;
+    program.option->required();
+
+    EXPECT_EQ(program.Read({"--version"}), 0);
+
+    EXPECT_TRUE(std::regex_match(program.out, std::regex("counter \\d+\\.\\d+\\.\\d+\n")))
+        << program.out;
     EXPECT_EQ(program.errors, "");
 }
 
