@@ -1,4 +1,6 @@
 #include "child.h"
+#include "devicelink.h"
+#include "modbusserver.h"
 #include "tempdir.h"
 
 #include <gmock/gmock.h>
@@ -17,10 +19,9 @@ using testing::HasSubstr;
 class PlcwatchAtADevice : public testing::Test
 {
 protected:
-    PlcwatchAtADevice() : m_server({"/usr/bin/python3", LINK_TESTS "/modbus_server.py", "tcp", "0"})
+    PlcwatchAtADevice()
+        : m_server({"modbus_server.py", "tcp", "0"}), m_address(TcpAddress(m_server.Port()))
     {
-        const std::string ready = m_server.WaitForLine("ready ");
-        m_address = "modbus://127.0.0.1:" + ready.substr(ready.find(' ') + 1) + "/1";
         m_folder.Write(
             "device.map",
             "[range a]\noperands = MW0..MW98\ntable = holding\nstart = 0\nwrite = yes\n");
@@ -41,8 +42,8 @@ protected:
     }
 
     TempDir m_folder;
-    Child m_server;
-    std::string m_address;
+    const ModbusServer m_server;
+    const std::string m_address;
 };
 
 TEST_F(PlcwatchAtADevice, PrintsTheValuesOfAList)
