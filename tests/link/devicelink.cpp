@@ -44,6 +44,7 @@ void DeviceLink::Watch(const std::vector<std::string>& names)
 void DeviceLink::WaitForValues(const std::map<std::string, std::uint32_t>& values)
 {
     std::vector<std::string> names;
+    names.reserve(values.size());
     for (const auto& [name, value] : values) {
         names.push_back(name);
     }

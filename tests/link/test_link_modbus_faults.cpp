@@ -113,11 +113,13 @@ INSTANTIATE_TEST_SUITE_P(
         "another_protocol",
         "another_unit",
         "another_length",
+        "another_count",
         "another_function",
         "more_registers",
         "fewer_registers",
         "more_bytes",
         "two_answers",
+        "an_answer_and_the_next",
         "byte_by_byte",
         "hanging_up"),
     [](const auto& way) { return std::string(way.param); });
