@@ -4,6 +4,7 @@
 
 using hostcheck::graceTicks;
 using hostcheck::lateTicks;
+using hostcheck::overlookedTicks;
 using hostcheck::silenceTicks;
 using ::testing::HasSubstr;
 
@@ -168,7 +169,7 @@ TEST_F(HostcheckJudge, FindsAnOperandThatIsAnsweredUnderItsFirstKeyOnly)
     Ask(0, "MB4");
     Answer(0, 1);
     Ask(1, "MB4");
-    Wait(lateTicks + 1);
+    Wait(overlookedTicks + 1);
 
     EXPECT_THAT(Found(), HasSubstr("list-change-ignored: MB4 (key 1)"));
 }
@@ -179,7 +180,7 @@ TEST_F(HostcheckJudge, FindsStepsThatAreNotAnsweredAlthoughOthersWere)
     m_judge.Asked(PlcMakePrgStateRequest(5, 9));
     AnswerSteps(5, 9);
     m_judge.Asked(PlcMakePrgStateRequest(10, 12));
-    Wait(lateTicks + 1);
+    Wait(overlookedTicks + 1);
 
     EXPECT_THAT(Found(), HasSubstr("list-change-ignored: the steps 10 to 12"));
 }
@@ -190,7 +191,7 @@ TEST_F(HostcheckJudge, FindsAValueThatWasOnlyToldWhileTheDebuggerOpened)
     Ask(0, "MB4");
     EXPECT_EQ(Answer(0, 1), 0) << "dropped";
     m_judge.EndCreate();
-    Wait(lateTicks + 1);
+    Wait(overlookedTicks + 1);
 
     EXPECT_THAT(Found(), HasSubstr("not-answered-again: MB4 (key 0)"));
 }
@@ -200,7 +201,7 @@ TEST_F(HostcheckJudge, FindsAHostThatAnswersNothing)
     Open();
     Ask(0, "MB4");
     Ask(1, "MB5");
-    Wait(2 * lateTicks);
+    Wait(overlookedTicks + 1);
     EXPECT_EQ(Found(), "") << "there may be no such operands";
     Release(0);
     Wait(1);
@@ -214,7 +215,7 @@ TEST_F(HostcheckJudge, LetsAHostAnswerNothingForAnOperandThatItDoesNotHave)
     Ask(0, "MB4");
     Ask(1, "EB5");
     Answer(0, 1);
-    Wait(lateTicks + 1);
+    Wait(overlookedTicks + 1);
     Release(1);
     Wait(1);
 

@@ -324,7 +324,7 @@ void Judge::JudgeSilence(std::uint16_t key, Variable& variable)
         }
         return;
     }
-    if (!IsOverdue(variable.askedAt)) {
+    if (m_now - variable.askedAt <= overlookedTicks) {
         return;
     }
     variable.silenceTold = true;
@@ -341,7 +341,7 @@ void Judge::JudgeSilence(std::uint16_t key, Variable& variable)
 
 void Judge::JudgeSilence(AskedSteps& asked)
 {
-    if (!asked.answered && m_stepsAnswered && IsOverdue(asked.askedAt)) {
+    if (!asked.answered && m_stepsAnswered && m_now - asked.askedAt > overlookedTicks) {
         asked.silenceTold = true;
         m_report.Find(
             Finding::ListChangeIgnored,

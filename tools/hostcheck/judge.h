@@ -24,6 +24,9 @@ constexpr int graceTicks = 20;
 /// The ticks within which a first value is to come.
 constexpr int lateTicks = 20;
 
+/// The ticks after which what is not answered is taken to be overlooked.
+constexpr int overlookedTicks = 40;
+
 /// The ticks after which a value that has come is to be told again.
 constexpr int silenceTicks = 50;
 
@@ -119,8 +122,6 @@ private:
     void JudgeSilence(std::uint16_t key, Variable& variable);
     void JudgeSilence(AskedSteps& asked);
     void ReleaseSteps();
-
-    bool IsOverdue(int since) const { return m_now - since > lateTicks; }
 
     Report& m_report;
     Life m_life = Life::Never;

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <cstdint>
 #include <cstring>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -15,8 +14,8 @@ namespace {
 constexpr std::size_t requests = 256;
 
 // What the signal handler needs; it is set before the handler.
-std::uintptr_t pagesBegin = 0;
-std::uintptr_t pagesEnd = 0;
+char* pagesBegin = nullptr;
+char* pagesEnd = nullptr;
 std::size_t pageSize = 0;
 struct sigaction formerAction;
 std::atomic<bool> kept{false};
@@ -36,21 +35,19 @@ void PassOn(int signal, siginfo_t* info, void* context)
 /// Opens the page, so that the host goes on and can be judged further.
 void OnViolation(int signal, siginfo_t* info, void* context)
 {
-    const auto place = reinterpret_cast<std::uintptr_t>(info->si_addr);
+    char* const place = static_cast<char*>(info->si_addr);
     if (place < pagesBegin || place >= pagesEnd) {
         PassOn(signal, info, context);
         return;
     }
-    const std::size_t page = (place - pagesBegin) / pageSize;
+    const std::size_t page = static_cast<std::size_t>(place - pagesBegin) / pageSize;
     (page % 2 == 0 ? kept : overread) = true;
-    void* const start = reinterpret_cast<void*>(pagesBegin + page * pageSize);
-    mprotect(start, pageSize, PROT_READ | PROT_WRITE);
+    mprotect(pagesBegin + page * pageSize, pageSize, PROT_READ | PROT_WRITE);
 }
 
 } // namespace
 
-RequestMemory::RequestMemory()
-    : m_page(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))), m_pages(nullptr)
+RequestMemory::RequestMemory() : m_page(static_cast<std::size_t>(sysconf(_SC_PAGESIZE)))
 {
     const std::size_t size = 2 * requests * m_page;
     void* const pages = mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -59,7 +56,7 @@ RequestMemory::RequestMemory()
     }
     m_pages = static_cast<char*>(pages);
     pageSize = m_page;
-    pagesBegin = reinterpret_cast<std::uintptr_t>(m_pages);
+    pagesBegin = m_pages;
     pagesEnd = pagesBegin + size;
     struct sigaction action = {};
     action.sa_sigaction = OnViolation;
@@ -86,8 +83,8 @@ void RequestMemory::Shut(const CMD_DATA* request) const
     if (m_pages == nullptr) {
         return;
     }
-    const auto place = reinterpret_cast<std::uintptr_t>(request);
-    mprotect(reinterpret_cast<void*>(place + sizeof *request - m_page), m_page, PROT_NONE);
+    const auto offset = static_cast<std::size_t>(reinterpret_cast<const char*>(request) - m_pages);
+    mprotect(m_pages + offset / m_page * m_page, m_page, PROT_NONE);
 }
 
 bool RequestMemory::WasKept()

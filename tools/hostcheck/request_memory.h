@@ -31,7 +31,7 @@ public:
 
 private:
     std::size_t m_page;
-    char* m_pages; ///< For each request a page, and one behind it that is never open.
+    char* m_pages = nullptr; ///< For each request a page, and one behind it that is never open.
     std::size_t m_next = 0;
 };
 

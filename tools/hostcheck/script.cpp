@@ -10,8 +10,8 @@ constexpr std::size_t operandsAtFirst = 3;
 
 // In ticks. Between two of them lies enough time to see a host that does not follow.
 constexpr int askTheRest = 5;
-constexpr int change = 40;
-constexpr int stopSteps = 80;
+constexpr int change = 45;
+constexpr int stopSteps = 90;
 constexpr int releaseAll = 120;
 constexpr int startAgain = 150;
 

@@ -32,7 +32,7 @@ void Print(const std::string& line)
 
 std::string PrefixOf(const PLC_DBG_INIT& init)
 {
-    return std::string(init.szPath, strnlen(init.szPath, PLC_PATH_SIZE));
+    return {init.szPath, strnlen(init.szPath, PLC_PATH_SIZE)};
 }
 
 PlcRequestCallback CallbackFor(const PLC_DBG_INIT& host, const CMD_DATA& request)
@@ -72,7 +72,7 @@ CMD_DATA CopyOf(const unsigned char* answer, bool ofSteps)
 StandIn& StandIn::Get()
 {
     // Threads of the host may answer until the very end.
-    static StandIn* const only = new StandIn;
+    static auto* const only = new StandIn;
     return *only;
 }
 
