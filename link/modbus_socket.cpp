@@ -1,6 +1,7 @@
 #include "modbus_socket.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -40,8 +41,10 @@ struct Resolution
     Resolution& operator=(Resolution&&) = delete;
 
     const int done; ///< Readable when the rest is written.
-    int error = 0;  ///< Of getaddrinfo().
     std::vector<Address> addresses{};
+    /// Of getaddrinfo(). Written last and read first: an event does not order the memory of
+    /// threads.
+    std::atomic<int> error{0};
 };
 
 void Signal(int event)
