@@ -41,7 +41,7 @@ void DeviceLink::Watch(const std::vector<std::string>& names)
     }
 }
 
-void DeviceLink::WaitForValues(const std::map<std::string, std::uint32_t>& values)
+void DeviceLink::ExpectValues(const std::map<std::string, std::uint32_t>& values)
 {
     std::vector<std::string> names;
     names.reserve(values.size());
@@ -49,10 +49,16 @@ void DeviceLink::WaitForValues(const std::map<std::string, std::uint32_t>& value
         names.push_back(name);
     }
     Watch(names);
-    for (const auto& [name, value] : values) {
-        EXPECT_TRUE(m_events.WaitForValue(name, value))
-            << name << " is " << m_events.Value(name).value_or(0) << ", not " << value;
-    }
+    std::map<std::string, std::uint32_t> told;
+    EXPECT_TRUE(m_events.WaitFor([&] {
+        for (const std::string& name : names) {
+            if (const auto value = m_events.Value(name)) {
+                told[name] = *value;
+            }
+        }
+        return told.size() == names.size();
+    }));
+    EXPECT_EQ(told, values);
     EXPECT_THAT(m_events.Unreadable(), testing::IsEmpty());
 }
 

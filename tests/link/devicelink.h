@@ -17,8 +17,8 @@ public:
 
     void Watch(const std::vector<std::string>& names);
 
-    /// Watches these operands until each has its value.
-    void WaitForValues(const std::map<std::string, std::uint32_t>& values);
+    /// Watches these operands until each has a value, which has to be this one.
+    void ExpectValues(const std::map<std::string, std::uint32_t>& values);
 
     /// What comes of a write.
     std::string Write(const std::string& name, std::uint32_t value);

@@ -42,7 +42,7 @@ TEST(ModbusDevice, IsReachedByAnAddressOfVersion6)
     DeviceLink link(
         "modbus://[::1]:" + server.Port() + "/1",
         deviceSection + RangeOf("MW0..MW98", "holding", 0, "write = yes\n"));
-    link.WaitForValues({{"MW4", 0x0405}});
+    link.ExpectValues({{"MW4", 0x0405}});
 
     EXPECT_EQ(link.Write("MW4", 4711), "done");
 }

@@ -24,7 +24,7 @@ TEST(ModbusDevice, ThatWasStoppedAndContinuedNeverShowsAWrongValue)
     DeviceLink link(
         TcpAddress(server.Port()),
         deviceSection + RangeOf("MW0..MW98", "holding", 0) + RangeOf("EW0..EW18", "holding", 100));
-    link.WaitForValues({{"MW0", 1}, {"EW0", 0xC8C9}});
+    link.ExpectValues({{"MW0", 1}, {"EW0", 0xC8C9}});
 
     server.Process().Signal(SIGSTOP);
     ASSERT_TRUE(link.Events().WaitForStatus(LinkStatus::Lost));
@@ -44,7 +44,7 @@ TEST(ModbusDevice, ThatWasKilledAndStartedAgainIsFoundAgain)
         std::make_unique<ModbusServer>(std::vector<std::string>{"modbus_server.py", "tcp", "0"});
     const std::string port = server->Port();
     DeviceLink link(TcpAddress(port), deviceSection + RangeOf("MW0..MW98", "holding", 0));
-    link.WaitForValues({{"MW0", 1}});
+    link.ExpectValues({{"MW0", 1}});
 
     server.reset();
     ASSERT_TRUE(link.Events().WaitForStatus(LinkStatus::Lost));

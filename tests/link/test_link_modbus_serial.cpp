@@ -102,7 +102,7 @@ TEST_F(SerialDevice, IsReadAndWritten)
         Address(),
         deviceSection + RangeOf("MW0..MW98", "holding", 0, "write = yes\n") +
             RangeOf("A0.0..A9.7", "coil", 0, "write = yes\n"));
-    link.WaitForValues({{"MW4", 0x0405}, {"MD8", 0x08090A0B}, {"AB0", 0x49}});
+    link.ExpectValues({{"MW4", 0x0405}, {"MD8", 0x08090A0B}, {"AB0", 0x49}});
 
     EXPECT_EQ(link.Write("MW4", 4711), "done");
     EXPECT_EQ(link.Write("M0.0", 1), "done");
@@ -125,7 +125,7 @@ TEST_F(SerialDevice, ThatWasStoppedAndContinuedNeverShowsAWrongValue)
     DeviceLink link(
         Address(),
         deviceSection + RangeOf("MW0..MW18", "holding", 0) + RangeOf("EW0..EW18", "holding", 100));
-    link.WaitForValues({{"MW0", 1}, {"EW0", 0xC8C9}});
+    link.ExpectValues({{"MW0", 1}, {"EW0", 0xC8C9}});
 
     Server().Process().Signal(SIGSTOP);
     ASSERT_TRUE(link.Events().WaitForStatus(LinkStatus::Lost));
@@ -141,7 +141,7 @@ TEST_F(SerialDevice, ThatWasKilledAndStartedAgainIsFoundAgain)
     DeviceLink link(
         Address(),
         deviceSection + RangeOf("MW0..MW18", "holding", 0) + RangeOf("EW0..EW18", "holding", 100));
-    link.WaitForValues({{"MW0", 1}, {"EW0", 0xC8C9}});
+    link.ExpectValues({{"MW0", 1}, {"EW0", 0xC8C9}});
 
     End();
     ASSERT_TRUE(link.Events().WaitForStatus(LinkStatus::Lost));
@@ -165,7 +165,7 @@ TEST_F(SerialDevice, OnALineThatDisturbsAnswersNeverShowsAWrongValue)
             Address(),
             deviceSection + RangeOf("MW0..MW18", "holding", 0) +
                 RangeOf("EW0..EW18", "holding", 100));
-        link.WaitForValues({{"MW0", 1}, {"EW0", 0xC8C9}});
+        link.ExpectValues({{"MW0", 1}, {"EW0", 0xC8C9}});
 
         DisturbAnswers(noise);
 
@@ -182,7 +182,7 @@ TEST_F(SerialDevice, OnALineThatDisturbsRequestsNeverShowsAWrongValue)
             Address(),
             deviceSection + RangeOf("MW0..MW18", "holding", 0) +
                 RangeOf("EW0..EW18", "holding", 100));
-        link.WaitForValues({{"MW0", 1}, {"EW0", 0xC8C9}});
+        link.ExpectValues({{"MW0", 1}, {"EW0", 0xC8C9}});
 
         DisturbRequests(noise); // behind which a device may find the request all the same
 

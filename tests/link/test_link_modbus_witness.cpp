@@ -186,7 +186,7 @@ TEST(ModbusWitness, ReadsInRegistersWhatEveryOperandOfEveryOrderIs)
             }
 
             DeviceLink link(TcpAddress(server.Port()), map);
-            link.WaitForValues(values);
+            link.ExpectValues(values);
         }
     }
 }
@@ -208,7 +208,7 @@ TEST(ModbusWitness, ReadsInBitsWhatEveryOperandIs)
         }
 
         DeviceLink link(TcpAddress(server.Port()), map);
-        link.WaitForValues(values);
+        link.ExpectValues(values);
     }
 }
 
@@ -293,7 +293,7 @@ TEST(ModbusWitness, WritesWhatTheLinkTells)
     DeviceLink link(
         TcpAddress(server.Port()),
         deviceSection + RangeOf("MW0..MW98", "holding", 0) + RangeOf("A0.0..A9.7", "coil", 0));
-    link.WaitForValues({{"MW20", 0x1415}, {"AB0", 0x49}});
+    link.ExpectValues({{"MW20", 0x1415}, {"AB0", 0x49}});
 
     EXPECT_THAT(MbpollWrite(server.Port(), holding, 10, 4711), HasSubstr("Written 1 references"));
     EXPECT_THAT(MbpollWrite(server.Port(), coils, 7, 1), HasSubstr("Written 1 references"));
