@@ -6,18 +6,15 @@
  * LIBRARY is the path of libplcdebug.so. PREFIX is a path prefix: the debugger keeps its settings
  * in plcdebug.ini beside it and reads PREFIX_plcdbgi.dat. With SECONDS the program ends by itself.
  * Everything here runs on one thread, the one with the GTK main loop. */
-#include "plcdebug_host.h"
+#include "plcdebug_loader.h"
 
 #include <gtk/gtk.h>
 
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-static PlcCreateExport createDebugger;
-static PlcDestroyExport destroyDebugger;
-static PlcAnswerExport answerReadVar;
+static PLC_DEBUGGER debugger;
 static PLC_DBG_INIT init;
 
 static uint8_t memory[64];
@@ -70,7 +67,7 @@ static gboolean OnTick(gpointer unused)
     for (unsigned key = 0; key <= UINT16_MAX; ++key) {
         if (watched[key]) {
             CMD_DATA answer = PlcMakeReadAnswer((uint16_t)key, *watched[key]);
-            if (answerReadVar((unsigned char*)&answer)) {
+            if (debugger.answerReadVar((unsigned char*)&answer)) {
                 ++taken;
             } else {
                 watched[key] = NULL;
@@ -83,8 +80,8 @@ static gboolean OnTick(gpointer unused)
 /* Destroy is harmless without a window, and due after the operator has closed it himself. */
 static void OnOpen(void)
 {
-    destroyDebugger();
-    createDebugger(&init);
+    debugger.destroy();
+    debugger.create(&init);
 }
 
 static gboolean QuitOwnLoop(gpointer unused)
@@ -102,7 +99,7 @@ static gboolean QuitOwnLoop(gpointer unused)
  * only one again. */
 static void Quit(void)
 {
-    destroyDebugger();
+    debugger.destroy();
     g_timeout_add(10, QuitOwnLoop, NULL);
 }
 
@@ -114,29 +111,18 @@ static gboolean OnEnd(gpointer unused)
 }
 
 /* The debugger needs a program debug file with at least one block; this one has no lines. */
-static int WriteDebugFile(void)
+static int WriteDebugFile(char why[PLC_WHY_SIZE])
 {
-    unsigned char content[72] = {[8] = 12, [12] = 1, [16] = 'P'}; /* index at 12, 1 block, "P" */
-    char* path = g_strconcat(init.szPath, "_plcdbgi.dat", NULL);
-    int done = g_file_set_contents(path, (const char*)content, sizeof content, NULL);
-    g_free(path);
-    return done;
-}
-
-static int Load(const char* path)
-{
-    void* library = dlopen(path, RTLD_NOW);
-    if (!library) {
-        return 0;
-    }
-    *(void**)&createDebugger = dlsym(library, "ExportCreatePlcDebugger");
-    *(void**)&destroyDebugger = dlsym(library, "ExportDestroyPlcDebugger");
-    *(void**)&answerReadVar = dlsym(library, "ExportAnswerReadVar");
-    return createDebugger && destroyDebugger && answerReadVar;
+    unsigned char content[PLC_EMPTY_DEBUG_FILE_SIZE];
+    char path[PLC_DEBUG_FILE_PATH_SIZE];
+    PlcMakeEmptyDebugFile("P", content);
+    PlcDebugFilePath(init.szPath, path);
+    return PlcWriteDebugFile(path, content, sizeof content, why);
 }
 
 int main(int argc, char** argv)
 {
+    char why[PLC_WHY_SIZE];
     gtk_init(NULL, NULL);
     if (argc < 3 || strlen(argv[2]) >= sizeof init.szPath) {
         fprintf(stderr, "usage: minimal_host LIBRARY PREFIX [SECONDS]\n");
@@ -146,12 +132,8 @@ int main(int argc, char** argv)
     init.pfnReadVarRequest = OnReadVar;
     init.pfnWriteVarRequest = OnWriteVar;
     init.pfnDeleteVarRequest = OnDeleteVar;
-    if (!Load(argv[1])) {
-        fprintf(stderr, "minimal_host: %s\n", dlerror());
-        return 1;
-    }
-    if (!WriteDebugFile()) {
-        fprintf(stderr, "minimal_host: cannot write %s_plcdbgi.dat\n", argv[2]);
+    if (!PlcLoad(argv[1], &debugger, why) || !WriteDebugFile(why)) {
+        fprintf(stderr, "minimal_host: %s\n", why);
         return 1;
     }
 

@@ -1,7 +1,6 @@
 #include "loader.h"
 
 #include <array>
-#include <dlfcn.h>
 #include <filesystem>
 
 namespace plchost {
@@ -9,18 +8,6 @@ namespace plchost {
 namespace {
 
 constexpr const char* libraryName = "libplcdebug.so";
-
-template <typename Export> bool Resolve(void* library, const char* name, Export& function)
-{
-    // POSIX promises that the address that dlsym() returns can be called as a function.
-    function = reinterpret_cast<Export>(dlsym(library, name));
-    return function != nullptr;
-}
-
-std::string FileName(const std::string& path)
-{
-    return std::filesystem::path(path).filename().string();
-}
 
 } // namespace
 
@@ -61,34 +48,12 @@ base::Result<std::string> FindDataFolder(const std::string& programFolder)
 
 base::Result<Plugin> LoadPlugin(const std::string& path)
 {
-    std::error_code ignored;
-    if (!std::filesystem::exists(path, ignored)) {
-        return base::Failure{"no file \"" + path + "\" (name the library with --plugin PATH)"};
-    }
-
-    // A path without a slash would send dlopen() to the system's folders.
+    Plugin plugin{{}, path};
+    std::array<char, PLC_WHY_SIZE> why{};
+    // A path without a slash would send it to the system's folders.
     const std::string absolute = std::filesystem::absolute(path).string();
-    void* const library = dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-        return base::Failure{
-            std::string("cannot load the library: ") + dlerror() +
-            " (is it built for this architecture, and is everything installed that it needs?)"};
-    }
-
-    Plugin plugin{path, nullptr, nullptr, nullptr, nullptr};
-    const char* missing = nullptr;
-    if (!Resolve(library, "ExportCreatePlcDebugger", plugin.create)) {
-        missing = "ExportCreatePlcDebugger";
-    } else if (!Resolve(library, "ExportDestroyPlcDebugger", plugin.destroy)) {
-        missing = "ExportDestroyPlcDebugger";
-    } else if (!Resolve(library, "ExportAnswerReadVar", plugin.answerReadVar)) {
-        missing = "ExportAnswerReadVar";
-    } else if (!Resolve(library, "ExportAnswerProgState", plugin.answerProgramState)) {
-        missing = "ExportAnswerProgState";
-    }
-    if (missing != nullptr) {
-        return base::Failure{
-            FileName(path) + " has no symbol \"" + missing + "\" (is it an older library?)"};
+    if (PlcLoad(absolute.c_str(), &plugin, why.data()) == 0) {
+        return base::Failure{std::string(why.data()) + " (--plugin PATH names another library)"};
     }
     return plugin;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plcdebug_host.h"
+#include "plcdebug_loader.h"
 #include "result.h"
 
 #include <string>
@@ -10,13 +10,9 @@
 namespace plchost {
 
 /// A loaded debugger library. It stays loaded until the process ends.
-struct Plugin
+struct Plugin : PLC_DEBUGGER
 {
     std::string path;
-    PlcCreateExport create;
-    PlcDestroyExport destroy;
-    PlcAnswerExport answerReadVar;
-    PlcAnswerExport answerProgramState;
 };
 
 /// The library that belongs to a program: the first of ../lib, the multi-architecture folder in it

@@ -26,6 +26,12 @@ bool PluginAnswers::Answer(AnswerKind kind, const CMD_DATA* answer)
     return send(reinterpret_cast<unsigned char*>(&copy)) != 0;
 }
 
+bool PluginAnswers::AreTaken()
+{
+    const std::lock_guard lock(m_mutex);
+    return !m_shut && PlcTakesAnswers(&m_plugin) != 0;
+}
+
 void PluginAnswers::Shut()
 {
     const std::lock_guard lock(m_mutex);
@@ -99,16 +105,9 @@ void DebuggerSession::Poll()
     m_pollsWithoutWindow = m_anyWindow() ? 0 : m_pollsWithoutWindow + 1;
     // After the close box an answer is refused. After the menu's Exit the debugger is hidden and
     // still takes answers; only its windows tell.
-    if (!IsAnswered() || m_pollsWithoutWindow >= pollsWithoutWindowLimit) {
+    if (!m_answers.AreTaken() || m_pollsWithoutWindow >= pollsWithoutWindowLimit) {
         Close();
     }
-}
-
-/// Asks with an answer for no step at all, which no request can ever match.
-bool DebuggerSession::IsAnswered()
-{
-    const CMD_DATA nothing = PlcMakePrgStateAnswer(1, 0, nullptr, nullptr);
-    return m_answers.Answer(AnswerKind::ProgramState, &nothing);
 }
 
 } // namespace plchost

@@ -23,6 +23,9 @@ public:
 
     bool Answer(AnswerKind kind, const CMD_DATA* answer) override;
 
+    /// Whether a debugger is there for them.
+    bool AreTaken();
+
     /// Drops answers from now on, and waits for the one under way: nothing may be answered while
     /// the debugger is destroyed.
     void Shut();
@@ -66,7 +69,6 @@ public:
 
 private:
     void Leave();
-    bool IsAnswered();
 
     const Plugin& m_plugin;
     PluginAnswers& m_answers;

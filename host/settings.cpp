@@ -2,9 +2,9 @@
 
 #include "file.h"
 #include "ini.h"
-#include "plcdebug_host.h"
+#include "plcdebug_loader.h"
 
-#include <cstdint>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -108,21 +108,11 @@ base::Result<void> ReplaceConfigFile(const std::string& file, std::string_view c
 
 base::Result<void> CheckDebugFile(const std::string& file)
 {
-    constexpr std::int64_t indexOffsetAt = 8;
-    constexpr const char* cure = " (start the host anew, it writes the file from its program)";
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        return base::Failure{"no program debug file \"" + file + "\"" + cure};
-    }
-    const auto numberAt = [&in](std::int64_t offset) {
-        std::int32_t number = 0;
-        in.seekg(offset);
-        in.read(reinterpret_cast<char*>(&number), sizeof number);
-        return in ? number : 0;
-    };
-    const std::int32_t index = numberAt(indexOffsetAt);
-    if (index <= 0 || numberAt(index) <= 0) {
-        return base::Failure{"the program debug file \"" + file + "\" holds no block" + cure};
+    std::array<char, PLC_WHY_SIZE> why{};
+    if (PlcCheckDebugFile(file.c_str(), why.data()) == 0) {
+        return base::Failure{
+            std::string(why.data()) +
+            " (start the host anew, it writes the file from its program)"};
     }
     return {};
 }

@@ -98,7 +98,7 @@ struct SessionTest : testing::Test
     FakeLibrary fake;
     bool window = true;
     int changes = 0;
-    Plugin plugin{"", &Create, &Destroy, &TakeValue, &TakeProgramState};
+    Plugin plugin{{&Create, &Destroy, &TakeValue, &TakeProgramState}, ""};
     PluginAnswers answers{plugin};
     DebuggerSession session{plugin, answers, [this] { return window; }, [this] { ++changes; }};
 };

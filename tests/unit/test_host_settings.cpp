@@ -1,3 +1,4 @@
+#include "debugfile.h"
 #include "messageof.h"
 #include "settings.h"
 #include "tempdir.h"
@@ -10,6 +11,7 @@
 namespace plchost {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 TEST(FilesIn, AreWhatTheDebuggerDerivesFromThePrefix)
@@ -144,35 +146,23 @@ TEST_F(SeedWatchListTest, TellsWhenThereIsNoSample)
     EXPECT_EQ(dir.Read("plcdebug.ini"), "");
 }
 
-std::string DebugFile(std::uint8_t index, std::uint8_t blocks)
-{
-    std::string bytes(16, '\0');
-    bytes[8] = static_cast<char>(index);
-    bytes[12] = static_cast<char>(blocks);
-    return bytes;
-}
-
 TEST(CheckDebugFile, TakesAFileWithOneBlock)
 {
     const TempDir dir;
 
-    EXPECT_TRUE(CheckDebugFile(dir.Write("d", DebugFile(12, 1))));
+    EXPECT_TRUE(CheckDebugFile(dir.Write("d", DebugFile({{"OB1"}}))));
 }
 
-TEST(CheckDebugFile, RefusesAMissingFile)
-{
-    EXPECT_THAT(
-        MessageOf(CheckDebugFile("/nowhere/d")), HasSubstr("no program debug file \"/nowhere/d\""));
-}
-
-TEST(CheckDebugFile, RefusesAFileWithoutABlock)
+TEST(CheckDebugFile, SaysHowToMendAFileThatTheDebuggerCannotOpenOn)
 {
     const TempDir dir;
 
-    for (const std::string& bytes :
-         {DebugFile(12, 0), DebugFile(0, 1), DebugFile(12, 1).substr(0, 14), std::string()}) {
-        EXPECT_THAT(MessageOf(CheckDebugFile(dir.Write("d", bytes))), HasSubstr("holds no block"));
-    }
+    EXPECT_THAT(
+        MessageOf(CheckDebugFile("/nowhere/d")),
+        AllOf(HasSubstr("no program debug file \"/nowhere/d\""), HasSubstr("start the host anew")));
+    EXPECT_THAT(
+        MessageOf(CheckDebugFile(dir.Write("d", ""))),
+        AllOf(HasSubstr("holds no block"), HasSubstr("start the host anew")));
 }
 
 } // namespace
