@@ -13,6 +13,7 @@
 #include <wx/filedlg.h>
 #include <wx/sizer.h>
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -259,6 +260,17 @@ void PlcDebugFrame::OnSize(wxSizeEvent& event)
     const wxSize opened(frameWidth, frameHeight);
     if (GetSize() != opened && SizeInsideBorders(*this) == m_openedInside) {
         CallAfter([this, opened] { SetSize(opened); });
+    }
+    KeepRoomForPages(); // what menu and status bar take is known by now
+}
+
+void PlcDebugFrame::KeepRoomForPages()
+{
+    // In less the toolkit complains of its own notebook and scroll bars, which ends some hosts.
+    wxSize smallest = ClientToWindowSize(GetSizer()->CalcMin());
+    smallest.y = std::min(smallest.y, GetMaxHeight());
+    if (GetMinSize() != smallest) {
+        SetMinSize(smallest);
     }
 }
 

@@ -66,6 +66,7 @@ private:
     void OnMenuQuit(wxCommandEvent& event);
     void OnTimer(wxTimerEvent& event);
     void OnSize(wxSizeEvent& event);
+    void KeepRoomForPages();
     void OnHostWindowDestroyed(wxWindowDestroyEvent& event);
 
     PLC_DBG_INIT m_init;

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int smallestList = 64; ///< In pixels each way: room for two scroll bars.
+
 /// Lets a press find what lies under the pointer now. The toolkit goes by the last movement of the
 /// pointer, and an assert fires when the edge of a column that lay there then has moved away.
 void FindEdgeAtPress(wxWindow& window)
@@ -62,6 +64,7 @@ void PaintNothingInVain(wxGrid& grid)
 
 void SetUpList(wxGrid& grid)
 {
+    grid.SetMinSize({smallestList, smallestList});
     grid.SetWindowStyle(wxSUNKEN_BORDER);
     grid.SetDefaultCellAlignment(wxALIGN_LEFT, wxALIGN_CENTRE);
     // A number that is cut between its digits reads as another number.

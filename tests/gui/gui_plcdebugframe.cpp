@@ -58,6 +58,27 @@ TEST_F(DebugFrame, IsAsLargeAsItIsToBe)
     EXPECT_EQ(host.tallFrameCalls, 3);
 }
 
+TEST_F(DebugFrame, KeepsRoomForBothListsHoweverSmallItIsMade)
+{
+    Configure();
+    Open();
+    for (std::size_t page = 0; page < notebook->GetPageCount(); ++page) {
+        notebook->SetSelection(page);
+        frame->SetSize(600, 480);
+        ASSERT_TRUE(WaitFor("large", [this] { return frame->GetSize() == wxSize(600, 480); }));
+        RunPending();
+
+        // As the edge of the window is dragged; where its room ends the toolkit complains.
+        gtk_window_resize(GTK_WINDOW(frame->GetHandle()), 1, 1);
+
+        ASSERT_TRUE(WaitFor("small", [this] { return frame->GetSize() == frame->GetMinSize(); }));
+        RunPending();
+        const auto* list = FirstOf<wxGrid>(*notebook->GetPage(page));
+        EXPECT_GE(list->GetSize().GetWidth(), 64) << page;
+        EXPECT_GE(list->GetSize().GetHeight(), 64) << page;
+    }
+}
+
 TEST_F(DebugFrame, IsAsLargeAgainWhenADialogHasBeenShownAndLaterAsTheOperatorWantsIt)
 {
     Configure();

@@ -266,7 +266,7 @@ TEST_F(VarGrid, GivesItsLastColumnWhatThePageLeaves)
 
 TEST_F(VarGrid, KeepsItsLastColumnVisibleOnAVeryNarrowPage)
 {
-    Resize(150, 300);
+    Resize(200, 300);
     Answer(2, -2000000000);
     RunPending();
 
