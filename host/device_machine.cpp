@@ -12,8 +12,8 @@ DeviceMachine::DeviceMachine(
     AnswerSink& answers,
     std::function<void()> tick,
     Bridge::Log log)
-    : m_name(std::move(name)), m_link(std::move(device)), m_bridge(answers, m_link, std::move(log)),
-      m_tick(std::move(tick))
+    : m_name(std::move(name)), m_link(std::move(device)), m_bridge(answers, m_link, log),
+      m_monitor(m_link, std::move(log)), m_tick(std::move(tick))
 {
 }
 
@@ -33,7 +33,7 @@ void DeviceMachine::Start()
 std::unique_ptr<HostWindow>
 DeviceMachine::MakeWindow(const std::string& language, WindowActions actions)
 {
-    return std::make_unique<DeviceWindow>(m_name, language, std::move(actions));
+    return std::make_unique<DeviceWindow>(m_name, m_monitor, language, std::move(actions));
 }
 
 } // namespace plchost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bridge.h"
+#include "link_monitor.h"
 #include "machine.h"
 #include "machine_link.h"
 #include "timers.h"
@@ -38,6 +39,7 @@ private:
     const std::string m_name;
     plclink::MachineLink m_link;
     Bridge m_bridge;
+    LinkMonitor m_monitor;
     const std::function<void()> m_tick;
     Timers m_timers;
 };

@@ -5,13 +5,17 @@
 namespace plchost {
 
 DeviceWindow::DeviceWindow(
-    const std::string& name, const std::string& language, WindowActions actions)
-    : HostWindow(std::move(actions))
+    const std::string& name,
+    LinkMonitor& monitor,
+    const std::string& language,
+    WindowActions actions)
+    : HostWindow(monitor, std::move(actions))
 {
     set_title(name);
     m_noStates.set_line_wrap(true);
     m_noStates.set_xalign(0);
     Body().pack_start(m_noStates, Gtk::PACK_EXPAND_WIDGET);
+    Link().OpenTable();
     ShowAll(language);
 }
 

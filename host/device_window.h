@@ -14,7 +14,12 @@ class DeviceWindow : public HostWindow
 {
 public:
     /// @param name of the device.
-    DeviceWindow(const std::string& name, const std::string& language, WindowActions actions);
+    /// @param monitor outlives the window.
+    DeviceWindow(
+        const std::string& name,
+        LinkMonitor& monitor,
+        const std::string& language,
+        WindowActions actions);
 
     void Refresh() override {}
 

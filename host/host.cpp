@@ -120,6 +120,7 @@ int Host::Run()
     m_timers.Every(pollMs, [this] {
         CheckThreads();
         CheckRecorder();
+        m_window->RefreshLink();
         m_session.Poll();
     });
     m_timers.WhenIdle([this] { Begin(); });

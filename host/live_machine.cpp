@@ -8,7 +8,8 @@ namespace plchost {
 
 LiveMachine::LiveMachine(
     std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, Bridge::Log log)
-    : m_plant(plc->Machine()), m_link(std::move(plc)), m_bridge(answers, m_link, std::move(log))
+    : m_plant(plc->Machine()), m_link(std::move(plc)), m_bridge(answers, m_link, log),
+      m_monitor(m_link, std::move(log))
 {
 }
 
@@ -22,7 +23,7 @@ void LiveMachine::OnDebugger(bool open)
 std::unique_ptr<HostWindow>
 LiveMachine::MakeWindow(const std::string& language, WindowActions actions)
 {
-    return std::make_unique<LiveWindow>(m_plant, language, std::move(actions));
+    return std::make_unique<LiveWindow>(m_plant, m_monitor, language, std::move(actions));
 }
 
 } // namespace plchost

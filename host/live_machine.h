@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bridge.h"
+#include "link_monitor.h"
 #include "machine.h"
 #include "machine_link.h"
 #include "soft_plc.h"
@@ -31,6 +32,7 @@ private:
     plclink::Plant& m_plant; ///< Belongs to the link.
     plclink::MachineLink m_link;
     Bridge m_bridge;
+    LinkMonitor m_monitor;
 };
 
 } // namespace plchost

@@ -1,5 +1,7 @@
 #include "live_window.h"
 
+#include "looks.h"
+
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -9,12 +11,6 @@ namespace plchost {
 namespace {
 
 constexpr std::size_t timeTextSize = 32;
-
-Glib::ustring Badge(const char* text, bool running)
-{
-    return Glib::ustring("<span foreground='white' weight='bold' background='") +
-           (running ? "#29ad61" : "#c0392b") + "'>  " + text + "  </span>";
-}
 
 std::string Milliseconds(std::chrono::microseconds time)
 {
@@ -26,8 +22,9 @@ std::string Milliseconds(std::chrono::microseconds time)
 
 } // namespace
 
-LiveWindow::LiveWindow(plclink::Plant& plant, const std::string& language, WindowActions actions)
-    : HostWindow(std::move(actions)), m_plant(plant), m_panel(plant)
+LiveWindow::LiveWindow(
+    plclink::Plant& plant, LinkMonitor& monitor, const std::string& language, WindowActions actions)
+    : HostWindow(monitor, std::move(actions)), m_plant(plant), m_panel(plant)
 {
     m_start.signal_clicked().connect([this] { m_plant.Start(); });
     m_stop.signal_clicked().connect([this] { m_plant.Stop(); });
@@ -65,7 +62,7 @@ void LiveWindow::RefreshState()
 {
     const plc::ControllerStatus status = m_plant.Status();
     m_state.set_markup(
-        Badge(status.running ? m_texts->running : m_texts->standing, status.running));
+        status.running ? Badge(m_texts->running, goodColour) : Badge(m_texts->standing, badColour));
     m_start.set_sensitive(!status.running);
     m_stop.set_sensitive(status.running);
     if (status.stopped) {

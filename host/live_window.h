@@ -17,8 +17,12 @@ namespace plchost {
 class LiveWindow : public HostWindow
 {
 public:
-    /// @param plant outlives the window.
-    LiveWindow(plclink::Plant& plant, const std::string& language, WindowActions actions);
+    /// @param plant and monitor outlive the window.
+    LiveWindow(
+        plclink::Plant& plant,
+        LinkMonitor& monitor,
+        const std::string& language,
+        WindowActions actions);
 
     /// Shows the plant as it is now.
     void Refresh() override;

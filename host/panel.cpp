@@ -1,5 +1,6 @@
 #include "panel.h"
 
+#include "looks.h"
 #include "texts.h"
 
 #include <glibmm/markup.h>
@@ -8,8 +9,6 @@ namespace plchost {
 
 namespace {
 
-constexpr int gap = 8;
-constexpr int rowGap = 4;
 constexpr const char* lit = "<span foreground='#29ad61' size='x-large'>\u25CF</span>";
 constexpr const char* dark = "<span foreground='#c4c9d0' size='x-large'>\u25CF</span>";
 

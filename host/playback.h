@@ -29,6 +29,8 @@ public:
     void Write(const plc::Operand& operand, std::uint32_t value, plclink::WriteDone done) override;
     void WatchSteps(std::optional<plc::StepRange> range) override;
 
+    std::chrono::milliseconds TurnTime() const override { return m_player.TurnTime(); }
+
     bool TellsEveryReading() const override { return m_player.TellsEveryReading(); }
 
 private:

@@ -1,5 +1,6 @@
 #include "player.h"
 
+#include "machine_link.h"
 #include "record.h"
 
 #include <algorithm>
@@ -88,6 +89,11 @@ void Player::WatchSteps(std::optional<plc::StepRange> range)
     if (range) {
         m_steps = Steps{*range};
     }
+}
+
+std::chrono::milliseconds Player::TurnTime() const
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(plclink::refreshTime / m_speed);
 }
 
 std::chrono::microseconds Player::Length() const

@@ -31,6 +31,9 @@ public:
     void Write(const plc::Operand& operand, std::uint32_t value, plclink::WriteDone done) override;
     void WatchSteps(std::optional<plc::StepRange> range) override;
 
+    /// Values that do not change are recorded that often.
+    std::chrono::milliseconds TurnTime() const override;
+
     /// What was recorded has been worth an answer, also when nothing had changed.
     bool TellsEveryReading() const override { return true; }
 

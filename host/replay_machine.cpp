@@ -11,8 +11,8 @@ ReplayMachine::ReplayMachine(
     AnswerSink& answers,
     std::function<void()> tick,
     Bridge::Log log)
-    : m_player(*player), m_link(std::move(player)), m_bridge(answers, m_link, std::move(log)),
-      m_tick(std::move(tick))
+    : m_player(*player), m_link(std::move(player)), m_bridge(answers, m_link, log),
+      m_monitor(m_link, std::move(log)), m_tick(std::move(tick))
 {
 }
 
@@ -39,7 +39,7 @@ void ReplayMachine::Start()
 std::unique_ptr<HostWindow>
 ReplayMachine::MakeWindow(const std::string& language, WindowActions actions)
 {
-    return std::make_unique<ReplayWindow>(m_player, language, std::move(actions));
+    return std::make_unique<ReplayWindow>(m_player, m_monitor, language, std::move(actions));
 }
 
 } // namespace plchost

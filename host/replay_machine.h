@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bridge.h"
+#include "link_monitor.h"
 #include "machine.h"
 #include "machine_link.h"
 #include "player.h"
@@ -37,6 +38,7 @@ private:
     Player& m_player; ///< Belongs to the link.
     plclink::MachineLink m_link;
     Bridge m_bridge;
+    LinkMonitor m_monitor;
     const std::function<void()> m_tick;
     bool m_isPlaying = false;
     Timers m_timers;

@@ -25,14 +25,16 @@ double Fraction(std::chrono::microseconds part, std::chrono::microseconds whole)
 
 } // namespace
 
-ReplayWindow::ReplayWindow(Player& player, const std::string& language, WindowActions actions)
-    : HostWindow(std::move(actions)), m_player(player)
+ReplayWindow::ReplayWindow(
+    Player& player, LinkMonitor& monitor, const std::string& language, WindowActions actions)
+    : HostWindow(monitor, std::move(actions)), m_player(player)
 {
     m_rewind.signal_clicked().connect([this] { m_player.Rewind(); });
     Head().pack_start(m_rewind, Gtk::PACK_SHRINK);
     m_progress.set_show_text(true);
     m_progress.set_size_request(progressWidth);
     Body().pack_start(m_progress, Gtk::PACK_EXPAND_WIDGET);
+    Link().OpenTable();
     ShowAll(language);
 }
 

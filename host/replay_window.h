@@ -15,8 +15,9 @@ namespace plchost {
 class ReplayWindow : public HostWindow
 {
 public:
-    /// @param player outlives the window.
-    ReplayWindow(Player& player, const std::string& language, WindowActions actions);
+    /// @param player and monitor outlive the window.
+    ReplayWindow(
+        Player& player, LinkMonitor& monitor, const std::string& language, WindowActions actions);
 
     /// Shows how far the recording has been played.
     void Refresh() override;

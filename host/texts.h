@@ -29,8 +29,23 @@ struct HostTexts
     const char* noProcess;
     const char* recording; ///< Title of a recording's window.
     const char* fromStart; ///< Button.
-    const char* noStates;  ///< Of a device.
-    const char* noListing; ///< Stands in the listing of a device; ASCII.
+    const char* link;
+    const char* linkConnecting; ///< State of the link, as the next four.
+    const char* linkRunning;
+    const char* linkSlow;
+    const char* linkLost;
+    const char* linkRefused;
+    const char* answersPerSecond; ///< Unit.
+    const char* watchedOperands;
+    const char* oldOnes; ///< Of the operands.
+    const char* operand; ///< Column, as the next three.
+    const char* value;
+    const char* age;
+    const char* note;
+    const char* oldSince;   ///< A time of day follows.
+    const char* lastValues; ///< What the debugger's rows do not tell.
+    const char* noStates;   ///< Of a device.
+    const char* noListing;  ///< Stands in the listing of a device; ASCII.
 };
 
 /// English for a language that the host does not speak.

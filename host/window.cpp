@@ -1,5 +1,7 @@
 #include "window.h"
 
+#include "looks.h"
+
 #include <glibmm/fileutils.h>
 
 #include <exception>
@@ -8,14 +10,8 @@
 
 namespace plchost {
 
-namespace {
-
-constexpr int gap = 8;
-
-} // namespace
-
-HostWindow::HostWindow(WindowActions actions)
-    : m_actions(std::move(actions)), m_all(Gtk::ORIENTATION_VERTICAL),
+HostWindow::HostWindow(LinkMonitor& monitor, WindowActions actions)
+    : m_monitor(monitor), m_actions(std::move(actions)), m_all(Gtk::ORIENTATION_VERTICAL),
       m_head(Gtk::ORIENTATION_HORIZONTAL, gap), m_body(Gtk::ORIENTATION_HORIZONTAL, gap)
 {
     BuildProblem();
@@ -24,6 +20,7 @@ HostWindow::HostWindow(WindowActions actions)
     m_all.pack_start(m_head, Gtk::PACK_SHRINK);
     m_all.pack_start(m_problem, Gtk::PACK_SHRINK);
     m_all.pack_start(m_body, Gtk::PACK_EXPAND_WIDGET);
+    m_all.pack_start(m_link, Gtk::PACK_SHRINK);
     add(m_all);
 }
 
@@ -37,6 +34,7 @@ void HostWindow::ShowAll(const std::string& language)
     });
     Refresh();
     show_all_children();
+    RefreshLink();
     m_problem.hide();
 }
 
@@ -70,8 +68,14 @@ void HostWindow::SetLanguage(const std::string& language)
     m_texts = &TextsIn(language);
     m_languageName.set_text(m_texts->language);
     m_languages.set_tooltip_text(m_texts->languageHint);
+    m_link.SetTexts(*m_texts);
     SetTexts(*m_texts, language);
     ShowDebugger(m_debuggerOpen);
+}
+
+void HostWindow::RefreshLink()
+{
+    m_link.Show(m_monitor.Look());
 }
 
 void HostWindow::ShowDebugger(bool open)

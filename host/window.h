@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link_monitor.h"
+#include "link_panel.h"
 #include "texts.h"
 
 #include <gtkmm/box.h>
@@ -28,6 +30,8 @@ class HostWindow : public Gtk::Window
 public:
     /// To be called some times each second.
     virtual void Refresh() = 0;
+    /// To be called some times each second, less often.
+    void RefreshLink();
     void ShowDebugger(bool open);
     /// Shows a message until the operator closes it.
     void ShowProblem(const std::string& message);
@@ -36,7 +40,8 @@ public:
     bool SavePicture(const std::string& file);
 
 protected:
-    explicit HostWindow(WindowActions actions);
+    /// @param monitor outlives the window.
+    HostWindow(LinkMonitor& monitor, WindowActions actions);
 
     /// The last step of a derived window's constructor.
     void ShowAll(const std::string& language);
@@ -47,6 +52,9 @@ protected:
     /// The room below the problems.
     Gtk::Box& Body() { return m_body; }
 
+    /// The row below that room.
+    LinkPanel& Link() { return m_link; }
+
     /// Writes a derived window's own words.
     virtual void SetTexts(const HostTexts& texts, const std::string& language) = 0;
 
@@ -55,6 +63,7 @@ private:
     void BuildProblem();
     void SetLanguage(const std::string& language);
 
+    LinkMonitor& m_monitor;
     const WindowActions m_actions;
     const HostTexts* m_texts = nullptr; ///< Lives as long as the program.
     bool m_debuggerOpen = false;
@@ -67,6 +76,7 @@ private:
     Gtk::ComboBoxText m_languages;
     Gtk::Button m_debugger;
     Gtk::Box m_body;
+    LinkPanel m_link;
 };
 
 } // namespace plchost

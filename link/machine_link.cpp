@@ -79,6 +79,22 @@ std::optional<Reading> MachineLink::Newest(const plc::Operand& operand) const
     return place ? m_slots[*place].newest : std::nullopt;
 }
 
+std::vector<WatchedOperand> MachineLink::Watched() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<WatchedOperand> watched;
+    for (std::size_t place = 0; place < m_slots.size(); ++place) {
+        watched.push_back({(*m_list)[place], m_slots[place].newest, m_slots[place].refusal});
+    }
+    return watched;
+}
+
+std::uint64_t MachineLink::ReadingCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_readingCount;
+}
+
 void MachineLink::Unwatch(const Watcher& watcher)
 {
     const std::lock_guard lock(m_mutex);
@@ -123,6 +139,7 @@ void MachineLink::OnReadings(const WatchList& list, const std::vector<PlacedRead
 {
     const std::lock_guard lock(m_mutex);
     const bool someWereDue = std::exchange(m_someAreDue, false);
+    m_readingCount += readings.size();
     for (const PlacedReading& placed : readings) {
         Slot* const slot =
             &list == m_list.get() ? &m_slots[placed.place] : Find(list[placed.place]);

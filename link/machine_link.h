@@ -38,6 +38,14 @@ public:
     virtual void OnUnreadable(const std::string& reason) = 0;
 };
 
+/// What is known of an operand that somebody watches.
+struct WatchedOperand
+{
+    plc::Operand operand;
+    std::optional<Reading> newest{};
+    std::string refusal{}; ///< Why there is none to come, as far as the machine said so.
+};
+
 /// What a client hears besides its values. Calls come on the source's thread and must not call the
 /// link.
 class Client
@@ -81,6 +89,9 @@ public:
 
     LinkState State() const;
 
+    /// See Source::TurnTime().
+    std::chrono::milliseconds TurnTime() const { return m_source->TurnTime(); }
+
     /// @return why the machine can never tell this operand; see Source::Check().
     base::Result<void> Check(const plc::Operand& operand) const;
 
@@ -92,6 +103,12 @@ public:
 
     /// @return the newest reading of an operand that somebody watches; none before the first one.
     std::optional<Reading> Newest(const plc::Operand& operand) const;
+
+    /// All operands that are watched, each once.
+    std::vector<WatchedOperand> Watched() const;
+
+    /// How many readings the machine has told since the beginning.
+    std::uint64_t ReadingCount() const;
 
     /// @param operand has passed Check().
     /// @param done see WriteDone.
@@ -138,6 +155,7 @@ private:
     std::vector<Slot> m_slots;               ///< One for each operand of the list.
     bool m_someAreDue = false;               ///< Listeners; perhaps of operands without a reading.
     LinkState m_state;
+    std::uint64_t m_readingCount = 0;
     Client* m_stepsClient = nullptr; ///< Who asked for steps last; not owned.
     plc::StepRange m_steps{};        ///< Of that client.
     const bool m_tellsEveryReading;

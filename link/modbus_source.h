@@ -39,6 +39,8 @@ public:
     void Watch(std::shared_ptr<const WatchList> list) override;
     void Write(const plc::Operand& operand, std::uint32_t value, WriteDone done) override;
 
+    std::chrono::milliseconds TurnTime() const override { return m_map.device.poll; }
+
 private:
     struct Order
     {

@@ -15,7 +15,7 @@ SoftPlc::SoftPlc(
     const samples::SampleMachine* sample,
     std::chrono::milliseconds period,
     std::function<void()> tick)
-    : m_sample(sample), m_tick(std::move(tick)),
+    : m_sample(sample), m_period(period), m_tick(std::move(tick)),
       m_plant(std::make_unique<Plant>(
           std::move(program),
           sample == nullptr ? nullptr : sample->makeProcess(),

@@ -26,6 +26,8 @@ public:
     /// Also starts the PLC, and the sample as its operator would, so that it needs nobody.
     void Start(SourceEvents& events) override;
 
+    std::chrono::milliseconds TurnTime() const override { return m_period; }
+
     /// [any-thread]
     Plant& Machine() { return *m_plant; }
 
@@ -34,6 +36,7 @@ private:
     void OperateSample(plc::Image& image);
 
     const samples::SampleMachine* const m_sample; ///< Lives as long as the process; may be null.
+    const std::chrono::milliseconds m_period;
     const std::function<void()> m_tick;
     std::optional<Clock::time_point> m_released; ///< When the start button is; PLC thread.
     std::unique_ptr<Plant> m_plant;              ///< Last: its thread uses all of the above.

@@ -5,6 +5,7 @@
 #include "result.h"
 #include "steps.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -101,6 +102,9 @@ public:
     /// Records these steps of the program from now on, instead of the ones before, and tells their
     /// states. A machine that has none to tell says nothing.
     virtual void WatchSteps(std::optional<plc::StepRange>) {}
+
+    /// How far apart two readings of an operand are while all is well; zero when that is not known.
+    virtual std::chrono::milliseconds TurnTime() const { return {}; }
 
     /// Whether every reading is worth telling, as in a recording; else changes are, and from time
     /// to time that nothing has changed.

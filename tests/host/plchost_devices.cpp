@@ -5,7 +5,9 @@
 #include "waitfor.h"
 
 #include <gmock/gmock.h>
+#include <gtkmm/treeview.h>
 
+#include <csignal>
 #include <memory>
 
 // plchost with a Modbus device that others have written.
@@ -49,6 +51,20 @@ protected:
         fake.init.pfnWriteVarRequest(&request);
     }
 
+    /// Waits for a note beside the first operand that begins so; an empty one for none.
+    static testing::AssertionResult WaitForNote(const std::string& begin)
+    {
+        constexpr int noteColumn = 3;
+        return WaitFor("note " + begin, [&begin] {
+            const auto rows = All<Gtk::TreeView>(Window()).front()->get_model()->children();
+            Glib::ustring note;
+            if (!rows.empty()) {
+                rows.begin()->get_value(noteColumn, note);
+            }
+            return begin.empty() ? note.empty() : note.find(begin) == 0;
+        });
+    }
+
     std::unique_ptr<Child> m_device;
     std::string m_port;
 };
@@ -80,6 +96,51 @@ TEST_F(PlcHostAtADevice, AnswersNothingWrongWhenTheDeviceIsKilledAndComesBack)
         fake.Watch(2, "MW6");
         EXPECT_TRUE(WaitForValue({2, 0x0607}));
         EXPECT_THAT(fake.Values(), Each(AnyOf(Pair(1, 0x0405), Pair(2, 0x0607))));
+    });
+}
+
+TEST_F(PlcHostAtADevice, TellsOfADeviceThatStandsStillAndGoesOn)
+{
+    testing::internal::CaptureStderr();
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "MW4");
+        EXPECT_TRUE(WaitForValue({1, 0x0405}));
+        EXPECT_TRUE(WaitForText(english.linkRunning));
+
+        m_device->Signal(SIGSTOP);
+
+        EXPECT_TRUE(WaitForText(english.linkLost));
+        EXPECT_TRUE(WaitForText("no answer within 300 ms"));
+        EXPECT_TRUE(WaitForText(std::string(english.oldOnes) + ": 1"));
+        EXPECT_TRUE(WaitForText(english.lastValues));
+        EXPECT_TRUE(WaitForNote(english.oldSince));
+
+        m_device->Signal(SIGCONT);
+
+        EXPECT_TRUE(WaitForText(english.linkRunning));
+        EXPECT_TRUE(WaitForNote(""));
+        EXPECT_THAT(fake.Values(), Each(Pair(1, 0x0405)));
+    });
+
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, HasSubstr("plchost: the link is running\n"));
+    EXPECT_THAT(said, HasSubstr("plchost: the link is lost: no answer within 300 ms\n"));
+}
+
+TEST_F(PlcHostAtADevice, IsNotHeldUpByADeviceThatIsNotThere)
+{
+    m_device.reset();
+
+    Run([this] {
+        OpenDebugger();
+        fake.Watch(1, "MW4");
+        Write("MW4", 17);
+
+        EXPECT_TRUE(WaitForText(english.linkLost));
+        EXPECT_TRUE(WaitForText("not connected: "));
+        EXPECT_TRUE(fake.Values().empty());
     });
 }
 

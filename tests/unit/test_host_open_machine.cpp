@@ -1,3 +1,4 @@
+#include "cycle_time.h"
 #include "file.h"
 #include "machine_link.h"
 #include "open_machine.h"
@@ -50,6 +51,35 @@ TEST(OpenMachine, OpensADeviceThatIsNotThereButNeedsItsMap)
     EXPECT_THAT(Refusal("modbus://nowhere.invalid/1", "/nowhere/a"), HasSubstr("/nowhere/a"));
 }
 
+/// A recording of MW20, which is 17.
+std::string OneValueRecorded()
+{
+    const CMD_DATA request = PlcMakeReadRequest(7, "MW20");
+    const CMD_DATA answer = PlcMakeReadAnswer(7, 17);
+    return EncodeRecordingHead() + EncodeEvent({{}, EventKind::Listing, true, ""}) +
+           EncodeEvent({{}, EventKind::Request, true, CountingBytes(&request)}) +
+           EncodeEvent({{}, EventKind::ReadAnswer, true, CountingBytes(&answer)});
+}
+
+TEST(OpenMachine, EachMachineKnowsHowOftenItTellsItsValues)
+{
+    const TempDir dir;
+    const std::string map = dir.Write(
+        "oven.map",
+        "[device]\npoll = 250\n"
+        "[range a]\noperands = MW0..MW8\ntable = holding\nstart = 0\n");
+    const std::string recording = dir.Write("run.rec", OneValueRecorded());
+    const auto turn = [&map](const std::string& address) {
+        const auto opened = OpenMachine(*plclink::ParseAddress(address), map, ProjectFile(""));
+        EXPECT_TRUE(opened);
+        return opened ? (*opened)->TurnTime() : std::chrono::milliseconds{};
+    };
+
+    EXPECT_EQ(turn("soft:lift"), plc::usualCycle);
+    EXPECT_EQ(turn("modbus://oven/1"), std::chrono::milliseconds(250));
+    EXPECT_EQ(turn("recording:" + recording), plclink::refreshTime);
+}
+
 /// Keeps its first value.
 class FirstValue : public plclink::Watcher
 {
@@ -70,16 +100,6 @@ private:
     bool m_isKnown = false;
     std::promise<std::uint32_t> m_value;
 };
-
-/// A recording of MW20, which is 17.
-std::string OneValueRecorded()
-{
-    const CMD_DATA request = PlcMakeReadRequest(7, "MW20");
-    const CMD_DATA answer = PlcMakeReadAnswer(7, 17);
-    return EncodeRecordingHead() + EncodeEvent({{}, EventKind::Listing, true, ""}) +
-           EncodeEvent({{}, EventKind::Request, true, CountingBytes(&request)}) +
-           EncodeEvent({{}, EventKind::ReadAnswer, true, CountingBytes(&answer)});
-}
 
 TEST(OpenMachine, ARecordingPlaysByItself)
 {

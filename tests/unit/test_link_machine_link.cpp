@@ -144,6 +144,26 @@ TEST_F(MachineLinkTest, AsksForTheUnionOfWhatIsWatchedOnce)
     EXPECT_THAT(Watched(), ElementsAre("EB1"));
 }
 
+TEST_F(MachineLinkTest, KnowsAllThatIsWatchedAndCountsReadings)
+{
+    link->Watch(first, OperandOf("MW20"));
+    link->Watch(second, OperandOf("EB1"));
+    Turn({5});
+    Turn({5});
+    source->events->OnUnreadable(OperandOf("EB1"), "no such input");
+
+    const std::vector<WatchedOperand> watched = link->Watched();
+
+    ASSERT_EQ(watched.size(), 2U);
+    EXPECT_EQ(watched[0].operand, OperandOf("MW20"));
+    ASSERT_TRUE(watched[0].newest);
+    EXPECT_EQ(watched[0].newest->value, 5U);
+    EXPECT_EQ(watched[0].refusal, "");
+    EXPECT_FALSE(watched[1].newest);
+    EXPECT_EQ(watched[1].refusal, "no such input");
+    EXPECT_EQ(link->ReadingCount(), 2U);
+}
+
 TEST_F(MachineLinkTest, TellsTheFirstValueEachChangeAndEachSecondThatThereIsNone)
 {
     link->Watch(first, OperandOf("MW20"));
