@@ -12,15 +12,21 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
+using testing::Each;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
 using testing::UnorderedElementsAre;
 
-/// @return the lines that a program writes about the library.
-std::vector<std::string> Ask(const std::string& command)
+/// @return the lines that a program writes about a library.
+std::vector<std::string>
+Ask(const std::string& command, const std::string& library = PLCDEBUG_LIBRARY)
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
-        popen((command + " '" PLCDEBUG_LIBRARY "'").c_str(), "r"), pclose);
+        popen((command + " '" + library + "'").c_str(), "r"), pclose);
     std::vector<std::string> lines;
     std::string line;
     for (int letter = std::getc(pipe.get()); letter != EOF; letter = std::getc(pipe.get())) {
@@ -34,22 +40,28 @@ std::vector<std::string> Ask(const std::string& command)
     return lines;
 }
 
-} // namespace
-
-TEST(Library, OffersTheFourExportsUnderTheirPlainNamesAndNothingElse)
+/// @return what a library exports, as nm writes it with these options.
+std::vector<std::string> Exported(const std::string& options, const std::string& library)
 {
     std::vector<std::string> names;
-    for (const std::string& line : Ask("nm -D --defined-only")) {
+    for (const std::string& line : Ask("nm " + options + " --defined-only", library)) {
         std::istringstream words(line);
         std::string address;
         std::string type;
         std::string name;
-        words >> address >> type >> name;
+        words >> address >> type >> std::ws;
+        std::getline(words, name);
         names.push_back(name);
     }
+    return names;
+}
 
+} // namespace
+
+TEST(Library, OffersTheFourExportsUnderTheirPlainNamesAndNothingElse)
+{
     EXPECT_THAT(
-        names,
+        Exported("-D", PLCDEBUG_LIBRARY),
         UnorderedElementsAre(
             "ExportCreatePlcDebugger",
             "ExportDestroyPlcDebugger",
@@ -68,6 +80,15 @@ TEST(Library, FindsItsCoreLibraryBesideItself)
 TEST(Library, IsNeverUnloaded)
 {
     EXPECT_THAT(Ask("readelf -d"), Contains(HasSubstr("NODELETE")));
+}
+
+TEST(CoreLibrary, OffersNamesOfItsOwnAlone)
+{
+    EXPECT_THAT(
+        Exported("-DC", KTCORE_LIBRARY),
+        AllOf(
+            Not(IsEmpty()),
+            Each(MatchesRegex("(guard variable for |typeinfo (name )?for |vtable for )?Kt.*"))));
 }
 
 TEST(Boundary, RecordsHaveTheirFixedSizes)
