@@ -134,7 +134,7 @@ int PlcHost::Run(const std::function<void()>& operate)
 
 Plugin PlcHost::Library()
 {
-    return {"", &Create, &Destroy, &TakeValue, &TakeProgramState};
+    return {{&Create, &Destroy, &TakeValue, &TakeProgramState}, ""};
 }
 
 HostWindow& PlcHost::Window()
