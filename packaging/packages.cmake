@@ -92,7 +92,8 @@ add_package(
     "watch machines and check the PLC debugger, from the command line"
     "plcwatch watches a soft PLC, a recording or a Modbus device, without a"
     "window. plcdebug-check puts a build of the debugger library through what a"
-    "host does. Sample programs for the soft PLC come along.")
+    "host does; libplcdebug-hostcheck.so, loaded in its place, judges a host."
+    "Sample programs for the soft PLC come along.")
 add_package(
     host plchost utils "${this_library}, plcdebug-tools (= ${this_version})"
     "reference host of the PLC debugger"
