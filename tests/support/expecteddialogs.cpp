@@ -10,7 +10,9 @@
 #include <wx/msgdlg.h>
 #include <wx/weakref.h>
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <ostream>
 
 namespace {
@@ -109,23 +111,23 @@ void ChoosePath(wxFileDialog& dialog, const wxString& path)
         WaitFor(("chosen: " + path).ToStdString(), [&] { return dialog.GetPath() == path; }));
 }
 
-/// Chooses the path and presses the button, as often as it takes: a file chooser that still reads
-/// its directory may drop a press.
+/// Chooses the path and presses the button; again when the press has come to nothing for long,
+/// since a file chooser that still reads its directory may drop one.
 void AcceptPath(wxFileDialog& dialog, const wxString& path)
 {
-    constexpr int looksBetweenPresses = 100;
+    using Clock = std::chrono::steady_clock;
+    constexpr auto patience = waitLimit / 6;
     const wxWeakRef<wxDialog> open(&dialog);
-    int looks = 0;
+    std::optional<Clock::time_point> pressed;
     EXPECT_TRUE(WaitFor(("taken: " + path).ToStdString(), [&] {
         if (!open || !open->IsModal()) {
             return true;
         }
         // Under the question whether to overwrite it is not active.
-        if (looks++ % looksBetweenPresses == 0 && IsActive(dialog)) {
+        if ((!pressed || Clock::now() - *pressed > patience) && IsActive(dialog)) {
             ChoosePath(dialog, path);
-            if (dialog.IsModal()) {
-                gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), GTK_RESPONSE_ACCEPT);
-            }
+            gtk_dialog_response(GTK_DIALOG(dialog.GetHandle()), GTK_RESPONSE_ACCEPT);
+            pressed = Clock::now();
         }
         return false;
     }));
