@@ -118,7 +118,7 @@ void MisbehaveInside()
         createDebugger(&init);
     }
     if (Has("callback-slow")) {
-        g_usleep(tooLong);
+        g_usleep(tooLong); // the defect itself; no test waits by it
     }
     if (Has("callback-throws")) {
         throw std::runtime_error("no such operand");

@@ -62,6 +62,17 @@ void DeviceLink::ExpectValues(const std::map<std::string, std::uint32_t>& values
     EXPECT_THAT(m_events.Unreadable(), testing::IsEmpty());
 }
 
+void DeviceLink::ExpectTheTruthAtLast()
+{
+    Watch({"MW0", "MW2", "MD4"});
+    EXPECT_TRUE(m_events.WaitForStatus(plclink::LinkStatus::Running));
+    EXPECT_TRUE(m_events.WaitForValue("MD4", 0x00110011));
+    EXPECT_THAT(m_events.Values("MW0"), testing::Each(17));
+    EXPECT_THAT(m_events.Values("MW2"), testing::Each(17));
+    EXPECT_THAT(m_events.Values("MD4"), testing::Each(0x00110011));
+    EXPECT_TRUE(m_events.HasBeenLost());
+}
+
 std::string DeviceLink::Write(const std::string& name, std::uint32_t value)
 {
     const auto end = std::make_shared<std::promise<std::string>>();

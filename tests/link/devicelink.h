@@ -20,6 +20,10 @@ public:
     /// Watches these operands until each has a value, which has to be this one.
     void ExpectValues(const std::map<std::string, std::uint32_t>& values);
 
+    /// Watches what misbehaving_server.py has, until all of it has come, and nothing but the truth
+    /// of it, although the link was lost meanwhile.
+    void ExpectTheTruthAtLast();
+
     /// What comes of a write.
     std::string Write(const std::string& name, std::uint32_t value);
 

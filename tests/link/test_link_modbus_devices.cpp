@@ -22,6 +22,7 @@ using testing::Ge;
 using testing::HasSubstr;
 
 /// Whether this machine talks to itself by version 6 of the protocol.
+/// Where a kernel runs without version 6, as in many a container, there is no such device to reach.
 bool HasLoopbackOfVersion6()
 {
     sockaddr_in6 address{};
