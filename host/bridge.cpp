@@ -21,7 +21,7 @@ base::Result<plc::Operand> Parse(const std::string& name)
 
 } // namespace
 
-Bridge::Bridge(AnswerSink& answers, plclink::MachineLink& link, Log log)
+Bridge::Bridge(AnswerSink& answers, plclink::MachineLink& link, MachineLog log)
     : m_answers(answers), m_link(link), m_log(std::move(log))
 {
     m_link.Join(*this);
@@ -45,7 +45,7 @@ void Bridge::Request(const CMD_DATA& request)
     case PLC_CMD_PRG_STATE:
         return OnProgramState(request);
     default:
-        m_log("a request with an unknown command word is answered by nothing");
+        m_log.tell("a request with an unknown command word is answered by nothing");
     }
 }
 
@@ -57,7 +57,7 @@ void Bridge::OnRead(const CMD_DATA& request)
     const auto operand = Parse(name);
     const auto known = operand ? m_link.Check(*operand) : base::Failure{operand.Message()};
     if (!known) {
-        m_log(known.Message() + byNothing);
+        m_log.tell(known.Message() + byNothing);
         return;
     }
     const auto added = m_variables.try_emplace(request.key, *this, request.key, name).first;
@@ -68,15 +68,15 @@ void Bridge::OnWrite(const CMD_DATA& request)
 {
     const auto operand = Parse(OperandOf(request));
     if (!operand) {
-        m_log(operand.Message() + "; nothing is written");
+        m_log.warn(operand.Message() + "; nothing is written");
         return;
     }
     m_link.Write(
         *operand,
         static_cast<std::uint32_t>(PlcWrittenValue(&request)),
-        [log = m_log](const base::Result<void>& done) {
+        [warn = m_log.warn](const base::Result<void>& done) {
             if (!done) {
-                log(done.Message());
+                warn(done.Message());
             }
         });
 }
@@ -98,7 +98,7 @@ void Bridge::OnProgramState(const CMD_DATA& request)
     const auto range = RequestedSteps(request);
     const bool answerable = range && IsAnswerable(*range);
     if (range && !answerable) {
-        m_log("a range of steps that no answer can hold is answered by nothing");
+        m_log.tell("a range of steps that no answer can hold is answered by nothing");
     }
     m_link.WatchSteps(*this, answerable ? range : std::nullopt);
 }
@@ -134,7 +134,7 @@ bool Bridge::Variable::OnReading(const plclink::Reading& reading)
 
 void Bridge::Variable::OnUnreadable(const std::string& reason)
 {
-    m_bridge.m_log(m_operand + ": " + reason + byNothing);
+    m_bridge.m_log.tell(m_operand + ": " + reason + byNothing);
 }
 
 bool Bridge::OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states)

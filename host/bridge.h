@@ -18,15 +18,22 @@
 
 namespace plchost {
 
+using Log = std::function<void(const std::string& message)>;
+
+/// Where what has to be said goes, on any thread.
+struct MachineLog
+{
+    Log tell; ///< To who reads standard error.
+    Log warn; ///< To the operator too: what he wanted has not been done.
+};
+
 /// Requests come on the GUI thread. Answers leave on the thread of the link's source.
 class Bridge : public RequestHandler, private plclink::Client
 {
 public:
-    using Log = std::function<void(const std::string& message)>;
-
     /// @param answers, link outlive the bridge.
-    /// @param log takes what could not be served, on both threads.
-    Bridge(AnswerSink& answers, plclink::MachineLink& link, Log log);
+    /// @param log is told what could not be served, and warned of what has not been written.
+    Bridge(AnswerSink& answers, plclink::MachineLink& link, MachineLog log);
     ~Bridge() override;
     Bridge(const Bridge&) = delete;
     Bridge(Bridge&&) = delete;
@@ -73,7 +80,7 @@ private:
 
     AnswerSink& m_answers;
     plclink::MachineLink& m_link;
-    const Log m_log;
+    const MachineLog m_log;
     std::map<std::uint16_t, Variable> m_variables; ///< By key; GUI thread.
 };
 

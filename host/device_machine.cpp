@@ -11,9 +11,9 @@ DeviceMachine::DeviceMachine(
     std::string name,
     AnswerSink& answers,
     std::function<void()> tick,
-    Bridge::Log log)
+    MachineLog log)
     : m_name(std::move(name)), m_link(std::move(device)), m_bridge(answers, m_link, log),
-      m_monitor(m_link, std::move(log)), m_tick(std::move(tick))
+      m_monitor(m_link, std::move(log.tell)), m_tick(std::move(tick))
 {
 }
 

@@ -26,7 +26,7 @@ public:
         std::string name,
         AnswerSink& answers,
         std::function<void()> tick,
-        Bridge::Log log);
+        MachineLog log);
 
     RequestHandler& Requests() override { return m_bridge; }
 

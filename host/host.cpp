@@ -90,21 +90,25 @@ std::unique_ptr<Recorder> Host::MakeRecorder() const
 std::unique_ptr<Machine> Host::MakeMachine()
 {
     const auto tick = [this] { m_faults.Tick(); };
+    const MachineLog log{Tell, [this](const std::string& warning) {
+                             Tell(warning);
+                             m_warning.Put(warning);
+                         }};
     if (m_ground.recording) {
         auto player = std::make_unique<Player>(std::move(*m_ground.recording), m_options.speed);
-        return std::make_unique<ReplayMachine>(std::move(player), m_faults, tick, Tell);
+        return std::make_unique<ReplayMachine>(std::move(player), m_faults, tick, log);
     }
     if (m_options.device) {
         auto device = OpenDevice(*m_options.device, *std::move(m_ground.map));
         return std::make_unique<DeviceMachine>(
-            std::move(device), m_options.deviceName, m_faults, tick, Tell);
+            std::move(device), m_options.deviceName, m_faults, tick, log);
     }
     auto plc = std::make_unique<plclink::SoftPlc>(
         std::move(m_ground.program),
         m_options.program.empty() ? samples::FindSampleMachine(m_options.sample) : nullptr,
         m_options.cycle,
         tick);
-    return std::make_unique<LiveMachine>(std::move(plc), m_faults, Tell);
+    return std::make_unique<LiveMachine>(std::move(plc), m_faults, log);
 }
 
 int Host::Run()
@@ -121,6 +125,9 @@ int Host::Run()
         CheckThreads();
         CheckRecorder();
         m_window->RefreshLink();
+        if (const std::string warning = m_warning.Take(); !warning.empty()) {
+            m_window->ShowProblem(warning);
+        }
         m_session.Poll();
     });
     m_timers.WhenIdle([this] { Begin(); });

@@ -8,6 +8,7 @@
 #include "session.h"
 #include "timers.h"
 #include "trace.h"
+#include "warning.h"
 #include "window.h"
 
 #include <memory>
@@ -51,6 +52,7 @@ private:
     const std::unique_ptr<Recorder> m_recorder; ///< Null: nothing is recorded.
     RecordedAnswers m_recordedAnswers;
     FaultInjector m_faults;
+    Warning m_warning;
     const std::unique_ptr<Machine> m_machine; ///< Its thread uses what stands above.
     TracedRequests m_tracedRequests;
     RecordedRequests m_recordedRequests;

@@ -6,10 +6,9 @@
 
 namespace plchost {
 
-LiveMachine::LiveMachine(
-    std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, Bridge::Log log)
+LiveMachine::LiveMachine(std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, MachineLog log)
     : m_plant(plc->Machine()), m_link(std::move(plc)), m_bridge(answers, m_link, log),
-      m_monitor(m_link, std::move(log))
+      m_monitor(m_link, std::move(log.tell))
 {
 }
 

@@ -17,7 +17,7 @@ class LiveMachine : public Machine
 public:
     /// @param answers outlives the machine.
     /// @param log takes what could not be served, on any thread.
-    LiveMachine(std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, Bridge::Log log);
+    LiveMachine(std::unique_ptr<plclink::SoftPlc> plc, AnswerSink& answers, MachineLog log);
 
     RequestHandler& Requests() override { return m_bridge; }
 

@@ -7,12 +7,9 @@
 namespace plchost {
 
 ReplayMachine::ReplayMachine(
-    std::unique_ptr<Player> player,
-    AnswerSink& answers,
-    std::function<void()> tick,
-    Bridge::Log log)
+    std::unique_ptr<Player> player, AnswerSink& answers, std::function<void()> tick, MachineLog log)
     : m_player(*player), m_link(std::move(player)), m_bridge(answers, m_link, log),
-      m_monitor(m_link, std::move(log)), m_tick(std::move(tick))
+      m_monitor(m_link, std::move(log.tell)), m_tick(std::move(tick))
 {
 }
 

@@ -24,7 +24,7 @@ public:
         std::unique_ptr<Player> player,
         AnswerSink& answers,
         std::function<void()> tick,
-        Bridge::Log log);
+        MachineLog log);
 
     RequestHandler& Requests() override { return m_bridge; }
 

@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     plchost::Player& player = *made;
     plclink::MachineLink link(std::move(made));
     link.Start();
-    plchost::Bridge bridge(debugger, link, [](const std::string&) {});
+    plchost::Bridge bridge(debugger, link, {[](const std::string&) {}, [](const std::string&) {}});
     for (const plchost::RecordedEvent& event : decoded->events) {
         if (const auto record = plchost::RecordOf(event.bytes)) {
             bridge.Request(*record);

@@ -83,6 +83,18 @@ TEST_F(PlcHostAtADevice, AnswersWhatTheDeviceHasAndWritesToIt)
     });
 }
 
+TEST_F(PlcHostAtADevice, ShowsTheOperatorWhyAValueWasNotWritten)
+{
+    Run([this] {
+        OpenDebugger();
+
+        Write("MW200", 17);
+
+        EXPECT_TRUE(WaitForText("MW200"));
+        EXPECT_TRUE(Window().get_visible());
+    });
+}
+
 TEST_F(PlcHostAtADevice, AnswersNothingWrongWhenTheDeviceIsKilledAndComesBack)
 {
     Run([this] {

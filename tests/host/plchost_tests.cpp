@@ -185,7 +185,7 @@ TEST_F(PlcHost, PressesTheStartButtonOfTheLineAndLetsItGo)
         std::make_unique<plclink::SoftPlc>(
             Prepare(options).program, samples::FindSampleMachine("bottling"), options.cycle),
         answers,
-        [](const std::string&) {});
+        {[](const std::string&) {}, [](const std::string&) {}});
     machine.Requests().Request(PlcMakeReadRequest(1, "E0.0"));
     machine.Requests().Request(PlcMakeDeleteRequest(1, PLC_DELETE_ARG_START));
 
@@ -325,7 +325,7 @@ TEST_F(PlcHost, PlaysARecordingOnlyWhileADebuggerIsOpen)
         std::make_unique<Player>(Recording{"", {Asked(600s, 1)}, ""}, 1000),
         answers,
         [&ticks] { ++ticks; },
-        [](const std::string&) {});
+        {[](const std::string&) {}, [](const std::string&) {}});
     const auto window = machine.MakeWindow("en", {});
     const auto position = [&window] {
         window->Refresh();

@@ -49,7 +49,12 @@ struct BridgeTest : testing::Test
     std::unique_ptr<plclink::CycleSource> made = std::make_unique<plclink::CycleSource>();
     plclink::CycleSource& source = *made;
     plclink::MachineLink link{std::move(made)};
-    Bridge bridge{sink, link, [this](const std::string& message) { log.push_back(message); }};
+    std::vector<std::string> warnings;
+    Bridge bridge{
+        sink,
+        link,
+        {[this](const std::string& message) { log.push_back(message); },
+         [this](const std::string& message) { warnings.push_back(message); }}};
     plc::Image image;
     ScriptedProgram program;
     std::uint64_t cycle = 0;

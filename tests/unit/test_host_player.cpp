@@ -57,7 +57,8 @@ struct PlayerTest : testing::Test
         player = made.get();
         link.emplace(std::move(made));
         link->Start();
-        bridge.emplace(sink, *link, [this](const std::string& message) { log.push_back(message); });
+        const Log note = [this](const std::string& message) { log.push_back(message); };
+        bridge.emplace(sink, *link, MachineLog{note, note});
         player->Advance(start);
         return *bridge;
     }
