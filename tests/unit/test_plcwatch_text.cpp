@@ -1,6 +1,8 @@
 #include "file.h"
 #include "plcwatch_text.h"
 #include "plcwatch_variable.h"
+#include "projectfile.h"
+#include "sample_machines.h"
 #include "tempdir.h"
 
 #include <gmock/gmock.h>
@@ -68,6 +70,20 @@ TEST(ReadList, SaysWhyThereIsNone)
 
     EXPECT_THAT(ReadList(dir.File("a.plc")).Message(), HasSubstr("holds no operand"));
     EXPECT_THAT(ReadList("/nowhere/a.plc").Message(), HasSubstr("/nowhere/a.plc"));
+}
+
+TEST(ReadList, TakesTheListOfEverySampleMachineWhole)
+{
+    constexpr std::size_t rowsOfTheDebugger = 20;
+    for (const samples::SampleMachine& machine : samples::SampleMachines()) {
+        const std::string name(machine.name);
+
+        const auto list = ReadList(ProjectFile("samples/" + name + '/' + name + ".plc"));
+
+        ASSERT_TRUE(list) << list.Message();
+        EXPECT_LE(list->variables.size(), rowsOfTheDebugger) << name;
+        EXPECT_THAT(list->remarks, testing::IsEmpty()) << name;
+    }
 }
 
 TEST(SecondsText, HasThreeDecimals)
