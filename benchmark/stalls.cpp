@@ -7,13 +7,14 @@
 #include <vector>
 
 // A module that GTK loads into any program (GTK_MODULES=FILE): it looks at the clock every 100 ms
-// on the GUI thread, and tells at the program's end how late it came in the last minute, and what
-// processor time and memory the program took. The output is rows as the other programs print them.
+// on the GUI thread, and writes at the program's end how late it came in the last ticks, as many as
+// STALLS_TICKS says, and what processor time and memory the program took: to STALLS_FILE, separated
+// by tabs, the 99th percentile of the time from tick to tick and the longest one, in ms beyond the
+// period, percent of a core, MB.
 
 namespace {
 
 constexpr unsigned periodMs = 100;
-constexpr std::size_t ticksOfAMinute = 600;
 
 struct Tick
 {
@@ -52,31 +53,36 @@ gboolean NoteTick(gpointer /*unused*/)
 
 void Report()
 {
-    constexpr double goalMs = 30;
     constexpr double part = 0.99;
     constexpr double thousand = 1000;
     const std::vector<Tick>& ticks = Ticks();
-    if (ticks.size() <= ticksOfAMinute) {
-        std::fprintf(stderr, "stalls: the program has run for less than a minute\n");
+    const std::size_t wanted = std::strtoul(std::getenv("STALLS_TICKS"), nullptr, 10);
+    if (ticks.size() <= wanted) {
+        std::fprintf(stderr, "stalls: the program has run for less than %zu ticks\n", wanted);
         return;
     }
+    const std::size_t begin = ticks.size() - wanted;
     std::vector<double> late;
-    for (std::size_t i = ticks.size() - ticksOfAMinute; i < ticks.size(); ++i) {
+    for (std::size_t i = begin; i < ticks.size(); ++i) {
         late.push_back((ticks[i].time - ticks[i - 1].time) * thousand - periodMs);
     }
     std::sort(late.begin(), late.end());
-    const Tick& first = ticks[ticks.size() - ticksOfAMinute];
+    const Tick& first = ticks[begin];
     const double cpu = (ticks.back().cpu - first.cpu) / (ticks.back().time - first.time);
     const auto position = static_cast<std::size_t>(part * static_cast<double>(late.size()));
-    std::printf(
-        "end to end: 99th percentile from tick to tick, longest %.0f ms, processor %.0f %%, memory "
-        "%ld MB\tms beyond the period\t%.1f\t%g\n",
+    std::FILE* const file = std::fopen(std::getenv("STALLS_FILE"), "w");
+    if (file == nullptr) {
+        std::perror("stalls");
+        return;
+    }
+    std::fprintf(
+        file,
+        "%.1f\t%.1f\t%.0f\t%ld\n",
+        late[position],
         late.back(),
         cpu * 100,
-        Usage().ru_maxrss / 1024,
-        late[position],
-        goalMs);
-    std::fflush(stdout);
+        Usage().ru_maxrss / 1024);
+    std::fclose(file);
 }
 
 } // namespace
@@ -86,7 +92,8 @@ extern "C" {
 // NOLINTNEXTLINE(readability-identifier-naming): GTK looks for this name
 __attribute__((visibility("default"))) void gtk_module_init(gint* /*argc*/, gchar*** /*argv*/)
 {
-    Ticks().reserve(ticksOfAMinute * 10);
+    constexpr std::size_t manyTicks = 6000;
+    Ticks().reserve(manyTicks);
     g_timeout_add(periodMs, NoteTick, nullptr);
     std::atexit(Report);
 }
