@@ -77,6 +77,13 @@ TEST(Library, FindsItsCoreLibraryBesideItself)
     EXPECT_THAT(lines, Contains(HasSubstr("runpath: [$ORIGIN")));
 }
 
+TEST(Library, SaysItsVersionToWhoOnlyHasTheFile)
+{
+    EXPECT_THAT(
+        Ask("readelf --string-dump=.plcdebug.version"),
+        Contains(HasSubstr("libplcdebug " PLCDEBUG_VERSION)));
+}
+
 TEST(Library, IsNeverUnloaded)
 {
     EXPECT_THAT(Ask("readelf -d"), Contains(HasSubstr("NODELETE")));

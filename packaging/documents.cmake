@@ -1,0 +1,36 @@
+# The documents, each with the package that it is about. Between themselves they refer to each other
+# as they lie in docs/; installed they lie in the folders of their packages.
+set(documents_of_libplcdebug-dev formats integration limits performance robustness)
+set(documents_of_plcdebug-tools hostcheck plcwatch)
+set(documents_of_plchost plchost statement-list)
+set(component_of_libplcdebug-dev development)
+set(component_of_plcdebug-tools tools)
+set(component_of_plchost host)
+set(document_packages libplcdebug-dev plcdebug-tools plchost)
+set(installed_packages libplcdebug-dev)
+if(PLCDEBUG_PROGRAMS)
+    set(installed_packages ${document_packages})
+endif()
+
+foreach(package ${installed_packages})
+    foreach(document ${documents_of_${package}})
+        set(source ${PROJECT_SOURCE_DIR}/docs/${document}.md)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+        file(READ ${source} text)
+        foreach(other ${document_packages})
+            if(NOT other STREQUAL package)
+                foreach(target ${documents_of_${other}})
+                    string(REPLACE "](${target}.md" "](../${other}/${target}.md" text "${text}")
+                endforeach()
+            endif()
+        endforeach()
+        string(REPLACE "](../include/" "](../../../include/" text "${text}")
+        string(REPLACE "](../examples/" "](../libplcdebug-dev/" text "${text}")
+        string(REPLACE "](../languages/" "](../../plcdebug/languages/" text "${text}")
+        file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/documents/${document}.md "${text}")
+        install(
+            FILES ${CMAKE_CURRENT_BINARY_DIR}/documents/${document}.md
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
+            COMPONENT ${component_of_${package}})
+    endforeach()
+endforeach()
