@@ -1,0 +1,59 @@
+#pragma once
+
+#include "operand.h"
+#include "reading.h"
+#include "result.h"
+#include "steps.h"
+#include "topics.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <vector>
+
+// Who watches a machine from far away, and what, as long as their leases last. One thread.
+
+namespace plcremote {
+
+class Viewers
+{
+public:
+    using Time = plclink::Clock::time_point;
+
+    /// Takes what a viewer asks for, instead of what it asked for before; none: it is gone.
+    /// @return why it is refused: there are too many viewers or operands; it watches nothing then.
+    base::Result<void> Watch(const Viewer& viewer, std::vector<plc::Operand> operands, Time now);
+
+    /// Takes or gives up the steps. A viewer that only asks for steps counts too.
+    /// @return why it is refused.
+    base::Result<void>
+    WatchSteps(const Viewer& viewer, std::optional<plc::StepRange> range, Time now);
+
+    /// Forgets those whose lease has ended. @return whether there were any.
+    bool Expire(Time now);
+
+    void Clear();
+
+    std::size_t Count() const;
+
+    /// What all watch, each operand once.
+    std::vector<plc::Operand> Operands() const;
+
+    /// Who asked for steps last, and has not given them up.
+    std::optional<Viewer> StepsViewer() const;
+    std::optional<plc::StepRange> Steps() const;
+
+private:
+    struct Lease
+    {
+        std::vector<plc::Operand> operands{};
+        Time until{};
+    };
+
+    std::map<Viewer, Lease> m_leases;
+    std::optional<Viewer> m_stepsViewer;
+    plc::StepRange m_steps{};
+    Time m_stepsUntil{};
+};
+
+} // namespace plcremote
