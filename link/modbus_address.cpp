@@ -1,9 +1,12 @@
 #include "modbus_address.h"
 
+#include "host_and_port.h"
+
 #include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 namespace plclink {
 
@@ -12,8 +15,7 @@ namespace {
 constexpr std::string_view tcpScheme = "modbus:";
 constexpr std::string_view rtuScheme = "modbus-rtu:";
 constexpr std::string_view slashes = "//";
-constexpr std::string_view usualPort = "502";
-constexpr int highestPort = 65535;
+constexpr std::uint16_t usualPort = 502;
 constexpr int highestUnit = 247;
 constexpr int gatewayUnit = 255; ///< Of a device that is its own gateway.
 constexpr int usualBaud = 19200;
@@ -54,41 +56,6 @@ base::Failure WrongRtu(std::string_view address, const std::string& reason)
     return Wrong(address, reason, modbusRtuForm);
 }
 
-/// Splits "HOST", "HOST:PORT", "[HOST]" and "[HOST]:PORT".
-/// @return what is wrong, if anything.
-std::optional<std::string> ReadHost(std::string_view text, ModbusTcp& address)
-{
-    std::string_view port;
-    if (HasPrefix(text, "[")) {
-        const std::size_t end = text.find(']');
-        if (end == std::string_view::npos) {
-            return "the bracket is not closed";
-        }
-        address.host = text.substr(1, end - 1);
-        port = text.substr(end + 1);
-    } else {
-        const std::size_t colon = std::min(text.find(':'), text.size());
-        address.host = text.substr(0, colon);
-        port = text.substr(colon);
-        if (port.find(':', 1) != std::string_view::npos) {
-            return "an address with several colons stands in brackets, as in [::1]";
-        }
-    }
-    if (address.host.empty()) {
-        return "there is no host";
-    }
-    if (port.empty()) {
-        address.port = usualPort;
-        return std::nullopt;
-    }
-    const auto number = NumberOf(port.substr(1));
-    if (port.front() != ':' || !number || *number == 0 || *number > highestPort) {
-        return "the port is a number from 1 to " + std::to_string(highestPort);
-    }
-    address.port = std::to_string(*number);
-    return std::nullopt;
-}
-
 base::Result<ModbusAddress> ParseTcp(std::string_view text)
 {
     std::string_view rest = text.substr(tcpScheme.size());
@@ -100,9 +67,9 @@ base::Result<ModbusAddress> ParseTcp(std::string_view text)
     if (slash == std::string_view::npos) {
         return WrongTcp(text, "there is no unit");
     }
-    ModbusTcp address;
-    if (const auto wrong = ReadHost(rest.substr(0, slash), address)) {
-        return WrongTcp(text, *wrong);
+    auto place = ParseHostAndPort(rest.substr(0, slash), usualPort);
+    if (!place) {
+        return WrongTcp(text, place.Message());
     }
     const auto unit = NumberOf(rest.substr(slash + 1));
     if (!unit || (*unit > highestUnit && *unit != gatewayUnit)) {
@@ -111,8 +78,7 @@ base::Result<ModbusAddress> ParseTcp(std::string_view text)
             "the unit is a number from 0 to " + std::to_string(highestUnit) + ", or " +
                 std::to_string(gatewayUnit));
     }
-    address.unit = *unit;
-    return ModbusAddress(address);
+    return ModbusAddress(ModbusTcp{std::move(place->host), std::to_string(place->port), *unit});
 }
 
 /// Takes "KEY=VALUE".
