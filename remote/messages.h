@@ -27,6 +27,7 @@ constexpr int formatVersion = 1;
 constexpr std::size_t longestMessage = 1U << 20U; ///< Bytes.
 constexpr std::size_t longestListing = 8U << 20U; ///< Bytes.
 constexpr std::size_t mostOperands = 500;         ///< Of a machine, of all viewers together.
+constexpr std::size_t mostSteps = 1000;           ///< Of a range.
 constexpr std::size_t mostViewers = 32;           ///< Of a machine.
 constexpr milliseconds lease{10000};              ///< Of what a viewer asks for.
 constexpr milliseconds renewal{3000};             ///< A viewer asks again after this time.

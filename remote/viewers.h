@@ -24,10 +24,9 @@ public:
     /// @return why it is refused: there are too many viewers or operands; it watches nothing then.
     base::Result<void> Watch(const Viewer& viewer, std::vector<plc::Operand> operands, Time now);
 
-    /// Takes or gives up the steps. A viewer that only asks for steps counts too.
-    /// @return why it is refused.
-    base::Result<void>
-    WatchSteps(const Viewer& viewer, std::optional<plc::StepRange> range, Time now);
+    /// Takes the steps for this viewer instead of those of any viewer before; none gives them up,
+    /// when they are this viewer's.
+    void WatchSteps(const Viewer& viewer, std::optional<plc::StepRange> range, Time now);
 
     /// Forgets those whose lease has ended. @return whether there were any.
     bool Expire(Time now);
