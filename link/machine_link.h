@@ -92,6 +92,8 @@ public:
     /// See Source::TurnTime().
     std::chrono::milliseconds TurnTime() const { return m_source->TurnTime(); }
 
+    MessageLosses Losses() const { return m_source->Losses(); }
+
     /// @return why the machine can never tell this operand; see Source::Check().
     base::Result<void> Check(const plc::Operand& operand) const;
 

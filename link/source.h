@@ -29,6 +29,13 @@ struct PlacedReading
     Reading reading;
 };
 
+/// Messages of a machine that came to nothing.
+struct MessageLosses
+{
+    std::uint64_t lost = 0;    ///< On the way.
+    std::uint64_t dropped = 0; ///< They were not what they should be.
+};
+
 /// Takes what a source finds out. Every function is called on the source's thread, one at a time,
 /// while the source holds none of its own locks: Watch() and its like may come on other threads
 /// meanwhile and wait for this one.
@@ -105,6 +112,9 @@ public:
 
     /// How far apart two readings of an operand are while all is well; zero when that is not known.
     virtual std::chrono::milliseconds TurnTime() const { return {}; }
+
+    /// What has gone wrong with single messages so far. [any-thread]
+    virtual MessageLosses Losses() const { return {}; }
 
     /// Whether every reading is worth telling, as in a recording; else changes are, and from time
     /// to time that nothing has changed.

@@ -11,6 +11,8 @@
 
 namespace plcremote {
 
+class FarMachine;
+
 class MqttSource : public plclink::Source
 {
 public:
@@ -31,17 +33,17 @@ public:
     void Write(const plc::Operand& operand, std::uint32_t value, plclink::WriteDone done) override;
     void WatchSteps(std::optional<plc::StepRange> range) override;
     std::chrono::milliseconds TurnTime() const override;
+    plclink::MessageLosses Losses() const override;
 
     /// What the machine has published as its program debug file so far; empty: nothing.
     /// [any-thread]
     std::string Listing() const;
 
-    /// Messages that were lost on the way. [any-thread]
-    std::uint64_t LostCount() const;
+    /// Whether the machine's state has come, and its listing when it has one. [any-thread]
+    bool IsIntroduced() const;
 
 private:
-    class Impl;
-    const std::unique_ptr<Impl> m_impl;
+    const std::unique_ptr<FarMachine> m_machine;
 };
 
 } // namespace plcremote
