@@ -1,0 +1,462 @@
+#include "connection.h"
+
+#include "file.h"
+#include "random_id.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <condition_variable>
+#include <csignal>
+#include <cstdint>
+#include <mosquitto.h>
+#include <mutex>
+#include <netinet/in.h>
+#include <openssl/err.h>
+#include <openssl/ssl.h>
+#include <sys/stat.h>
+#include <thread>
+#include <utility>
+
+namespace plcremote {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int keepAliveSeconds = 5; ///< The shortest that the library takes.
+
+/// How long a broker may take to let us in.
+constexpr std::chrono::seconds patience{5};
+
+/// What has been handed over and has not left by then stands in the way of what comes after it.
+constexpr std::chrono::milliseconds longestWay{200};
+
+struct ClientEnd
+{
+    void operator()(mosquitto* client) const { mosquitto_destroy(client); }
+};
+
+using Client = std::unique_ptr<mosquitto, ClientEnd>;
+
+/// Why there is no connection.
+struct End
+{
+    std::string reason{};
+    bool isRefused = false;
+
+    bool operator==(const End& other) const
+    {
+        return reason == other.reason && isRefused == other.isRefused;
+    }
+};
+
+/// A broker that goes away while something is sent must not end the program.
+class PipeSignalBlock
+{
+public:
+    PipeSignalBlock()
+    {
+        sigset_t signals;
+        sigemptyset(&signals);
+        sigaddset(&signals, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    }
+};
+
+void InitLibrary()
+{
+    // Never cleaned up: threads of other connections may still use it.
+    [[maybe_unused]] static const int done = mosquitto_lib_init();
+}
+
+bool IsLoopback(const std::string& host)
+{
+    in_addr address{};
+    constexpr std::uint32_t network = 127;
+    constexpr unsigned bitsOfHost = 24;
+    return host == "localhost" || host == "::1" ||
+           (::inet_pton(AF_INET, host.c_str(), &address) == 1 &&
+            ntohl(address.s_addr) >> bitsOfHost == network);
+}
+
+} // namespace
+
+class Connection::Impl
+{
+public:
+    explicit Impl(ConnectionOrder order) : m_order(std::move(order)) { InitLibrary(); }
+
+    ~Impl()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isEnding = true;
+        }
+        m_wake.notify_all();
+        if (m_thread.joinable()) {
+            m_thread.join();
+        }
+    }
+
+    Impl(const Impl&) = delete;
+    Impl(Impl&&) = delete;
+    Impl& operator=(const Impl&) = delete;
+    Impl& operator=(Impl&&) = delete;
+
+    void Start(ConnectionEvents& events)
+    {
+        m_events = &events;
+        m_thread = std::thread([this] { Run(); });
+    }
+
+    bool Publish(const std::string& topic, std::string_view payload, bool isRetained)
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_client == nullptr || !m_isOpen || IsStuck()) {
+            return false;
+        }
+        if (m_handed == m_left) {
+            m_waitingSince = Clock::now();
+        }
+        ++m_handed;
+        const int result = mosquitto_publish(
+            m_client,
+            nullptr,
+            topic.c_str(),
+            static_cast<int>(payload.size()),
+            payload.data(),
+            0,
+            isRetained);
+        if (result != MOSQ_ERR_SUCCESS) {
+            --m_handed;
+        }
+        return result == MOSQ_ERR_SUCCESS;
+    }
+
+private:
+    void Run()
+    {
+        const PipeSignalBlock block;
+        auto pause = firstPause;
+        while (!IsEnding()) {
+            m_wasIn = false;
+            const End end = Serve();
+            if (IsEnding()) {
+                break;
+            }
+            Tell(end);
+            pause = m_wasIn ? firstPause : std::min(pause * 2, longestPause);
+            const auto until = Clock::now() + pause;
+            while (!IsEnding() && Clock::now() < until) {
+                m_events->OnTurn();
+                Wait(turnTime);
+            }
+        }
+    }
+
+    void Tell(const End& end)
+    {
+        if (m_told && *m_told == end) {
+            return;
+        }
+        m_told = end;
+        m_events->OnDisconnected(end.reason, end.isRefused);
+    }
+
+    bool IsEnding()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_isEnding;
+    }
+
+    void Wait(std::chrono::milliseconds time)
+    {
+        std::unique_lock lock(m_mutex);
+        m_wake.wait_for(lock, time, [this] { return m_isEnding; });
+    }
+
+    bool IsStuck() const
+    {
+        return m_handed != m_left && Clock::now() - m_waitingSince > longestWay;
+    }
+
+    /// Connects, and stays until the connection ends.
+    End Serve()
+    {
+        const Client client(mosquitto_new(("plc-" + RandomId()).c_str(), true, this));
+        if (!client) {
+            return {"there is no memory for a connection"};
+        }
+        if (End wrong = Prepare(*client); !wrong.reason.empty()) {
+            return wrong;
+        }
+        m_end = {};
+        m_certificate.clear();
+        const int begun = mosquitto_connect_async(
+            client.get(), m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
+        if (begun != MOSQ_ERR_SUCCESS) {
+            return EndOf(begun);
+        }
+        {
+            const std::lock_guard lock(m_mutex);
+            m_client = client.get();
+            m_handed = m_left = 0;
+        }
+        const End end = Stay(*client);
+        const std::lock_guard lock(m_mutex);
+        m_client = nullptr;
+        m_isOpen = false;
+        return end;
+    }
+
+    End Prepare(mosquitto& client)
+    {
+        if (std::string wrong = OpenAccessError(m_order.address, m_order.access); !wrong.empty()) {
+            return {std::move(wrong), true};
+        }
+        SetCallbacks(client);
+        if (!m_order.address.user.empty()) {
+            std::string password;
+            if (!m_order.access.passwordFile.empty()) {
+                auto read = ReadPasswordFile(m_order.access.passwordFile);
+                if (!read) {
+                    return {read.Message(), true};
+                }
+                password = *std::move(read);
+            }
+            mosquitto_username_pw_set(&client, m_order.address.user.c_str(), password.c_str());
+        }
+        if (m_order.will) {
+            mosquitto_will_set(
+                &client,
+                m_order.will->topic.c_str(),
+                static_cast<int>(m_order.will->payload.size()),
+                m_order.will->payload.data(),
+                0,
+                true);
+        }
+        return m_order.address.isEncrypted ? Encrypt(client) : End{};
+    }
+
+    /// The certificate is checked, and the name in it; nothing switches that off.
+    End Encrypt(mosquitto& client) const
+    {
+        constexpr const char* systemsAuthorities = "/etc/ssl/certs";
+        const std::string& file = m_order.access.authorities;
+        const int result = mosquitto_tls_set(
+            &client,
+            file.empty() ? nullptr : file.c_str(),
+            file.empty() ? systemsAuthorities : nullptr,
+            nullptr,
+            nullptr,
+            nullptr);
+        if (result != MOSQ_ERR_SUCCESS) {
+            return {"cannot read the certificates in \"" + file + '"', true};
+        }
+        return {};
+    }
+
+    void SetCallbacks(mosquitto& client)
+    {
+        mosquitto_threaded_set(&client, true);
+        mosquitto_int_option(&client, MOSQ_OPT_TCP_NODELAY, 1);
+        mosquitto_connect_callback_set(&client, [](mosquitto*, void* self, int result) {
+            static_cast<Impl*>(self)->OnConnect(result);
+        });
+        mosquitto_subscribe_callback_set(&client, [](mosquitto*, void* self, int, int, const int*) {
+            static_cast<Impl*>(self)->Open();
+        });
+        mosquitto_message_callback_set(
+            &client, [](mosquitto*, void* self, const mosquitto_message* message) {
+                static_cast<Impl*>(self)->m_events->OnMessage(
+                    message->topic,
+                    {static_cast<const char*>(message->payload),
+                     static_cast<std::size_t>(message->payloadlen)},
+                    message->retain);
+            });
+        mosquitto_publish_callback_set(
+            &client, [](mosquitto*, void* self, int) { static_cast<Impl*>(self)->OnLeft(); });
+        mosquitto_log_callback_set(
+            &client, [](mosquitto* said, void* self, int level, const char*) {
+                if (level == MOSQ_LOG_ERR) {
+                    static_cast<Impl*>(self)->LookAtCertificate(*said);
+                }
+            });
+    }
+
+    void OnConnect(int result)
+    {
+        constexpr int wrongPassword = 4;
+        constexpr int notAuthorised = 5;
+        if (result == wrongPassword || result == notAuthorised) {
+            m_end = {
+                m_order.address.user.empty() ? "the broker lets nobody in without a user"
+                                             : "the broker does not accept the user \"" +
+                                                   m_order.address.user + "\" with this password",
+                true};
+            return;
+        }
+        if (result != 0) {
+            m_end = {
+                "the broker does not let us in: " + std::string(mosquitto_connack_string(result)),
+                true};
+            return;
+        }
+        if (m_order.topics.empty()) {
+            Open();
+            return;
+        }
+        std::vector<char*> topics;
+        for (std::string& topic : m_order.topics) {
+            topics.push_back(topic.data());
+        }
+        mosquitto_subscribe_multiple(
+            m_client, nullptr, static_cast<int>(topics.size()), topics.data(), 0, 0, nullptr);
+    }
+
+    /// The way is free in both directions.
+    void Open()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isOpen = true;
+        }
+        m_wasIn = true;
+        m_told.reset();
+        m_events->OnConnected();
+    }
+
+    void OnLeft()
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_left;
+        m_waitingSince = Clock::now();
+    }
+
+    /// An error is being told: perhaps of the broker's certificate, which can be asked only now.
+    void LookAtCertificate(mosquitto& client)
+    {
+        const auto* const tls = static_cast<const SSL*>(mosquitto_ssl_get(&client));
+        if (tls == nullptr || m_wasIn || !m_certificate.empty()) {
+            return;
+        }
+        const long verdict = SSL_get_verify_result(tls);
+        if (verdict != X509_V_OK) {
+            m_certificate = X509_verify_cert_error_string(verdict);
+        } else if (SSL_get_state(tls) != TLS_ST_OK) {
+            m_certificate = "it is not of \"" + m_order.address.host + '"';
+        }
+    }
+
+    /// Runs the connection until it ends.
+    End Stay(mosquitto& client)
+    {
+        const auto begun = Clock::now();
+        auto turn = begun;
+        for (;;) {
+            if (IsEnding()) {
+                mosquitto_disconnect(&client);
+                mosquitto_loop(&client, 0, 1);
+                return {};
+            }
+            const int result = mosquitto_loop(&client, static_cast<int>(turnTime.count()), 1);
+            if (!m_end.reason.empty()) {
+                return m_end;
+            }
+            if (result != MOSQ_ERR_SUCCESS) {
+                return EndOf(result);
+            }
+            const auto now = Clock::now();
+            if (now - turn >= turnTime) {
+                turn = now;
+                m_events->OnTurn();
+            }
+            if (!m_wasIn && now - begun > patience) {
+                return {"the broker does not answer"};
+            }
+        }
+    }
+
+    End EndOf(int result) const
+    {
+        if (!m_certificate.empty()) {
+            return {"the broker's certificate is not trusted: " + m_certificate, true};
+        }
+        if (m_wasIn) {
+            return {"the broker has ended the connection, or cannot be reached any more"};
+        }
+        if (result == MOSQ_ERR_EAI) {
+            return {"there is no host \"" + m_order.address.host + '"'};
+        }
+        return {"the broker cannot be reached"};
+    }
+
+    ConnectionOrder m_order;
+    ConnectionEvents* m_events = nullptr; ///< Not owned; outlives this.
+
+    // Of the thread.
+    End m_end;                 ///< What the broker has said instead of letting us in.
+    std::string m_certificate; ///< What is wrong with the broker's.
+    bool m_wasIn = false;      ///< In this attempt.
+    std::optional<End> m_told; ///< Since the last connection.
+
+    std::mutex m_mutex; ///< Guards what follows.
+    std::condition_variable m_wake;
+    bool m_isEnding = false;
+    bool m_isOpen = false;
+    mosquitto* m_client = nullptr; ///< Not owned; null: there is no connection.
+    std::uint64_t m_handed = 0;    ///< Messages for the network.
+    std::uint64_t m_left = 0;      ///< Of these.
+    Clock::time_point m_waitingSince;
+
+    std::thread m_thread; ///< Last: it uses all of the above.
+};
+
+Connection::Connection(ConnectionOrder order) : m_impl(std::make_unique<Impl>(std::move(order))) {}
+
+Connection::~Connection() = default;
+
+void Connection::Start(ConnectionEvents& events)
+{
+    m_impl->Start(events);
+}
+
+bool Connection::Publish(const std::string& topic, std::string_view payload, bool isRetained)
+{
+    return m_impl->Publish(topic, payload, isRetained);
+}
+
+base::Result<std::string> ReadPasswordFile(const std::string& file)
+{
+    struct stat status
+    {
+    };
+
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    if (::stat(file.c_str(), &status) == 0 && (status.st_mode & others) != 0) {
+        return base::Failure{
+            "others can read the password file \"" + file + "\" (chmod 600 helps)"};
+    }
+    auto text = base::ReadFile(file);
+    if (!text) {
+        return text;
+    }
+    const std::string line = text->substr(0, text->find_first_of("\r\n"));
+    if (line.empty()) {
+        return base::Failure{"there is no password in \"" + file + '"'};
+    }
+    return line;
+}
+
+std::string OpenAccessError(const plclink::MqttAddress& address, const plclink::MqttAccess& access)
+{
+    if (address.isEncrypted || access.mayBeOpen || IsLoopback(address.host)) {
+        return {};
+    }
+    return "mqtt is not encrypted and goes to this machine only (mqtts is; --insecure says that it "
+           "may "
+           "go to \"" +
+           address.host + "\" all the same)";
+}
+
+} // namespace plcremote
