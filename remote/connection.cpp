@@ -1,11 +1,11 @@
 #include "connection.h"
 
 #include "file.h"
+#include "modbus_socket.h"
 #include "random_id.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <condition_variable>
 #include <csignal>
 #include <cstdint>
 #include <mosquitto.h>
@@ -15,6 +15,7 @@
 #include <openssl/ssl.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace plcremote {
@@ -27,6 +28,9 @@ constexpr int keepAliveSeconds = 5; ///< The shortest that the library takes.
 
 /// How long a broker may take to let us in.
 constexpr std::chrono::seconds patience{5};
+
+/// How long a host may take to open its door.
+constexpr std::chrono::milliseconds longestKnock{2000};
 
 /// What has been handed over and has not left by then stands in the way of what comes after it.
 constexpr std::chrono::milliseconds longestWay{200};
@@ -88,11 +92,7 @@ public:
 
     ~Impl()
     {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_isEnding = true;
-        }
-        m_wake.notify_all();
+        m_stop.Raise();
         if (m_thread.joinable()) {
             m_thread.join();
         }
@@ -138,19 +138,19 @@ private:
     {
         const PipeSignalBlock block;
         auto pause = firstPause;
-        while (!IsEnding()) {
+        while (!m_stop.IsRaised()) {
             m_wasIn = false;
             const End end = Serve();
-            if (IsEnding()) {
+            if (m_stop.IsRaised()) {
                 break;
             }
             Tell(end);
             pause = m_wasIn ? firstPause : std::min(pause * 2, longestPause);
             const auto until = Clock::now() + pause;
-            while (!IsEnding() && Clock::now() < until) {
+            do {
                 m_events->OnTurn();
-                Wait(turnTime);
-            }
+            } while (m_stop.Wait(-1, 0, turnTime) == plclink::StopSignal::Woken::TimeOut &&
+                     Clock::now() < until);
         }
     }
 
@@ -161,18 +161,6 @@ private:
         }
         m_told = end;
         m_events->OnDisconnected(end.reason, end.isRefused);
-    }
-
-    bool IsEnding()
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_isEnding;
-    }
-
-    void Wait(std::chrono::milliseconds time)
-    {
-        std::unique_lock lock(m_mutex);
-        m_wake.wait_for(lock, time, [this] { return m_isEnding; });
     }
 
     bool IsStuck() const
@@ -190,12 +178,19 @@ private:
         if (End wrong = Prepare(*client); !wrong.reason.empty()) {
             return wrong;
         }
+        // The library would wait for a host that says nothing for as long as the system does.
+        const auto reached = plclink::ConnectTcp(
+            m_order.address.host, std::to_string(m_order.address.port), longestKnock, m_stop);
+        if (!reached) {
+            return {reached.Message()};
+        }
+        ::close(*reached);
         m_end = {};
         m_certificate.clear();
-        const int begun = mosquitto_connect_async(
+        const int begun = mosquitto_connect(
             client.get(), m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
         if (begun != MOSQ_ERR_SUCCESS) {
-            return EndOf(begun);
+            return EndOf();
         }
         {
             const std::lock_guard lock(m_mutex);
@@ -354,7 +349,7 @@ private:
         const auto begun = Clock::now();
         auto turn = begun;
         for (;;) {
-            if (IsEnding()) {
+            if (m_stop.IsRaised()) {
                 mosquitto_disconnect(&client);
                 mosquitto_loop(&client, 0, 1);
                 return {};
@@ -364,7 +359,7 @@ private:
                 return m_end;
             }
             if (result != MOSQ_ERR_SUCCESS) {
-                return EndOf(result);
+                return EndOf();
             }
             const auto now = Clock::now();
             if (now - turn >= turnTime) {
@@ -377,16 +372,13 @@ private:
         }
     }
 
-    End EndOf(int result) const
+    End EndOf() const
     {
         if (!m_certificate.empty()) {
             return {"the broker's certificate is not trusted: " + m_certificate, true};
         }
         if (m_wasIn) {
             return {"the broker has ended the connection, or cannot be reached any more"};
-        }
-        if (result == MOSQ_ERR_EAI) {
-            return {"there is no host \"" + m_order.address.host + '"'};
         }
         return {"the broker cannot be reached"};
     }
@@ -400,9 +392,9 @@ private:
     bool m_wasIn = false;      ///< In this attempt.
     std::optional<End> m_told; ///< Since the last connection.
 
+    plclink::StopSignal m_stop;
+
     std::mutex m_mutex; ///< Guards what follows.
-    std::condition_variable m_wake;
-    bool m_isEnding = false;
     bool m_isOpen = false;
     mosquitto* m_client = nullptr; ///< Not owned; null: there is no connection.
     std::uint64_t m_handed = 0;    ///< Messages for the network.
