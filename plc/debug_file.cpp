@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 
 namespace plc {
 
@@ -14,6 +15,7 @@ namespace {
 constexpr std::string_view signature = "PLCDBGI1"; // Eight bytes that the page does not read.
 constexpr std::size_t nameBytes = 48;
 constexpr std::size_t headerBytes = 12;
+constexpr std::size_t recordBytes = 56;
 constexpr unsigned bitsPerByte = 8;
 
 /// Appends the lowest @p count bytes of @p value, the lowest first.
@@ -39,7 +41,63 @@ std::string NameField(const Block& block)
     return name;
 }
 
+/// The number in the bytes at this place, the lowest first; nothing when they end before it.
+std::optional<std::uint32_t> NumberAt(std::string_view bytes, std::size_t place, std::size_t count)
+{
+    if (place > bytes.size() || bytes.size() - place < count) {
+        return std::nullopt;
+    }
+    std::uint32_t number = 0;
+    for (std::size_t i = count; i > 0; --i) {
+        number = number << bitsPerByte | static_cast<unsigned char>(bytes[place + i - 1]);
+    }
+    return number;
+}
+
+/// @return how many bytes a block's lines take; nothing when they are not all there.
+std::optional<std::size_t>
+BytesOfLines(std::string_view bytes, std::size_t offset, std::uint32_t count)
+{
+    std::size_t end = offset;
+    for (std::uint32_t line = 0; line < count; ++line) {
+        const std::string_view begin = bytes.substr(std::min(end, bytes.size()), maxLineBytes + 1);
+        const std::size_t length = begin.find('\n');
+        if (length == std::string_view::npos) {
+            return std::nullopt;
+        }
+        end += length + 1;
+    }
+    return end - offset;
+}
+
 } // namespace
+
+base::Result<void> CheckDebugBytes(std::string_view bytes)
+{
+    const base::Failure foreign{"it is no program debug file"};
+    const base::Failure torn{"it is no whole program debug file"};
+    const auto index = NumberAt(bytes, signature.size(), 4);
+    const auto blocks = index ? NumberAt(bytes, *index, 4) : std::nullopt;
+    if (!blocks || *index < headerBytes || *blocks == 0) {
+        return foreign;
+    }
+    if ((bytes.size() - *index - 4) / recordBytes < *blocks) {
+        return torn;
+    }
+    std::size_t linesBytes = 0;
+    for (std::uint32_t block = 0; block < *blocks; ++block) {
+        const std::size_t record = *index + 4 + block * recordBytes;
+        const auto lines = NumberAt(bytes, record + nameBytes + 2, 2);
+        const auto offset = NumberAt(bytes, record + nameBytes + 4, 4);
+        const auto taken = BytesOfLines(bytes, *offset, *lines);
+        // Blocks that share their lines would take for ever to look at.
+        linesBytes += taken.value_or(0);
+        if (!taken || linesBytes > bytes.size()) {
+            return torn;
+        }
+    }
+    return {};
+}
 
 bool IsExecutable(std::string_view line)
 {

@@ -27,6 +27,10 @@ bool IsExecutable(std::string_view line);
 /// The bytes of the file; none when the listing is too long for its offsets.
 base::Result<std::string> DebugFileOf(const Program& program);
 
+/// Whether the bytes are a program debug file, whole: every block and every line of it is there.
+/// @return what is wrong with them.
+base::Result<void> CheckDebugBytes(std::string_view bytes);
+
 /// Replaces @p prefix + debugFileSuffix as a whole, or leaves it as it was.
 base::Result<void> WriteDebugFile(const Program& program, const std::string& prefix);
 

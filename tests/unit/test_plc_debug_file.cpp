@@ -228,4 +228,33 @@ TEST_F(DebugFileOnDisk, AFailureLeavesTheFormerFile)
     EXPECT_FALSE(std::filesystem::exists(path.string() + ".new"));
 }
 
+TEST(CheckDebugBytes, TakesWhatIsWrittenAndNothingThatIsCutOff)
+{
+    const std::string bytes =
+        Written(Assembled(plc::AssembleFile(ProjectFile("samples/instructions/instructions.il"))));
+
+    EXPECT_TRUE(plc::CheckDebugBytes(bytes));
+    for (std::size_t size = 0; size < bytes.size(); ++size) {
+        EXPECT_FALSE(plc::CheckDebugBytes(std::string_view(bytes).substr(0, size))) << size;
+    }
+}
+
+TEST(CheckDebugBytes, RefusesForeignBytes)
+{
+    EXPECT_EQ(MessageOf(plc::CheckDebugBytes("")), "it is no program debug file");
+    EXPECT_EQ(
+        MessageOf(plc::CheckDebugBytes(std::string(10000, 'x'))), "it is no program debug file");
+    EXPECT_FALSE(plc::CheckDebugBytes(std::string(10000, '\0')));
+    EXPECT_FALSE(plc::CheckDebugBytes(std::string(10000, '\x01')));
+}
+
+TEST(CheckDebugBytes, RefusesALineThatDoesNotEnd)
+{
+    std::string bytes = Written(Assembled(plc::Assemble(CyclicBlock("U E0.0"), "a.il")));
+
+    std::replace(bytes.begin(), bytes.end(), '\n', ' ');
+
+    EXPECT_EQ(MessageOf(plc::CheckDebugBytes(bytes)), "it is no whole program debug file");
+}
+
 } // namespace
