@@ -18,12 +18,14 @@ class DeviceMachine : public Machine
 {
 public:
     /// @param name for the window's title.
+    /// @param remark what the window says of a machine of this kind.
     /// @param answers outlives the machine.
     /// @param tick runs a hundred times each second.
     /// @param log takes what could not be served, on any thread.
     DeviceMachine(
         std::unique_ptr<plclink::Source> device,
         std::string name,
+        const char* HostTexts::*remark,
         AnswerSink& answers,
         std::function<void()> tick,
         MachineLog log);
@@ -37,6 +39,7 @@ public:
 
 private:
     const std::string m_name;
+    const char* HostTexts::*const m_remark;
     plclink::MachineLink m_link;
     Bridge m_bridge;
     LinkMonitor m_monitor;

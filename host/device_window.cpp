@@ -6,22 +6,23 @@ namespace plchost {
 
 DeviceWindow::DeviceWindow(
     const std::string& name,
+    const char* HostTexts::*remark,
     LinkMonitor& monitor,
     const std::string& language,
     WindowActions actions)
-    : HostWindow(monitor, std::move(actions))
+    : HostWindow(monitor, std::move(actions)), m_remark(remark)
 {
     set_title(name);
-    m_noStates.set_line_wrap(true);
-    m_noStates.set_xalign(0);
-    Body().pack_start(m_noStates, Gtk::PACK_EXPAND_WIDGET);
+    m_remarkText.set_line_wrap(true);
+    m_remarkText.set_xalign(0);
+    Body().pack_start(m_remarkText, Gtk::PACK_EXPAND_WIDGET);
     Link().OpenTable();
     ShowAll(language);
 }
 
 void DeviceWindow::SetTexts(const HostTexts& texts, const std::string&)
 {
-    m_noStates.set_text(texts.noStates);
+    m_remarkText.set_text(texts.*m_remark);
 }
 
 } // namespace plchost

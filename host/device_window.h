@@ -13,10 +13,11 @@ namespace plchost {
 class DeviceWindow : public HostWindow
 {
 public:
-    /// @param name of the device.
+    /// @param remark what the window says of a device of this kind.
     /// @param monitor outlives the window.
     DeviceWindow(
         const std::string& name,
+        const char* HostTexts::*remark,
         LinkMonitor& monitor,
         const std::string& language,
         WindowActions actions);
@@ -26,7 +27,8 @@ public:
 private:
     void SetTexts(const HostTexts& texts, const std::string& language) override;
 
-    Gtk::Label m_noStates;
+    const char* HostTexts::*const m_remark;
+    Gtk::Label m_remarkText;
 };
 
 } // namespace plchost

@@ -2,6 +2,7 @@
 
 #include "debug_file.h"
 #include "file.h"
+#include "listing.h"
 #include "open_machine.h"
 #include "texts.h"
 
@@ -37,7 +38,13 @@ template <typename T> T Demand(base::Result<T> result)
     return *std::move(result);
 }
 
-ConfigFiles PrepareFiles(const Options& options, const std::string& source)
+std::string StemOf(const std::string& file)
+{
+    return fs::path(file).stem();
+}
+
+/// @param name of the machine.
+ConfigFiles PrepareFiles(const Options& options, const std::string& name)
 {
     std::string folder = options.configFolder;
     if (folder.empty()) {
@@ -47,9 +54,8 @@ ConfigFiles PrepareFiles(const Options& options, const std::string& source)
     if (options.configFolder.empty() && !options.replay.empty()) {
         folder = Glib::build_filename(folder, "replay");
     }
-    const std::string name = fs::path(source).stem();
     // The list that was on show last is of no use for another device.
-    if (options.configFolder.empty() && options.device) {
+    if (options.configFolder.empty() && (options.device || options.farMachine)) {
         folder = Glib::build_filename(folder, "device", name);
     }
     ConfigFiles files = FilesIn(folder, name);
@@ -92,29 +98,18 @@ void PrepareMachine(const Options& options, Ground& ground)
     const std::string sample = SampleProgramFile(ground.dataFolder, options.sample);
     const std::string source = options.program.empty() ? sample : options.program;
     ground.program = Demand(ReadProgram(source));
-    ground.files = PrepareFiles(options, source);
+    ground.files = PrepareFiles(options, StemOf(source));
     Demand(plc::WriteDebugFile(ground.program, ground.files.prefix));
     if (options.program.empty()) {
         Seed(ground.files, sample);
     }
 }
 
-/// A program of which nothing is known: the debugger opens on no less than a block.
-plc::Program UnknownProgram(const std::string& language)
-{
-    plc::Line line;
-    line.text = std::string("TITLE =") + TextsIn(language).noListing;
-    plc::Block block;
-    block.name = "-";
-    block.lines = {line};
-    return {{block}, 0};
-}
-
 /// The listing of a device's program, as the debugger reads it.
 std::string ListingOf(const Options& options, const std::string& language)
 {
     if (options.listing.empty()) {
-        return Demand(plc::DebugFileOf(UnknownProgram(language)));
+        return Demand(ListingThatSays(TextsIn(language).noListing));
     }
     if (!CheckDebugFile(options.listing)) {
         throw StartError{
@@ -127,10 +122,16 @@ std::string ListingOf(const Options& options, const std::string& language)
 void PrepareDevice(const Options& options, Ground& ground)
 {
     ground.map = Demand(plclink::ReadModbusMapFile(options.map));
-    ground.files = PrepareFiles(options, options.map);
+    ground.files = PrepareFiles(options, StemOf(options.map));
     Demand(ReplaceConfigFile(
         ground.files.debugFile, ListingOf(options, LanguageOf(options, ground.files))));
     Seed(ground.files, options.map);
+}
+
+void PrepareFarMachine(const Options& options, Ground& ground)
+{
+    const plclink::MqttAddress& machine = *options.farMachine;
+    ground.files = PrepareFiles(options, machine.plant + '-' + machine.machine);
 }
 
 void PrepareReplay(const Options& options, Ground& ground)
@@ -139,7 +140,7 @@ void PrepareReplay(const Options& options, Ground& ground)
     if (!ground.recording->remark.empty()) {
         std::cerr << "plchost: " << ground.recording->remark << std::endl;
     }
-    ground.files = PrepareFiles(options, options.replay);
+    ground.files = PrepareFiles(options, StemOf(options.replay));
     Demand(ReplaceConfigFile(ground.files.debugFile, ground.recording->listing));
     std::vector<std::string> operands = WatchedOperands(*ground.recording);
     operands.resize(std::min(operands.size(), longestWatchList));
@@ -162,6 +163,8 @@ Ground Prepare(const Options& options)
                                                    : fs::absolute(options.dataFolder).string();
     if (options.device) {
         PrepareDevice(options, ground);
+    } else if (options.farMachine) {
+        PrepareFarMachine(options, ground);
     } else if (options.replay.empty()) {
         PrepareMachine(options, ground);
     } else {

@@ -5,6 +5,7 @@
 #include "file.h"
 #include "live_machine.h"
 #include "open_machine.h"
+#include "remote_machine.h"
 #include "replay_machine.h"
 
 #include <gtkmm/main.h>
@@ -21,6 +22,7 @@ constexpr unsigned refreshMs = 40;
 constexpr unsigned pollMs = 200;
 constexpr unsigned insistMs = 500;
 constexpr unsigned quitMs = 20;
+constexpr unsigned readyMs = 20;
 
 /// The lowest screen on which the debugger may be as tall as it likes.
 constexpr int tallScreen = 800;
@@ -101,7 +103,20 @@ std::unique_ptr<Machine> Host::MakeMachine()
     if (m_options.device) {
         auto device = OpenDevice(*m_options.device, *std::move(m_ground.map));
         return std::make_unique<DeviceMachine>(
-            std::move(device), m_options.deviceName, m_faults, tick, log);
+            std::move(device), m_options.deviceName, &HostTexts::noStates, m_faults, tick, log);
+    }
+    if (m_options.farMachine) {
+        auto machine = OpenFarMachine(*m_options.farMachine, m_options.access, log.warn);
+        if (!machine) {
+            throw StartError{machine.Message()};
+        }
+        return std::make_unique<RemoteMachine>(
+            *std::move(machine),
+            m_options.deviceName,
+            m_ground.files.debugFile,
+            m_faults,
+            tick,
+            log);
     }
     auto plc = std::make_unique<plclink::SoftPlc>(
         std::move(m_ground.program),
@@ -143,7 +158,26 @@ void Host::OpenOrClose()
     if (m_session.IsOpen()) {
         m_session.Close();
     } else {
-        OpenDebugger();
+        WhenReady([this] { OpenDebugger(); });
+    }
+}
+
+/// Does it at once, or as soon as the machine has said what it is.
+void Host::WhenReady(const std::function<void()>& open)
+{
+    if (std::exchange(m_isWaiting, true)) {
+        return;
+    }
+    const auto waits = [this, open] {
+        if (!m_machine->IsReady()) {
+            return true;
+        }
+        m_isWaiting = false;
+        open();
+        return false;
+    };
+    if (waits()) {
+        m_timers.While(readyMs, waits);
     }
 }
 
@@ -158,6 +192,9 @@ bool Host::OpenDebugger()
 
 base::Result<void> Host::TryToOpen()
 {
+    if (const auto prepared = m_machine->PrepareDebugger(m_ground.language); !prepared) {
+        Report(prepared.Message());
+    }
     if (auto readable = CheckDebugFile(m_ground.files.debugFile); !readable) {
         return readable;
     }
@@ -178,15 +215,29 @@ void Host::Report(const std::string& problem)
 /// debugger has been opened by then.
 void Host::Begin()
 {
-    if (m_options.run) {
-        m_timers.Once(static_cast<unsigned>(m_options.run->count()), [this] { EndRun(); });
+    if (m_options.debugger) {
+        WhenReady([this] { BeginWithDebugger(); });
+    } else {
+        BeginRun();
     }
-    if (!m_options.debugger || OpenDebugger()) {
+}
+
+void Host::BeginWithDebugger()
+{
+    BeginRun();
+    if (OpenDebugger()) {
         return;
     }
     m_status = exitFailed;
     if (m_options.run) {
         Quit();
+    }
+}
+
+void Host::BeginRun()
+{
+    if (m_options.run) {
+        m_timers.Once(static_cast<unsigned>(m_options.run->count()), [this] { EndRun(); });
     }
 }
 

@@ -11,6 +11,7 @@
 #include "warning.h"
 #include "window.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -31,10 +32,13 @@ private:
     std::unique_ptr<Recorder> MakeRecorder() const;
     std::unique_ptr<Machine> MakeMachine();
     void OpenOrClose();
+    void WhenReady(const std::function<void()>& open);
     bool OpenDebugger();
     base::Result<void> TryToOpen();
     void Report(const std::string& problem);
     void Begin();
+    void BeginWithDebugger();
+    void BeginRun();
     void CheckThreads();
     void CheckRecorder();
     void EndRun();
@@ -43,6 +47,7 @@ private:
     const Options m_options;
     Ground m_ground;
     int m_status = 0;
+    bool m_isWaiting = false; ///< Until the machine is ready.
     bool m_violationTold = false;
     bool m_recorderProblemTold = false;
 

@@ -66,6 +66,7 @@ LinkView LinkMonitor::Look()
     view.state = Judged(m_reported, YoungestAge(watched, now), oldAge);
     Tell(view.state);
     view.answersPerSecond = m_answers.Count(m_link.ReadingCount(), now);
+    view.losses = m_link.Losses();
     for (const plclink::WatchedOperand& operand : watched) {
         view.operands.push_back(Shown(operand, oldAge, now, today));
     }

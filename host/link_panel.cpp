@@ -109,9 +109,10 @@ void LinkPanel::Show(const LinkView& view)
 {
     m_lamp.set_markup(
         Badge(StatusWord(*m_texts, view.state.status), LampColour(view.state.status)));
+    const std::string losses = LossText(*m_texts, view.losses);
     m_figures.set_text(
         std::to_string(view.answersPerSecond) + ' ' + m_texts->answersPerSecond + "   " +
-        CountText(*m_texts, view.operands));
+        CountText(*m_texts, view.operands) + (losses.empty() ? "" : "   " + losses));
     m_reason.set_text(view.state.reason);
     m_reason.set_visible(!view.state.reason.empty());
     ShowTable(view.operands);

@@ -157,6 +157,19 @@ std::string CountText(const HostTexts& texts, const std::vector<ShownOperand>& o
     return text;
 }
 
+std::string LossText(const HostTexts& texts, const plclink::MessageLosses& losses)
+{
+    std::string text;
+    if (losses.lost > 0) {
+        text = std::string(texts.lostMessages) + ": " + std::to_string(losses.lost);
+    }
+    if (losses.dropped > 0) {
+        text += (text.empty() ? "" : ", ") + std::string(texts.droppedMessages) + ": " +
+                std::to_string(losses.dropped);
+    }
+    return text;
+}
+
 std::string NoteText(const HostTexts& texts, const ShownOperand& operand)
 {
     if (!operand.refusal.empty()) {

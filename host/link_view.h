@@ -28,6 +28,7 @@ struct LinkView
 {
     plclink::LinkState state{};
     std::uint64_t answersPerSecond = 0;
+    plclink::MessageLosses losses{};
     std::vector<ShownOperand> operands{};
 };
 
@@ -62,6 +63,9 @@ const char* StatusWord(const HostTexts& texts, plclink::LinkStatus status);
 
 /// "8 operands, 3 of them old".
 std::string CountText(const HostTexts& texts, const std::vector<ShownOperand>& operands);
+
+/// "lost messages: 3, unusable ones: 1"; empty when there are none.
+std::string LossText(const HostTexts& texts, const plclink::MessageLosses& losses);
 
 /// What is to be said beside a value; empty for one that is young.
 std::string NoteText(const HostTexts& texts, const ShownOperand& operand);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "port.h"
+#include "result.h"
 #include "window.h"
 
 #include <memory>
@@ -25,6 +26,13 @@ public:
 
     /// The debugger has been opened, or is gone and its subscriptions end.
     virtual void OnDebugger(bool open) = 0;
+
+    /// Whether the debugger can open on all there is to know; if not, it can soon.
+    virtual bool IsReady() const { return true; }
+
+    /// Brings the files that the debugger opens on up to date.
+    /// @return what the operator has to know of them; the debugger opens all the same.
+    virtual base::Result<void> PrepareDebugger(const std::string&) { return {}; }
 
     /// To be called once, when everything stands.
     virtual void Start() = 0;

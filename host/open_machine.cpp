@@ -56,22 +56,37 @@ OpenDevice(const plclink::ModbusAddress& address, plclink::ModbusMap map)
     return std::make_unique<plclink::ModbusSource>(std::move(map), std::move(connection));
 }
 
-OpenedMachine OpenMachine(
-    const plclink::Address& address, const std::string& mapFile, const std::string& dataFolder)
+base::Result<std::unique_ptr<plcremote::MqttSource>> OpenFarMachine(
+    const plclink::MqttAddress& address,
+    const plclink::MqttAccess& access,
+    std::function<void(const std::string& sentence)> log)
 {
-    if (const auto* const device = std::get_if<plclink::ModbusAddress>(&address)) {
-        auto map = plclink::ReadModbusMapFile(mapFile);
+    if (const std::string wrong = plcremote::OpenAccessError(address, access); !wrong.empty()) {
+        return base::Failure{wrong};
+    }
+    return {std::make_unique<plcremote::MqttSource>(address, access, std::move(log))};
+}
+
+OpenedMachine OpenMachine(const MachineOrder& order)
+{
+    if (const auto* const device = std::get_if<plclink::ModbusAddress>(&order.address)) {
+        auto map = plclink::ReadModbusMapFile(order.map);
         return map ? OpenedMachine(OpenDevice(*device, *std::move(map)))
                    : base::Failure{map.Message()};
     }
-    if (const auto* const sample = std::get_if<plclink::SampleAddress>(&address)) {
-        return OpenProgram(
-            SampleProgramFile(dataFolder, sample->name), samples::FindSampleMachine(sample->name));
+    if (const auto* const far = std::get_if<plclink::MqttAddress>(&order.address)) {
+        auto machine = OpenFarMachine(*far, order.access, order.log);
+        return machine ? OpenedMachine(*std::move(machine)) : base::Failure{machine.Message()};
     }
-    if (const auto* const program = std::get_if<plclink::ProgramAddress>(&address)) {
+    if (const auto* const sample = std::get_if<plclink::SampleAddress>(&order.address)) {
+        return OpenProgram(
+            SampleProgramFile(order.dataFolder, sample->name),
+            samples::FindSampleMachine(sample->name));
+    }
+    if (const auto* const program = std::get_if<plclink::ProgramAddress>(&order.address)) {
         return OpenProgram(program->file, nullptr);
     }
-    return OpenRecording(std::get<plclink::RecordingAddress>(address).file);
+    return OpenRecording(std::get<plclink::RecordingAddress>(order.address).file);
 }
 
 std::string SampleProgramFile(const std::string& dataFolder, const std::string& name)

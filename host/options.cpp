@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include "address.h"
+#include "broker_options.h"
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
@@ -61,6 +62,9 @@ void TakeAddress(const std::string& text, Options& options)
     } else if (const auto* const device = std::get_if<plclink::ModbusAddress>(&address)) {
         options.device = *device;
         options.deviceName = text;
+    } else if (const auto* const far = std::get_if<plclink::MqttAddress>(&address)) {
+        options.farMachine = *far;
+        options.deviceName = text;
     } else {
         options.replay = std::get<plclink::RecordingAddress>(address).file;
     }
@@ -107,6 +111,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("FILE")
         ->check(Silent(CLI::ExistingFile))
         ->needs(map);
+    AddBrokerOptions(app, options.access);
     auto* const program =
         app.add_option("--program", options.program, "short for --machine soft:FILE.il")
             ->type_name("FILE")
@@ -161,6 +166,17 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         }
         if (options.replay.empty() && speed->count() > 0) {
             throw CLI::RequiresError("--speed", "--replay");
+        }
+        if (const auto wrong = BrokerOptionsError(options.access);
+            !options.farMachine && !wrong.empty()) {
+            throw CLI::ValidationError(wrong);
+        }
+        if (options.farMachine && record->count() > 0) {
+            throw CLI::ValidationError(
+                "--record", "a machine behind a broker is recorded where it is published");
+        }
+        if (options.farMachine && cycleOption->count() > 0) {
+            throw CLI::ExcludesError("--machine " + machine, "--cycle");
         }
         if (options.device && cycleOption->count() > 0) {
             throw CLI::ExcludesError("--map", "--cycle");

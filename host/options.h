@@ -3,6 +3,7 @@
 #include "cycle_time.h"
 #include "fault_injector.h"
 #include "modbus_address.h"
+#include "mqtt_address.h"
 
 #include <chrono>
 #include <optional>
@@ -25,10 +26,12 @@ struct Options
     std::string record;             ///< File to be recorded to; empty: none.
     std::string replay;             ///< Recording to be played instead of a machine; empty: none.
     double speed = 1;               ///< Of the replay.
-    std::optional<plclink::ModbusAddress> device; ///< To be watched instead of a machine.
-    std::string deviceName;                       ///< Its address as it was given.
-    std::string map;                              ///< Of the device's operands.
-    std::string listing;                          ///< Of the device's program; empty: none.
+    std::optional<plclink::ModbusAddress> device;   ///< To be watched instead of a machine.
+    std::optional<plclink::MqttAddress> farMachine; ///< To be watched instead of a machine.
+    plclink::MqttAccess access;                     ///< Of the far machine.
+    std::string deviceName;                         ///< The address of one of both as it was given.
+    std::string map;                                ///< Of the device's operands.
+    std::string listing;                            ///< Of the device's program; empty: none.
     std::chrono::milliseconds cycle = plc::usualCycle;
     std::optional<std::chrono::milliseconds> run; ///< None: until the operator ends it.
     bool debugger = false;

@@ -45,6 +45,11 @@ constexpr HostTexts german{
     "Die Zeilen des Debuggers behalten ihren letzten Wert; wie alt er ist, zeigt diese Tabelle.",
     "Diese Steuerung liefert keine Programmzustände; die Programmseite zeigt dafür „?“.",
     "Zu dieser Steuerung wurde kein Listing angegeben.",
+    "Diese Maschine ist fern, hinter einem Broker; wie alt ihre Werte hier sind, zeigt die "
+    "Tabelle.",
+    "Von dieser Maschine ist kein Listing gekommen.",
+    "verlorene Nachrichten",
+    "unbrauchbare",
 };
 
 constexpr HostTexts english{
@@ -86,6 +91,10 @@ constexpr HostTexts english{
     "The debugger's rows keep their last value; this table shows how old it is.",
     "This controller gives no program states; the program page shows \"?\" for them.",
     "No listing has been given for this controller.",
+    "This machine is far away, behind a broker; the table shows how old its values are here.",
+    "No listing has come from this machine.",
+    "lost messages",
+    "unusable ones",
 };
 
 } // namespace

@@ -42,10 +42,14 @@ struct HostTexts
     const char* value;
     const char* age;
     const char* note;
-    const char* oldSince;   ///< A time of day follows.
-    const char* lastValues; ///< What the debugger's rows do not tell.
-    const char* noStates;   ///< Of a device.
-    const char* noListing;  ///< Stands in the listing of a device; ASCII.
+    const char* oldSince;         ///< A time of day follows.
+    const char* lastValues;       ///< What the debugger's rows do not tell.
+    const char* noStates;         ///< Of a device.
+    const char* noListing;        ///< Stands in the listing of a device; ASCII.
+    const char* isFarAway;        ///< Of a machine behind a broker.
+    const char* noListingHasCome; ///< Stands in the listing of such a machine; ASCII.
+    const char* lostMessages;     ///< A number follows, as of the next.
+    const char* droppedMessages;
 };
 
 /// English for a language that the host does not speak.

@@ -30,7 +30,7 @@ std::string AddressForms()
 {
     return "soft:NAME with one of " + SampleNames() +
            "; soft:FILE.il; recording:FILE; with --map " + std::string(modbusTcpForm) + ", " +
-           std::string(modbusRtuForm);
+           std::string(modbusRtuForm) + "; " + std::string(mqttForm);
 }
 
 base::Result<Address> ParseAddress(const std::string& text)
@@ -38,6 +38,11 @@ base::Result<Address> ParseAddress(const std::string& text)
     if (IsModbusAddress(text)) {
         auto device = ParseModbusAddress(text);
         return device ? base::Result<Address>(*std::move(device)) : base::Failure{device.Message()};
+    }
+    if (IsMqttAddress(text)) {
+        auto machine = ParseMqttAddress(text);
+        return machine ? base::Result<Address>(*std::move(machine))
+                       : base::Failure{machine.Message()};
     }
     const std::size_t colon = text.find(':');
     const std::string scheme = text.substr(0, colon);

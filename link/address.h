@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modbus_address.h"
+#include "mqtt_address.h"
 #include "result.h"
 
 #include <string>
@@ -28,7 +29,8 @@ struct RecordingAddress
     std::string file;
 };
 
-using Address = std::variant<SampleAddress, ProgramAddress, RecordingAddress, ModbusAddress>;
+using Address =
+    std::variant<SampleAddress, ProgramAddress, RecordingAddress, ModbusAddress, MqttAddress>;
 
 /// What an address may look like, for help texts.
 std::string AddressForms();

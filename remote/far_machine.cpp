@@ -250,11 +250,11 @@ base::Result<void> FarMachine::TakeValues(std::string_view payload)
         m_run = {message->session, message->running, came};
     }
     TakeWishes(came);
+    JudgeLink(came);
     m_events->OnReadings(*m_list, m_values.Readings(*m_list));
     for (const auto& [operand, reason] : m_values.NewRefusals(*m_list)) {
         m_events->OnUnreadable(operand, reason);
     }
-    JudgeLink(came);
     return {};
 }
 

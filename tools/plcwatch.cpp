@@ -1,5 +1,6 @@
 #include "loader.h"
 #include "open_machine.h"
+#include "plcwatch_machines.h"
 #include "plcwatch_session.h"
 
 #include <array>
@@ -77,14 +78,14 @@ std::size_t TerminalHeight()
 base::Result<std::unique_ptr<plclink::Source>> Open(const Options& options)
 {
     if (!std::holds_alternative<plclink::SampleAddress>(options.address)) {
-        return plchost::OpenMachine(options.address, options.map, "");
+        return plchost::OpenMachine({options.address, options.map, "", options.access, &Tell});
     }
     const auto folder =
         plchost::FindDataFolder(std::filesystem::read_symlink("/proc/self/exe").parent_path());
     if (!folder) {
         return base::Failure{folder.Message()};
     }
-    return plchost::OpenMachine(options.address, options.map, *folder);
+    return plchost::OpenMachine({options.address, options.map, *folder});
 }
 
 int Main(int argc, char** argv)
@@ -110,14 +111,15 @@ int Main(int argc, char** argv)
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
+    const Surroundings around{&Print, &Tell, &Wait, ::isatty(STDOUT_FILENO) != 0, TerminalHeight()};
+    if (options.plant) {
+        return ListMachines(options, around);
+    }
     auto source = Open(options);
     if (!source) {
         throw std::runtime_error(source.Message());
     }
-    Session session(
-        options,
-        *std::move(source),
-        {&Print, &Tell, &Wait, ::isatty(STDOUT_FILENO) != 0, TerminalHeight()});
+    Session session(options, *std::move(source), around);
     if (options.read) {
         return session.Read();
     }

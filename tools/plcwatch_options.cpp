@@ -1,5 +1,6 @@
 #include "plcwatch_options.h"
 
+#include "broker_options.h"
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
@@ -26,12 +27,18 @@ Exit status:
   1  a file is missing or damaged
   2  the command line is wrong
   3  the machine does not know an operand
-  4  the machine cannot be reached, or is lost at the end
+  4  the machine or the broker cannot be reached, or the machine is lost at the end
   5  a value was not written, or not confirmed
   130, 143  interrupted, terminated)";
 
 constexpr milliseconds shortestEvery{10};
 constexpr milliseconds longestEvery{std::chrono::minutes(1)};
+
+std::string PlantError(const std::string& text)
+{
+    const auto plant = plclink::ParseMqttPlant(text);
+    return plant ? "" : plant.Message();
+}
 
 std::string DurationError(const std::string& text)
 {
@@ -46,6 +53,7 @@ struct Words
     std::string format = "D";
     std::string every;
     std::string limit;
+    std::string plant;
 };
 
 /// @throws CLI::ValidationError when it is not one.
@@ -73,11 +81,22 @@ WriteOrder OrderOf(const std::string& text, const std::string& format)
     return {variable, static_cast<std::uint32_t>(variable.var.value)};
 }
 
-void Combine(const Words& words, Options& options)
+/// What is wanted of which machine, or the machines of which plant.
+void TakeAddress(const Words& words, Options& options)
 {
     const int wanted = static_cast<int>(!options.list.empty()) +
                        static_cast<int>(!words.read.empty()) +
                        static_cast<int>(!words.write.empty());
+    if (!words.plant.empty()) {
+        if (wanted != 0 || !options.machine.empty() || !options.map.empty()) {
+            throw CLI::ValidationError("--machines", "stands alone: it lists a plant's machines");
+        }
+        options.plant = *plclink::ParseMqttPlant(words.plant);
+        return;
+    }
+    if (options.machine.empty()) {
+        throw CLI::ValidationError("give one of --machine and --machines");
+    }
     if (wanted != 1) {
         throw CLI::ValidationError("give one of LIST, --read and --write");
     }
@@ -85,6 +104,20 @@ void Combine(const Words& words, Options& options)
         throw CLI::ValidationError("--machine", wrong);
     }
     options.address = *plclink::ParseAddress(options.machine);
+}
+
+bool HasBroker(const Options& options)
+{
+    return options.plant || std::holds_alternative<plclink::MqttAddress>(options.address);
+}
+
+void Combine(const Words& words, Options& options)
+{
+    TakeAddress(words, options);
+    if (const auto wrong = plchost::BrokerOptionsError(options.access);
+        !HasBroker(options) && !wrong.empty()) {
+        throw CLI::ValidationError(wrong);
+    }
     if (!words.read.empty()) {
         options.read = VariableOf("--read", words.read, words.format);
     }
@@ -136,10 +169,14 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     app.add_option("LIST", options.list, "the variable list (*.plc)")->type_name("");
     app.add_option("--machine", options.machine, "the machine: " + plclink::AddressForms())
         ->type_name("ADDRESS")
-        ->required()
         ->check(CLI::Validator(plclink::AddressError, ""));
     app.add_option("--map", options.map, "which operands lie where in a Modbus device")
         ->type_name("FILE");
+    app.add_option(
+           "--machines", words.plant, "list the machines of a plant behind a broker and end")
+        ->type_name(std::string(plclink::mqttPlantForm))
+        ->check(CLI::Validator(PlantError, ""));
+    plchost::AddBrokerOptions(app, options.access);
     app.add_option("--read", words.read, "print the value of this operand and end")
         ->type_name("OPERAND");
     app.add_option("--write", words.write, "write a value, read it back and end")

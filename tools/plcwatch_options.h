@@ -29,13 +29,15 @@ struct WriteOrder
     std::uint32_t value;
 };
 
-/// Exactly one of list, read and write is there.
+/// Exactly one of list, read, write and plant is there.
 struct Options
 {
-    std::string machine; ///< As it was given.
+    std::string machine; ///< As it was given; empty with a plant.
     plclink::Address address;
-    std::string map;  ///< Of a device's operands; empty without a device.
-    std::string list; ///< Empty: none.
+    std::optional<plclink::MqttAddress> plant; ///< Whose machines are listed.
+    plclink::MqttAccess access;                ///< Of whatever lies behind a broker.
+    std::string map;                           ///< Of a device's operands; empty without a device.
+    std::string list;                          ///< Empty: none.
     std::optional<Variable> read;
     std::optional<WriteOrder> write;
     std::chrono::milliseconds every{100};

@@ -55,6 +55,16 @@ void Session::Add(const Variable& variable)
     }
 }
 
+/// A sentence when messages have been lost since the last one.
+void Session::TellLosses()
+{
+    const std::uint64_t lost = m_link.Losses().lost;
+    if (lost != m_toldLost) {
+        m_toldLost = lost;
+        m_around.tell("messages lost on the way so far: " + std::to_string(lost));
+    }
+}
+
 void Session::LookForRefusals()
 {
     for (const auto& row : m_rows) {
@@ -94,6 +104,7 @@ int Session::Watch(const std::vector<Variable>& list)
     const bool isTable = m_around.isTerminal && !m_options.plain && !m_options.json;
     for (;;) {
         LookForRefusals();
+        TellLosses();
         // What is known is printed before the end.
         const bool isOver =
             (m_options.limit && IsOver(*m_options.limit)) || (m_options.once && AllAreKnown());

@@ -78,6 +78,7 @@ private:
     /// @return nothing when it holds, else the status to end with.
     std::optional<int> Await(const std::function<bool()>& done);
     int EndStatus() const;
+    void TellLosses();
 
     const Options& m_options;
     const Surroundings m_around;
@@ -85,6 +86,7 @@ private:
     std::vector<std::unique_ptr<Row>> m_rows;
     std::optional<plclink::LinkState> m_printedState;
     std::size_t m_tableLines = 0; ///< That stand on the terminal.
+    std::uint64_t m_toldLost = 0; ///< Messages.
     plclink::MachineLink m_link;  ///< Last: its source's thread uses the rows.
 };
 

@@ -141,6 +141,14 @@ TEST(CountText, CountsWhatIsOldOnlyWhenSomethingIs)
     EXPECT_EQ(CountText(TextsIn("en"), {old, {}}), "Watched operands: 2, of them old: 1");
 }
 
+TEST(LossText, CountsMessagesOnlyWhenSomeCameToNothing)
+{
+    EXPECT_EQ(LossText(TextsIn("en"), {}), "");
+    EXPECT_EQ(LossText(TextsIn("en"), {3, 0}), "lost messages: 3");
+    EXPECT_EQ(LossText(TextsIn("de"), {3, 1}), "verlorene Nachrichten: 3, unbrauchbare: 1");
+    EXPECT_EQ(LossText(TextsIn("en"), {0, 1}), "unusable ones: 1");
+}
+
 TEST(StateSentence, HasAReasonWhenThereIsOne)
 {
     EXPECT_EQ(StateSentence({LinkStatus::Running}), "the link is running");

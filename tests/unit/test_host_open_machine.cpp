@@ -20,7 +20,7 @@ using testing::HasSubstr;
 /// @return why a machine cannot be opened; empty when it can.
 std::string Refusal(const std::string& address, const std::string& map = "")
 {
-    const auto opened = OpenMachine(*plclink::ParseAddress(address), map, ProjectFile(""));
+    const auto opened = OpenMachine({*plclink::ParseAddress(address), map, ProjectFile("")});
     return opened ? "" : opened.Message();
 }
 
@@ -70,7 +70,7 @@ TEST(OpenMachine, EachMachineKnowsHowOftenItTellsItsValues)
         "[range a]\noperands = MW0..MW8\ntable = holding\nstart = 0\n");
     const std::string recording = dir.Write("run.rec", OneValueRecorded());
     const auto turn = [&map](const std::string& address) {
-        const auto opened = OpenMachine(*plclink::ParseAddress(address), map, ProjectFile(""));
+        const auto opened = OpenMachine({*plclink::ParseAddress(address), map, ProjectFile("")});
         EXPECT_TRUE(opened);
         return opened ? (*opened)->TurnTime() : std::chrono::milliseconds{};
     };
@@ -106,7 +106,7 @@ TEST(OpenMachine, ARecordingPlaysByItself)
     const TempDir dir;
     const std::string file = dir.File("run.rec");
     ASSERT_TRUE(base::ReplaceFile(file, OneValueRecorded()));
-    auto opened = OpenMachine(plclink::RecordingAddress{file}, "", "");
+    auto opened = OpenMachine({plclink::RecordingAddress{file}});
     ASSERT_TRUE(opened);
     FirstValue value;
     plclink::MachineLink link(*std::move(opened));
@@ -122,7 +122,7 @@ TEST(OpenMachine, ARecordingTakesNoValues)
     const TempDir dir;
     const std::string file = dir.File("run.rec");
     ASSERT_TRUE(base::ReplaceFile(file, OneValueRecorded()));
-    auto opened = OpenMachine(plclink::RecordingAddress{file}, "", "");
+    auto opened = OpenMachine({plclink::RecordingAddress{file}});
     ASSERT_TRUE(opened);
     plclink::MachineLink link(*std::move(opened));
     link.Start();

@@ -161,6 +161,27 @@ TEST(ParseOptions, WatchesADeviceWithItsMapAndItsListing)
     EXPECT_EQ(options.listing, aFile);
 }
 
+TEST(ParseOptions, WatchesAMachineFarAway)
+{
+    const char* const machine = "mqtts://service@broker/hall1/press7";
+    const Parsed parsed = Parse({"--machine", machine, "--password-file", aFile.c_str()});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    ASSERT_TRUE(options.farMachine);
+    EXPECT_EQ(options.farMachine->machine, "press7");
+    EXPECT_EQ(options.deviceName, machine);
+    EXPECT_EQ(options.access.passwordFile, aFile);
+    EXPECT_THAT(Refusal({"--machine", machine, "--cycle", "20"}), HasSubstr("--cycle"));
+    EXPECT_THAT(Refusal({"--machine", machine, "--record", "a.rec"}), HasSubstr("--record"));
+    EXPECT_THAT(Refusal({"--machine", "mqtts://broker"}), HasSubstr("/PLANT/MACHINE"));
+}
+
+TEST(ParseOptions, RefusesABrokersOptionsWithoutABroker)
+{
+    EXPECT_THAT(Refusal({"--insecure"}), HasSubstr("--insecure"));
+}
+
 TEST(ParseOptions, RefusesADeviceThatIsNotWholeAndOneBesideAMachine)
 {
     const std::vector<const char*> device{"--machine", "modbus://oven/1", "--map", "oven.map"};

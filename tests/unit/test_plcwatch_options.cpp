@@ -119,6 +119,39 @@ TEST(PlcwatchOptions, RefusesWhatIsWrong)
     EXPECT_THAT(Refusal({"a.plc", "--machine", "soft:lift", "--every", "1ms"}), HasSubstr("10ms"));
 }
 
+TEST(PlcwatchOptions, WatchesAMachineFarAway)
+{
+    const Parsed parsed =
+        Parse({"a.plc", "--machine", "mqtts://service@broker/hall1/press7", "--insecure"});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    EXPECT_EQ(std::get<plclink::MqttAddress>(options.address).machine, "press7");
+    EXPECT_TRUE(options.access.mayBeOpen);
+}
+
+TEST(PlcwatchOptions, ListsTheMachinesOfAPlantAndNothingElseBeside)
+{
+    const char* const plant = "mqtts://service@broker/hall1";
+    const Parsed parsed = Parse({"--machines", plant});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    ASSERT_TRUE(std::get<Options>(parsed).plant);
+    EXPECT_EQ(std::get<Options>(parsed).plant->plant, "hall1");
+    EXPECT_THAT(Refusal({"a.plc", "--machines", plant}), HasSubstr("stands alone"));
+    EXPECT_THAT(
+        Refusal({"--machines", plant, "--machine", "soft:lift"}), HasSubstr("stands alone"));
+    EXPECT_THAT(
+        Refusal({"--machines", "mqtts://service@broker/hall1/press7"}),
+        HasSubstr("mqtts://USER@BROKER[:PORT]/PLANT"));
+}
+
+TEST(PlcwatchOptions, RefusesABrokersOptionsWithoutABroker)
+{
+    EXPECT_THAT(
+        Refusal({"a.plc", "--machine", "soft:lift", "--insecure"}), HasSubstr("--insecure"));
+}
+
 TEST(PlcwatchOptions, HelpTellsEveryStatus)
 {
     testing::internal::CaptureStdout();

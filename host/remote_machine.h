@@ -1,0 +1,49 @@
+#pragma once
+
+#include "device_machine.h"
+#include "mqtt_source.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+// A machine far away, as a machine: its listing comes when it has been reached. GUI thread.
+
+namespace plchost {
+
+/// The debugger waits no longer than this for a machine to say what it is.
+constexpr std::chrono::seconds introductionTime{5};
+
+class RemoteMachine : public DeviceMachine
+{
+public:
+    /// @param debugFile gets the machine's listing.
+    /// Else see DeviceMachine.
+    RemoteMachine(
+        std::unique_ptr<plcremote::MqttSource> machine,
+        std::string name,
+        std::string debugFile,
+        AnswerSink& answers,
+        std::function<void()> tick,
+        MachineLog log);
+
+    void Start() override;
+    bool IsReady() const override;
+    base::Result<void> PrepareDebugger(const std::string& language) override;
+
+private:
+    RemoteMachine(
+        plcremote::MqttSource& source,
+        std::unique_ptr<plcremote::MqttSource> machine,
+        std::string name,
+        std::string debugFile,
+        AnswerSink& answers,
+        std::function<void()> tick,
+        MachineLog log);
+
+    plcremote::MqttSource& m_source; ///< Belongs to the link.
+    const std::string m_debugFile;
+    plclink::Clock::time_point m_start;
+};
+
+} // namespace plchost
