@@ -1,5 +1,7 @@
 #include "json_reader.h"
 
+#include "utf8.h"
+
 #include <algorithm>
 
 namespace plcremote {
@@ -20,11 +22,17 @@ std::uint32_t HighestValue(plc::Width width)
                : UINT32_MAX >> (bitsOfByte * (sizeof(std::uint32_t) - plc::ByteCount(width)));
 }
 
-bool IsControl(char character)
+/// Whether nothing in a text can begin a line or be obeyed by a terminal.
+bool IsLine(std::string_view text)
 {
-    constexpr char firstPrintable = ' ';
-    constexpr char deleted = 0x7F;
-    return (character >= 0 && character < firstPrintable) || character == deleted;
+    while (!text.empty()) {
+        const std::size_t length = base::CharacterLength(text);
+        if (!IsPrintable(text.substr(0, length))) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
 }
 
 bool IsHexadecimal(char character)
@@ -33,6 +41,19 @@ bool IsHexadecimal(char character)
 }
 
 } // namespace
+
+bool IsPrintable(std::string_view character)
+{
+    constexpr std::string_view firstPrintable = " ";
+    constexpr std::string_view deleted = "\x7F";
+    constexpr std::string_view lastControl = "\xC2\x9F";
+    constexpr std::string_view lineEnd = "\xE2\x80\xA8";
+    constexpr std::string_view paragraphEnd = "\xE2\x80\xA9";
+    // Beyond ASCII the second half of the control characters comes first.
+    const bool isControl =
+        character < firstPrintable || (character >= deleted && character <= lastControl);
+    return !isControl && character != lineEnd && character != paragraphEnd;
+}
 
 JsonReader::JsonReader(std::string_view text) : m_json(Json::object())
 {
@@ -166,8 +187,7 @@ std::int64_t JsonReader::SignedNumberOf(const Json& json, std::int64_t lowest, s
 std::string JsonReader::SentenceOf(const Json& json, std::size_t longest)
 {
     const auto* const text = json.get_ptr<const std::string*>();
-    if (text == nullptr || text->size() > longest ||
-        std::any_of(text->begin(), text->end(), &IsControl)) {
+    if (text == nullptr || text->size() > longest || !IsLine(*text)) {
         Fail("a text is none, too long, or of several lines");
         return {};
     }

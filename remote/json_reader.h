@@ -17,6 +17,10 @@ namespace plcremote {
 /// A time in ms that is sent is not longer: some thirty years.
 constexpr std::uint64_t longestTime = 1'000'000'000'000;
 
+/// Whether a character may stand in a text that is shown: it neither begins a line, nor would a
+/// terminal obey it. @param character in UTF-8; empty: broken, which may not.
+bool IsPrintable(std::string_view character);
+
 /// The members of a JSON object. The first thing that is wrong is kept, and everything else may be
 /// read on as if nothing was.
 class JsonReader

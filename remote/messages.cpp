@@ -2,6 +2,7 @@
 
 #include "json_reader.h"
 #include "utf8.h"
+#include "write_list.h"
 
 #include <algorithm>
 #include <array>
@@ -14,24 +15,18 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr std::size_t longestSentence = 400; ///< Bytes.
-constexpr std::size_t mostLines = 1000;      ///< Of the write list.
 
 /// A sentence as it may be sent: UTF-8 of one line, and not endless.
 std::string Clean(std::string_view text)
 {
-    constexpr unsigned char firstPrintable = ' ';
-    constexpr unsigned char deleted = 0x7F;
     std::string clean;
     while (!text.empty()) {
-        const std::size_t length = std::max<std::size_t>(base::CharacterLength(text), 1);
-        if (clean.size() + length > longestSentence) {
+        const std::string_view character = text.substr(0, base::CharacterLength(text));
+        if (clean.size() + character.size() > longestSentence) {
             break;
         }
-        const auto first = static_cast<unsigned char>(text.front());
-        const bool isShown =
-            base::CharacterLength(text) > 0 && first >= firstPrintable && first != deleted;
-        clean += isShown ? text.substr(0, length) : " ";
-        text.remove_prefix(length);
+        clean += IsPrintable(character) ? character : " ";
+        text.remove_prefix(std::max<std::size_t>(character.size(), 1));
     }
     return clean;
 }
@@ -276,7 +271,7 @@ base::Result<StateMessage> ReadState(std::string_view text)
         message.version = reader.Sentence("version", longestSentence);
         message.turn = milliseconds(reader.Number("turn", longestTime));
         message.hasListing = reader.Flag("listing");
-        for (const auto* const line : reader.Items("writable", mostLines)) {
+        for (const auto* const line : reader.Items("writable", mostPermissions)) {
             message.writable.push_back(reader.SentenceOf(*line, longestSentence));
         }
         return message;

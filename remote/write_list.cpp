@@ -122,6 +122,10 @@ base::Result<WriteList> ParseWriteList(std::string_view text, std::string_view f
                       std::to_string(number) + ": " + wrong;
         }
     }
+    if (list.m_permissions.size() > mostPermissions) {
+        faults += (faults.empty() ? "" : "\n") + std::string(file) + ": more than " +
+                  std::to_string(mostPermissions) + " lines allow something";
+    }
     if (!faults.empty()) {
         return base::Failure{faults};
     }

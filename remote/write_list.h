@@ -3,6 +3,7 @@
 #include "operand.h"
 #include "result.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,9 @@
 // Who may write what from far away. Values. Any thread.
 
 namespace plcremote {
+
+/// Lines of a list that allow something; a machine tells all of them.
+constexpr std::size_t mostPermissions = 1000;
 
 /// The lines of a file: a user, then an operand or a range of them as in "MW0-MW20"; "#" begins a
 /// comment. An operand is allowed when all of it lies in what one line of that user names.

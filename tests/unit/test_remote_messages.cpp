@@ -127,6 +127,17 @@ TEST(Message, OfSeveralLinesOrOfBrokenTextIsSentAsOneCleanLine)
     EXPECT_LT(text.size(), 600U);
 }
 
+TEST(Message, IsSentWithoutWhatATerminalWouldObeyAndWithItsLetters)
+{
+    const auto read = ReadAnswer(Text(RefusalMessage{
+        RefusalMessage::Of::Watch,
+        "\xC2\x9B"
+        "31m\u2028\u2029Öffnen \u00a0€"}));
+
+    ASSERT_TRUE(read) << read.Message();
+    EXPECT_EQ(std::get<RefusalMessage>(*read).reason, " 31m  Öffnen \u00a0€");
+}
+
 struct WrongText
 {
     const char* part;
@@ -167,6 +178,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"0123456789abcdef", "0123456789ABCDEF", "sixteen hexadecimal"},
         WrongText{"0123456789abcdef", "0123", "sixteen hexadecimal"},
         WrongText{"illegal", "ill\\nlegal", "several lines"},
+        WrongText{"illegal", "ill\\u009b31m", "several lines"},
+        WrongText{"illegal", "ill\\u2028legal", "several lines"},
         WrongText{R"({"MW20":2300})", "[1]", "no object"},
         WrongText{"true}", "true", "no JSON object"}));
 

@@ -88,6 +88,20 @@ TEST(WriteList, TellsAllFaultsAtOnceWithTheirLines)
         "list:9: there is no such operand");
 }
 
+TEST(WriteList, HasNotMoreLinesThanAMachineTells)
+{
+    std::string text;
+    for (std::size_t line = 0; line < mostPermissions; ++line) {
+        text += "service MW0\n";
+    }
+    EXPECT_TRUE(ParseWriteList(text, "list"));
+
+    const auto refused = ParseWriteList(text + "service MW2\n", "list");
+
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.Message(), "list: more than 1000 lines allow something");
+}
+
 TEST(WriteList, ComesFromAFile)
 {
     const TempDir dir;
