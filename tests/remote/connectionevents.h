@@ -74,6 +74,16 @@ public:
         });
     }
 
+    /// @return whether a message that has this in it has come before a generous limit.
+    bool WaitForMessageWith(const std::string& part)
+    {
+        return Wait([&] {
+            return std::any_of(m_messages.begin(), m_messages.end(), [&](const Message& message) {
+                return message.payload.find(part) != std::string::npos;
+            });
+        });
+    }
+
     bool WaitForTurns(int more)
     {
         const int wanted = Turns() + more;
