@@ -272,9 +272,9 @@ private:
         mosquitto_publish_callback_set(
             &client, [](mosquitto*, void* self, int) { static_cast<Impl*>(self)->OnLeft(); });
         mosquitto_log_callback_set(
-            &client, [](mosquitto* said, void* self, int level, const char*) {
+            &client, [](mosquitto* said, void* self, int level, const char* text) {
                 if (level == MOSQ_LOG_ERR) {
-                    static_cast<Impl*>(self)->LookAtCertificate(*said);
+                    static_cast<Impl*>(self)->LookAtCertificate(*said, text);
                 }
             });
     }
@@ -329,7 +329,7 @@ private:
     }
 
     /// An error is being told: perhaps of the broker's certificate, which can be asked only now.
-    void LookAtCertificate(mosquitto& client)
+    void LookAtCertificate(mosquitto& client, std::string_view error)
     {
         const auto* const tls = static_cast<const SSL*>(mosquitto_ssl_get(&client));
         if (tls == nullptr || m_wasIn || !m_certificate.empty()) {
@@ -338,7 +338,8 @@ private:
         const long verdict = SSL_get_verify_result(tls);
         if (verdict != X509_V_OK) {
             m_certificate = X509_verify_cert_error_string(verdict);
-        } else if (SSL_get_state(tls) != TLS_ST_OK) {
+        } else if (error.find("host name verification failed") != std::string_view::npos) {
+            // Only the library's words tell it from a handshake that merely breaks.
             m_certificate = "it is not of \"" + m_order.address.host + '"';
         }
     }
@@ -446,8 +447,7 @@ std::string OpenAccessError(const plclink::MqttAddress& address, const plclink::
         return {};
     }
     return "mqtt is not encrypted and goes to this machine only (mqtts is; --insecure says that it "
-           "may "
-           "go to \"" +
+           "may go to \"" +
            address.host + "\" all the same)";
 }
 

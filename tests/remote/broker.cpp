@@ -62,6 +62,17 @@ void Broker::Start()
     EXPECT_NE(m_process->WaitForLine(" running"), "") << "the broker does not start";
 }
 
+void Broker::StopEncrypting()
+{
+    Stop();
+    std::string configuration = base::ReadFile(File("mosquitto.conf")).operator*();
+    for (const char* setting : {"\ncafile ", "\ncertfile ", "\nkeyfile ", "\ntls_version "}) {
+        configuration.insert(configuration.find(setting) + 1, "# ");
+    }
+    EXPECT_TRUE(base::ReplaceFile(File("mosquitto.conf"), configuration));
+    Start();
+}
+
 plclink::MqttAddress
 Broker::Address(const std::string& user, const std::string& machine, const std::string& host) const
 {

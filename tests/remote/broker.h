@@ -22,6 +22,9 @@ public:
 
     void Stop() { m_process.reset(); }
 
+    /// Starts anew, without certificates.
+    void StopEncrypting();
+
     Child& Process() { return *m_process; }
 
     const std::string& Port() const { return m_port; }

@@ -186,6 +186,14 @@ TEST_F(ConnectionTest, TrustsNoCertificateThatHasRunOut)
     EXPECT_THAT(events.WaitForReason("certificate"), HasSubstr("expired"));
 }
 
+TEST_F(ConnectionTest, BlamesNoCertificateForABrokerThatDoesNotEncrypt)
+{
+    broker.StopEncrypting();
+    Connect(Order());
+
+    EXPECT_EQ(events.WaitForReason("reached"), "lost: the broker cannot be reached");
+}
+
 TEST_F(ConnectionTest, SaysWhichCertificatesCannotBeRead)
 {
     ConnectionOrder order = Order();
