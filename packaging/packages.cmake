@@ -90,10 +90,10 @@ add_package(
 add_package(
     tools plcdebug-tools utils "${this_library}"
     "watch machines and check the PLC debugger, from the command line"
-    "plcwatch watches a soft PLC, a recording or a Modbus device, without a"
-    "window. plcdebug-check puts a build of the debugger library through what a"
-    "host does; libplcdebug-hostcheck.so, loaded in its place, judges a host."
-    "Sample programs for the soft PLC come along.")
+    "plcwatch watches a soft PLC, a recording, a Modbus device or a machine"
+    "behind an MQTT broker, without a window. plcdebug-check puts a build of the"
+    "debugger library through what a host does; libplcdebug-hostcheck.so, loaded"
+    "in its place, judges a host. Sample programs for the soft PLC come along.")
 add_package(
     host plchost utils "${this_library}, plcdebug-tools (= ${this_version})"
     "reference host of the PLC debugger"
