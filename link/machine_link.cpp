@@ -130,6 +130,9 @@ void MachineLink::WatchSteps(Client& client, std::optional<plc::StepRange> range
     if (!range && m_stepsClient != &client) {
         return;
     }
+    if (m_stepsClient != nullptr && m_stepsClient != &client) {
+        m_stepsClient->OnStepsTaken();
+    }
     m_stepsClient = range ? &client : nullptr;
     m_steps = range.value_or(plc::StepRange{});
     m_source->WatchSteps(range);

@@ -64,6 +64,10 @@ public:
     /// The states of the steps that this client has asked for last.
     /// @return false when it cannot take them now; they are offered again in the next turn then.
     virtual bool OnSteps(const plc::StepRange&, const std::vector<plc::StepState>&) { return true; }
+
+    /// Another client has asked for steps: this one hears of its own no more. On the thread of who
+    /// has asked.
+    virtual void OnStepsTaken() {}
 };
 
 /// Asks the source once for the union of what all clients watch. Its functions may be called on any

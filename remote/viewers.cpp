@@ -74,10 +74,14 @@ std::size_t Viewers::Count() const
 std::vector<plc::Operand> Viewers::Operands() const
 {
     std::map<std::string, plc::Operand> operands;
-    for (const auto& entry : m_leases) {
-        for (const plc::Operand& operand : entry.second.operands) {
+    const auto add = [&operands](const std::vector<plc::Operand>& some) {
+        for (const plc::Operand& operand : some) {
             operands.emplace(plc::OperandName(operand), operand);
         }
+    };
+    add(m_always);
+    for (const auto& entry : m_leases) {
+        add(entry.second.operands);
     }
     std::vector<plc::Operand> each;
     std::transform(operands.begin(), operands.end(), std::back_inserter(each), [](const auto& one) {

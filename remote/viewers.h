@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 // Who watches a machine from far away, and what, as long as their leases last. One thread.
@@ -19,6 +20,9 @@ class Viewers
 {
 public:
     using Time = plclink::Clock::time_point;
+
+    /// @param always what the machine tells whoever watches.
+    explicit Viewers(std::vector<plc::Operand> always = {}) : m_always(std::move(always)) {}
 
     /// Takes what a viewer asks for, instead of what it asked for before; none: it is gone.
     /// @return why it is refused: there are too many viewers or operands; it watches nothing then.
@@ -35,7 +39,7 @@ public:
 
     std::size_t Count() const;
 
-    /// What all watch, each operand once.
+    /// What all watch and what is told always, each operand once.
     std::vector<plc::Operand> Operands() const;
 
     /// Who asked for steps last, and has not given them up.
@@ -49,6 +53,7 @@ private:
         Time until{};
     };
 
+    std::vector<plc::Operand> m_always;
     std::map<Viewer, Lease> m_leases;
     std::optional<Viewer> m_stepsViewer;
     plc::StepRange m_steps{};

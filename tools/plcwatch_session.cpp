@@ -1,5 +1,7 @@
 #include "plcwatch_session.h"
 
+#include "time_of_day.h"
+
 #include <algorithm>
 #include <mutex>
 #include <utility>
@@ -175,7 +177,7 @@ std::string Session::TimeText() const
     if (!m_options.clock) {
         return SecondsText(duration_cast<milliseconds>(Clock::now() - m_start));
     }
-    const std::string time = TimeOfDay(std::chrono::system_clock::now());
+    const std::string time = base::TimeOfDay(std::chrono::system_clock::now());
     return m_options.json ? Quoted(time) : time;
 }
 

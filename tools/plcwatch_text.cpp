@@ -1,8 +1,6 @@
 #include "plcwatch_text.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 
 namespace plcwatch {
 
@@ -31,21 +29,6 @@ std::string SecondsText(milliseconds time)
 {
     constexpr auto perSecond = milliseconds::period::den;
     return std::to_string(time.count() / perSecond) + '.' + ThreeDigits(time.count() % perSecond);
-}
-
-std::string TimeOfDay(std::chrono::system_clock::time_point time)
-{
-    constexpr std::size_t room = 40;
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
-    const auto fraction = std::chrono::duration_cast<milliseconds>(
-        time - std::chrono::system_clock::from_time_t(seconds));
-    std::tm local{};
-    ::localtime_r(&seconds, &local);
-    std::array<char, room> day{};
-    std::array<char, room> zone{};
-    std::strftime(day.data(), day.size(), "%Y-%m-%dT%H:%M:%S", &local);
-    std::strftime(zone.data(), zone.size(), "%z", &local);
-    return std::string(day.data()) + '.' + ThreeDigits(fraction.count()) + zone.data();
 }
 
 std::string ValueLine(const std::string& time, const KnownValue& value)

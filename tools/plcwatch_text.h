@@ -25,9 +25,6 @@ struct KnownValue
 /// "1.234", in every locale.
 std::string SecondsText(std::chrono::milliseconds time);
 
-/// "2026-11-22T19:30:01.234+0100", of the zone of this machine.
-std::string TimeOfDay(std::chrono::system_clock::time_point time);
-
 /// Without line end, as all of these: time, operand, value.
 std::string ValueLine(const std::string& time, const KnownValue& value);
 

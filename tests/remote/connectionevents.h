@@ -84,6 +84,11 @@ public:
         });
     }
 
+    bool WaitForMessages(std::size_t count)
+    {
+        return Wait([this, count] { return m_messages.size() >= count; });
+    }
+
     bool WaitForTurns(int more)
     {
         const int wanted = Turns() + more;

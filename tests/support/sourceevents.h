@@ -41,7 +41,15 @@ public:
 
     bool OnSteps(const plc::StepRange&, const std::vector<plc::StepState>&) override
     {
+        Note([&] { ++m_stepCount; });
         return true;
+    }
+
+    /// How often step states have come.
+    int StepCount() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_stepCount;
     }
 
     /// @return the newest value.
@@ -150,5 +158,6 @@ private:
     std::size_t m_count = 0;
     std::map<std::string, std::vector<std::uint32_t>> m_values;
     std::vector<std::pair<std::string, std::string>> m_unreadable;
+    int m_stepCount = 0;
     std::vector<plclink::LinkState> m_states;
 };

@@ -4,6 +4,7 @@
 #include "projectfile.h"
 #include "sample_machines.h"
 #include "tempdir.h"
+#include "time_of_day.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -96,7 +97,7 @@ TEST(SecondsText, HasThreeDecimals)
 TEST(TimeOfDay, HasAZone)
 {
     EXPECT_THAT(
-        TimeOfDay(std::chrono::system_clock::time_point(1700000000012ms)),
+        base::TimeOfDay(std::chrono::system_clock::time_point(1700000000012ms)),
         MatchesRegex("2023-11-1[45]T[0-9:]+\\.012[+-][0-9]+"));
 }
 

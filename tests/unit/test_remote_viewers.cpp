@@ -82,6 +82,15 @@ TEST_F(ViewersTest, AreToldFiveHundredOperandsAtMost)
     EXPECT_EQ(viewers.Count(), 2U);
 }
 
+TEST_F(ViewersTest, ShareTheFiveHundredWithWhatIsToldAlways)
+{
+    Viewers few(FlagBytes(490));
+
+    EXPECT_TRUE(few.Watch(service, FlagBytes(10, 485), start));
+    EXPECT_FALSE(few.Watch(service, FlagBytes(11, 490), start));
+    EXPECT_EQ(few.Operands().size(), 490U);
+}
+
 TEST_F(ViewersTest, GetTheStepsWhenTheyAskLast)
 {
     viewers.WatchSteps(service, plc::StepRange{1, 9}, start);

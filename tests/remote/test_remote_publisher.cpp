@@ -1,0 +1,331 @@
+#include "assembler.h"
+#include "broker.h"
+#include "connectionevents.h"
+#include "machine_link.h"
+#include "messages.h"
+#include "mqtt_source.h"
+#include "publisher.h"
+#include "soft_plc.h"
+#include "sourceevents.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+// A soft PLC that is published, and who watches it.
+
+namespace plcremote {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+/// What a publisher says.
+class Said
+{
+public:
+    void Add(const std::string& sentence)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_lines.push_back(sentence);
+        m_news.notify_all();
+    }
+
+    /// @return the first line that holds this; empty when none has come before a generous limit.
+    std::string WaitFor(const std::string& part)
+    {
+        constexpr std::chrono::seconds limit{30};
+        std::string found;
+        std::unique_lock lock(m_mutex);
+        m_news.wait_for(lock, limit, [&] {
+            for (const std::string& line : m_lines) {
+                if (line.find(part) != std::string::npos) {
+                    found = line;
+                }
+            }
+            return !found.empty();
+        });
+        return found;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_news;
+    std::vector<std::string> m_lines;
+};
+
+/// A soft PLC with a publisher.
+struct Machine
+{
+    Machine(const Broker& broker, const std::string& listing = "")
+        : publisher(
+              link,
+              {broker.Address("press7", "press7"),
+               broker.Access("press7"),
+               ParseWriteList("service MW100-MW110", "list").operator*(),
+               listing,
+               {*plc::ParseOperand("MW100")},
+               "1.0"},
+              [this](const std::string& line) { said.Add(line); },
+              [this](const std::string& line) { ended.Add(line); })
+    {
+        publisher.Start();
+        link.Start();
+    }
+
+    static std::unique_ptr<plclink::Source> Plc()
+    {
+        plc::Assembly assembly = plc::AssembleFile(SAMPLES "/lift/lift.il");
+        return std::make_unique<plclink::SoftPlc>(
+            std::move(assembly.program.value()), samples::FindSampleMachine("lift"), 10ms);
+    }
+
+    Said said;
+    Said ended;
+    plclink::MachineLink link{Plc()};
+    Publisher publisher;
+};
+
+/// A viewer.
+struct Far
+{
+    explicit Far(const Broker& broker, const std::string& user = "service")
+        : source(
+              broker.Address(user, "press7"),
+              broker.Access(user),
+              [this](const std::string& line) { said.Add(line); })
+    {
+        source.Start(events);
+    }
+
+    void Watch(const std::vector<std::string>& names)
+    {
+        auto list = std::make_shared<plclink::WatchList>();
+        for (const std::string& name : names) {
+            list->push_back(plc::ParseOperand(name).value());
+        }
+        source.Watch(list);
+    }
+
+    /// What comes of a write.
+    std::string Write(const std::string& name, std::uint32_t value)
+    {
+        std::promise<std::string> end;
+        source.Write(plc::ParseOperand(name).value(), value, [&end](const auto& done) {
+            end.set_value(done ? "done" : done.Message());
+        });
+        return end.get_future().get();
+    }
+
+    Said said;
+    RecordedEvents events;
+    MqttSource source;
+};
+
+struct PublisherTest : testing::Test
+{
+    Broker broker{{"press7", "service", "guest"}};
+};
+
+TEST_F(PublisherTest, ShowsWhatItsMachineHasToEverybody)
+{
+    Machine machine(broker);
+    Far service(broker);
+    Far guest(broker, "guest");
+    service.Watch({"MW0", "MW100"});
+    guest.Watch({"E2.4"});
+
+    EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
+    EXPECT_TRUE(service.events.WaitFor([&] { return service.events.Value("MW0").has_value(); }));
+    EXPECT_TRUE(guest.events.WaitForValue("E2.4", 1));
+    EXPECT_TRUE(service.events.WaitForStatus(plclink::LinkStatus::Running));
+}
+
+TEST_F(PublisherTest, WritesWhatTheListAllowsAndSaysSo)
+{
+    Machine machine(broker);
+    Far service(broker);
+    service.Watch({"MW100"});
+    ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+
+    EXPECT_EQ(service.Write("MW100", 17), "done");
+
+    EXPECT_TRUE(service.events.WaitForValue("MW100", 17));
+    EXPECT_THAT(
+        machine.said.WaitFor("write from"),
+        MatchesRegex("[0-9T:.+-]+ write from service: MW100 0 -> 17 done"));
+}
+
+TEST_F(PublisherTest, WritesNothingElseAndSaysSo)
+{
+    Machine machine(broker);
+    Far service(broker);
+    Far guest(broker, "guest");
+    service.Watch({"MW100"});
+    guest.Watch({"MW100"});
+    ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+    ASSERT_TRUE(guest.events.WaitForValue("MW100", 0));
+
+    EXPECT_THAT(service.Write("MW120", 17), HasSubstr("does not let service write"));
+    EXPECT_THAT(guest.Write("MW100", 17), HasSubstr("does not let guest write"));
+
+    EXPECT_THAT(machine.said.WaitFor("MW120"), HasSubstr("refused"));
+    EXPECT_THAT(machine.said.WaitFor("guest"), HasSubstr("MW100 ? -> 17 refused, it is 0"));
+    EXPECT_EQ(service.events.Value("MW100"), 0U);
+}
+
+TEST_F(PublisherTest, TellsItsValuesWithoutLettingTheBrokerKeepThem)
+{
+    RecordedConnection witness;
+    Connection connection(
+        {broker.Address("service", "press7"),
+         broker.Access("service"),
+         {"plc/hall1/press7/values"},
+         {}});
+    connection.Start(witness);
+    ASSERT_TRUE(witness.WaitForConnections(1));
+    {
+        Machine machine(broker);
+        ASSERT_TRUE(witness.WaitForMessages(10));
+    }
+
+    std::optional<std::uint64_t> last;
+    for (const auto& message : witness.Messages()) {
+        const auto values = ReadValues(message.payload);
+        ASSERT_TRUE(values) << message.payload;
+        EXPECT_FALSE(message.isRetained);
+        EXPECT_TRUE(!last || values->sequence == *last + 1);
+        last = values->sequence;
+    }
+    auto command = broker.Login("mosquitto_sub", "service");
+    command.insert(command.end(), {"-t", "plc/hall1/press7/#", "--retained-only", "-F", "%t"});
+    EXPECT_EQ(Child(command).WaitForLine("values"), "");
+}
+
+TEST_F(PublisherTest, SaysThatItHasEnded)
+{
+    Far service(broker);
+    service.Watch({"MW100"});
+    {
+        Machine machine(broker);
+        ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+    }
+
+    EXPECT_TRUE(service.events.WaitFor([&] {
+        return service.events.State().status == plclink::LinkStatus::Lost;
+    }));
+    EXPECT_THAT(service.events.State().reason, HasSubstr("has ended"));
+}
+
+TEST_F(PublisherTest, OfASecondMachineOfTheSameNameEndsWithASentence)
+{
+    Machine first(broker);
+    Far service(broker);
+    service.Watch({"MW100"});
+    ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+
+    Machine second(broker);
+
+    EXPECT_THAT(
+        second.ended.WaitFor("another"),
+        HasSubstr("another program publishes hall1/press7 already"));
+    service.events.ForgetValues();
+    EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
+}
+
+TEST_F(PublisherTest, ComesBackWithTheBroker)
+{
+    Machine machine(broker);
+    Far service(broker);
+    service.Watch({"MW100"});
+    ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+
+    broker.Stop();
+    ASSERT_TRUE(service.events.WaitForStatus(plclink::LinkStatus::Lost));
+    broker.Start();
+
+    EXPECT_TRUE(service.events.WaitForStatus(plclink::LinkStatus::Running));
+    service.events.ForgetValues();
+    EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
+    EXPECT_EQ(service.Write("MW100", 3), "done");
+}
+
+TEST_F(PublisherTest, GivesTheStepsToTheViewerWhoAskedLast)
+{
+    Machine machine(broker);
+    Far service(broker);
+    Far guest(broker, "guest");
+    service.Watch({"MW100"});
+    ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+
+    service.source.WatchSteps(plc::StepRange{0, 3});
+    EXPECT_TRUE(service.events.WaitFor([&] { return service.events.StepCount() > 0; }));
+    EXPECT_EQ(machine.publisher.StepsUser(), "service");
+    guest.source.WatchSteps(plc::StepRange{1, 4});
+
+    EXPECT_TRUE(guest.events.WaitFor([&] { return guest.events.StepCount() > 0; }));
+    EXPECT_THAT(service.said.WaitFor("states"), HasSubstr("they go to guest now"));
+    EXPECT_EQ(machine.publisher.StepsUser(), "guest");
+}
+
+TEST_F(PublisherTest, LosesTheStepsToWhoLooksAtTheMachineItself)
+{
+    struct Local : plclink::Client
+    {
+    } local;
+    Machine machine(broker);
+    Far service(broker);
+    service.source.WatchSteps(plc::StepRange{0, 3});
+    EXPECT_TRUE(service.events.WaitFor([&] { return service.events.StepCount() > 0; }));
+
+    machine.link.Join(local);
+    machine.link.WatchSteps(local, plc::StepRange{0, 3});
+
+    EXPECT_THAT(service.said.WaitFor("states"), HasSubstr("at the machine"));
+    EXPECT_EQ(machine.publisher.StepsUser(), "");
+    machine.link.Leave(local);
+}
+
+TEST_F(PublisherTest, DropsWhatIsNoMessageAndSaysItOnce)
+{
+    Machine machine(broker);
+    RecordedConnection events;
+    Connection forger(
+        {broker.Address("service", "press7"), broker.Access("service"), {}, {}});
+    forger.Start(events);
+    ASSERT_TRUE(events.WaitForConnections(1));
+
+    forger.Publish("plc/hall1/press7/watch/service/w1", "garbage");
+    forger.Publish("plc/hall1/press7/write/service/w1", R"({"format":2})");
+
+    EXPECT_THAT(machine.said.WaitFor("\"watch\""), HasSubstr("no JSON object"));
+    EXPECT_THAT(machine.said.WaitFor("\"write\""), HasSubstr("another format version"));
+    Far service(broker);
+    service.Watch({"MW100"});
+    EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
+}
+
+TEST_F(PublisherTest, PublishesTheListingOfItsProgram)
+{
+    Machine machine(broker, "listing of the lift");
+    Far service(broker);
+
+    EXPECT_TRUE(service.events.WaitFor(
+        [&] { return service.source.Listing() == "listing of the lift"; }));
+}
+
+TEST_F(PublisherTest, PublishesNoListingThatIsTooLarge)
+{
+    Machine machine(broker, std::string(longestListing + 1, 'x'));
+
+    EXPECT_THAT(machine.said.WaitFor("8 MB"), HasSubstr("is not published"));
+}
+
+} // namespace
+} // namespace plcremote
