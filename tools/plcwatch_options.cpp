@@ -34,6 +34,12 @@ Exit status:
 constexpr milliseconds shortestEvery{10};
 constexpr milliseconds longestEvery{std::chrono::minutes(1)};
 
+std::string MachineError(const std::string& text)
+{
+    const auto machine = plclink::ParseMqttAddress(text);
+    return machine ? "" : machine.Message();
+}
+
 std::string PlantError(const std::string& text)
 {
     const auto plant = plclink::ParseMqttPlant(text);
@@ -54,6 +60,7 @@ struct Words
     std::string every;
     std::string limit;
     std::string plant;
+    std::string publish;
 };
 
 /// @throws CLI::ValidationError when it is not one.
@@ -108,12 +115,18 @@ void TakeAddress(const Words& words, Options& options)
 
 bool HasBroker(const Options& options)
 {
-    return options.plant || std::holds_alternative<plclink::MqttAddress>(options.address);
+    return options.plant || options.publish || std::holds_alternative<plclink::MqttAddress>(options.address);
 }
 
 void Combine(const Words& words, Options& options)
 {
     TakeAddress(words, options);
+    if (!words.publish.empty()) {
+        if (options.list.empty()) {
+            throw CLI::ValidationError("--publish", "needs a LIST: what everybody is told");
+        }
+        options.publish = *plclink::ParseMqttAddress(words.publish);
+    }
     if (const auto wrong = plchost::BrokerOptionsError(options.access);
         !HasBroker(options) && !wrong.empty()) {
         throw CLI::ValidationError(wrong);
@@ -176,6 +189,18 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
            "--machines", words.plant, "list the machines of a plant behind a broker and end")
         ->type_name(std::string(plclink::mqttPlantForm))
         ->check(CLI::Validator(PlantError, ""));
+    auto* const publish =
+        app.add_option("--publish", words.publish, "tell the machine to others, over a broker")
+            ->type_name(std::string(plclink::mqttForm))
+            ->check(CLI::Validator(MachineError, ""));
+    app.add_option(
+           "--allow-write", options.allowWrite, "who may write what from there, else nobody")
+        ->type_name("FILE")
+        ->needs(publish);
+    app.add_option(
+           "--listing", options.listing, "the program debug file, for their program page")
+        ->type_name("FILE")
+        ->needs(publish);
     plchost::AddBrokerOptions(app, options.access);
     app.add_option("--read", words.read, "print the value of this operand and end")
         ->type_name("OPERAND");

@@ -38,6 +38,9 @@ struct Options
     plclink::MqttAccess access;                ///< Of whatever lies behind a broker.
     std::string map;                           ///< Of a device's operands; empty without a device.
     std::string list;                          ///< Empty: none.
+    std::optional<plclink::MqttAddress> publish; ///< Where the machine is told to others.
+    std::string allowWrite;                      ///< Who may write from there; empty: nobody.
+    std::string listing; ///< Program debug file that is told along; empty: none.
     std::optional<Variable> read;
     std::optional<WriteOrder> write;
     std::chrono::milliseconds every{100};
