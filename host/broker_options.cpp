@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <utility>
+
 namespace plchost {
 
 void AddBrokerOptions(CLI::App& app, plclink::MqttAccess& access)
@@ -24,6 +26,46 @@ void AddBrokerOptions(CLI::App& app, plclink::MqttAccess& access)
         access.mayBeOpen,
         "mqtt:// also to other than loopback addresses, for everybody on the way to read and "
         "write");
+}
+
+CLI::Option* AddPublishOptions(CLI::App& app, PublishOptions& options)
+{
+    auto* const publish = app.add_option_function<std::string>(
+                                 "--publish",
+                                 [&options](const std::string& text) {
+                                     options.address = *plclink::ParseMqttAddress(text);
+                                 },
+                                 "tell the machine to others, over a broker")
+                              ->type_name(std::string(plclink::mqttForm))
+                              ->check(CLI::Validator(
+                                  [](const std::string& text) {
+                                      const auto address = plclink::ParseMqttAddress(text);
+                                      return address ? "" : address.Message();
+                                  },
+                                  ""));
+    app.add_option(
+           "--allow-write", options.allowWrite, "who may write what from there, else nobody")
+        ->type_name("FILE")
+        ->needs(publish);
+    return publish;
+}
+
+base::Result<plcremote::PublishOrder> MakePublishOrder(
+    const PublishOptions& options,
+    const plclink::MqttAccess& access,
+    std::string listing,
+    const std::string& program)
+{
+    plcremote::PublishOrder order{
+        *options.address, access, {}, std::move(listing), {}, program + " " PLCDEBUG_VERSION};
+    if (!options.allowWrite.empty()) {
+        auto list = plcremote::ReadWriteListFile(options.allowWrite);
+        if (!list) {
+            return base::Failure{list.Message()};
+        }
+        order.writeList = *std::move(list);
+    }
+    return order;
 }
 
 std::string BrokerOptionsError(const plclink::MqttAccess& access)

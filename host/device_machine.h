@@ -32,6 +32,8 @@ public:
 
     RequestHandler& Requests() override { return m_bridge; }
 
+    plclink::MachineLink& Link() override { return m_link; }
+
     void OnDebugger(bool open) override;
     void Start() override;
     std::unique_ptr<HostWindow>

@@ -89,13 +89,32 @@ std::unique_ptr<Recorder> Host::MakeRecorder() const
     return std::make_unique<Recorder>(m_options.record, listing ? *listing : "");
 }
 
+MachineLog Host::MakeLog()
+{
+    return {Tell, [this](const std::string& warning) {
+                Tell(warning);
+                m_warning.Put(warning);
+            }};
+}
+
+/// Before the machine starts, so that nothing is missed.
+void Host::Publish()
+{
+    const auto listing = base::ReadFile(m_ground.files.debugFile);
+    auto order =
+        MakePublishOrder(m_options.publish, m_options.access, listing ? *listing : "", "plchost");
+    if (!order) {
+        throw StartError{order.Message()};
+    }
+    const MachineLog log = MakeLog();
+    m_publisher.emplace(m_machine->Link(), *std::move(order), log.tell, log.warn);
+    m_publisher->Start();
+}
+
 std::unique_ptr<Machine> Host::MakeMachine()
 {
     const auto tick = [this] { m_faults.Tick(); };
-    const MachineLog log{Tell, [this](const std::string& warning) {
-                             Tell(warning);
-                             m_warning.Put(warning);
-                         }};
+    const MachineLog log = MakeLog();
     if (m_ground.recording) {
         auto player = std::make_unique<Player>(std::move(*m_ground.recording), m_options.speed);
         return std::make_unique<ReplayMachine>(std::move(player), m_faults, tick, log);
@@ -133,13 +152,16 @@ int Host::Run()
         return true;
     });
     m_window->show();
+    if (m_options.publish.address) {
+        Publish();
+    }
     m_machine->Start();
 
     m_timers.Every(refreshMs, [this] { m_window->Refresh(); });
     m_timers.Every(pollMs, [this] {
         CheckThreads();
         CheckRecorder();
-        m_window->RefreshLink();
+        m_window->RefreshLink(m_publisher ? m_publisher->StepsUser() : "");
         if (const std::string warning = m_warning.Take(); !warning.empty()) {
             m_window->ShowProblem(warning);
         }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "bridge.h"
 #include "fault_injector.h"
 #include "ground.h"
 #include "machine.h"
 #include "port.h"
+#include "publisher.h"
 #include "recorder.h"
 #include "session.h"
 #include "timers.h"
@@ -13,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 // Everything of the host, put together. GUI thread.
@@ -30,7 +33,9 @@ public:
 
 private:
     std::unique_ptr<Recorder> MakeRecorder() const;
+    MachineLog MakeLog();
     std::unique_ptr<Machine> MakeMachine();
+    void Publish();
     void OpenOrClose();
     void WhenReady(const std::function<void()>& open);
     bool OpenDebugger();
@@ -58,7 +63,8 @@ private:
     RecordedAnswers m_recordedAnswers;
     FaultInjector m_faults;
     Warning m_warning;
-    const std::unique_ptr<Machine> m_machine; ///< Its thread uses what stands above.
+    const std::unique_ptr<Machine> m_machine;        ///< Its thread uses what stands above.
+    std::optional<plcremote::Publisher> m_publisher; ///< Its thread uses the machine's link.
     TracedRequests m_tracedRequests;
     RecordedRequests m_recordedRequests;
     ThreadRule m_threads;

@@ -105,14 +105,15 @@ void LinkPanel::SetTexts(const HostTexts& texts)
     }
 }
 
-void LinkPanel::Show(const LinkView& view)
+void LinkPanel::Show(const LinkView& view, const std::string& stepsUser)
 {
     m_lamp.set_markup(
         Badge(StatusWord(*m_texts, view.state.status), LampColour(view.state.status)));
     const std::string losses = LossText(*m_texts, view.losses);
     m_figures.set_text(
         std::to_string(view.answersPerSecond) + ' ' + m_texts->answersPerSecond + "   " +
-        CountText(*m_texts, view.operands) + (losses.empty() ? "" : "   " + losses));
+        CountText(*m_texts, view.operands) + (losses.empty() ? "" : "   " + losses) +
+        (stepsUser.empty() ? "" : "   " + (m_texts->stepsGoTo + (' ' + stepsUser))));
     m_reason.set_text(view.state.reason);
     m_reason.set_visible(!view.state.reason.empty());
     ShowTable(view.operands);

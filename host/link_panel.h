@@ -23,7 +23,8 @@ public:
     LinkPanel();
 
     void SetTexts(const HostTexts& texts);
-    void Show(const LinkView& view);
+    /// @param stepsUser who has the program states from far away; empty: nobody.
+    void Show(const LinkView& view, const std::string& stepsUser);
     /// The table is open; the operator may close it, and open it again.
     void OpenTable();
 

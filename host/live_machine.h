@@ -21,6 +21,8 @@ public:
 
     RequestHandler& Requests() override { return m_bridge; }
 
+    plclink::MachineLink& Link() override { return m_link; }
+
     void OnDebugger(bool open) override;
 
     void Start() override { m_link.Start(); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "machine_link.h"
 #include "port.h"
 #include "result.h"
 #include "window.h"
@@ -23,6 +24,9 @@ public:
     Machine& operator=(Machine&&) = delete;
 
     virtual RequestHandler& Requests() = 0;
+
+    /// For more clients than the debugger.
+    virtual plclink::MachineLink& Link() = 0;
 
     /// The debugger has been opened, or is gone and its subscriptions end.
     virtual void OnDebugger(bool open) = 0;

@@ -111,6 +111,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("FILE")
         ->check(Silent(CLI::ExistingFile))
         ->needs(map);
+    AddPublishOptions(app, options.publish);
     AddBrokerOptions(app, options.access);
     auto* const program =
         app.add_option("--program", options.program, "short for --machine soft:FILE.il")
@@ -168,8 +169,11 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
             throw CLI::RequiresError("--speed", "--replay");
         }
         if (const auto wrong = BrokerOptionsError(options.access);
-            !options.farMachine && !wrong.empty()) {
+            !options.farMachine && !options.publish.address && !wrong.empty()) {
             throw CLI::ValidationError(wrong);
+        }
+        if (options.publish.address && (options.farMachine || !options.replay.empty())) {
+            throw CLI::ValidationError("--publish", "tells of a machine that is here");
         }
         if (options.farMachine && record->count() > 0) {
             throw CLI::ValidationError(

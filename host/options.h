@@ -1,5 +1,6 @@
 #pragma once
 
+#include "broker_options.h"
 #include "cycle_time.h"
 #include "fault_injector.h"
 #include "modbus_address.h"
@@ -28,10 +29,11 @@ struct Options
     double speed = 1;               ///< Of the replay.
     std::optional<plclink::ModbusAddress> device;   ///< To be watched instead of a machine.
     std::optional<plclink::MqttAddress> farMachine; ///< To be watched instead of a machine.
-    plclink::MqttAccess access;                     ///< Of the far machine.
-    std::string deviceName;                         ///< The address of one of both as it was given.
-    std::string map;                                ///< Of the device's operands.
-    std::string listing;                            ///< Of the device's program; empty: none.
+    plclink::MqttAccess access; ///< Of the far machine, or of where this is published.
+    PublishOptions publish;
+    std::string deviceName; ///< The address of one of both as it was given.
+    std::string map;        ///< Of the device's operands.
+    std::string listing;    ///< Of the device's program; empty: none.
     std::chrono::milliseconds cycle = plc::usualCycle;
     std::optional<std::chrono::milliseconds> run; ///< None: until the operator ends it.
     bool debugger = false;

@@ -28,6 +28,8 @@ public:
 
     RequestHandler& Requests() override { return m_bridge; }
 
+    plclink::MachineLink& Link() override { return m_link; }
+
     /// The time stands while no debugger is open.
     void OnDebugger(bool open) override;
     void Start() override;

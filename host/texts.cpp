@@ -44,6 +44,7 @@ constexpr HostTexts german{
     "veraltet, von",
     "Die Zeilen des Debuggers behalten ihren letzten Wert; wie alt er ist, zeigt diese Tabelle.",
     "Diese Steuerung liefert keine Programmzustände; die Programmseite zeigt dafür „?“.",
+    "Programmzustände gehen an",
     "Zu dieser Steuerung wurde kein Listing angegeben.",
     "Diese Maschine ist fern, hinter einem Broker; wie alt ihre Werte hier sind, zeigt die "
     "Tabelle.",
@@ -90,6 +91,7 @@ constexpr HostTexts english{
     "old, of",
     "The debugger's rows keep their last value; this table shows how old it is.",
     "This controller gives no program states; the program page shows \"?\" for them.",
+    "program states go to",
     "No listing has been given for this controller.",
     "This machine is far away, behind a broker; the table shows how old its values are here.",
     "No listing has come from this machine.",

@@ -45,6 +45,7 @@ struct HostTexts
     const char* oldSince;         ///< A time of day follows.
     const char* lastValues;       ///< What the debugger's rows do not tell.
     const char* noStates;         ///< Of a device.
+    const char* stepsGoTo;        ///< Program states; a name follows.
     const char* noListing;        ///< Stands in the listing of a device; ASCII.
     const char* isFarAway;        ///< Of a machine behind a broker.
     const char* noListingHasCome; ///< Stands in the listing of such a machine; ASCII.

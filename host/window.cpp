@@ -73,9 +73,9 @@ void HostWindow::SetLanguage(const std::string& language)
     ShowDebugger(m_debuggerOpen);
 }
 
-void HostWindow::RefreshLink()
+void HostWindow::RefreshLink(const std::string& stepsUser)
 {
-    m_link.Show(m_monitor.Look());
+    m_link.Show(m_monitor.Look(), stepsUser);
 }
 
 void HostWindow::ShowDebugger(bool open)

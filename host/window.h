@@ -31,7 +31,8 @@ public:
     /// To be called some times each second.
     virtual void Refresh() = 0;
     /// To be called some times each second, less often.
-    void RefreshLink();
+    /// @param stepsUser who has the program states from far away; empty: nobody.
+    void RefreshLink(const std::string& stepsUser = {});
     void ShowDebugger(bool open);
     /// Shows a message until the operator closes it.
     void ShowProblem(const std::string& message);

@@ -1,6 +1,5 @@
 #include "plcwatch_options.h"
 
-#include "broker_options.h"
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
@@ -34,12 +33,6 @@ Exit status:
 constexpr milliseconds shortestEvery{10};
 constexpr milliseconds longestEvery{std::chrono::minutes(1)};
 
-std::string MachineError(const std::string& text)
-{
-    const auto machine = plclink::ParseMqttAddress(text);
-    return machine ? "" : machine.Message();
-}
-
 std::string PlantError(const std::string& text)
 {
     const auto plant = plclink::ParseMqttPlant(text);
@@ -60,7 +53,6 @@ struct Words
     std::string every;
     std::string limit;
     std::string plant;
-    std::string publish;
 };
 
 /// @throws CLI::ValidationError when it is not one.
@@ -115,17 +107,15 @@ void TakeAddress(const Words& words, Options& options)
 
 bool HasBroker(const Options& options)
 {
-    return options.plant || options.publish || std::holds_alternative<plclink::MqttAddress>(options.address);
+    return options.plant || options.publish.address ||
+           std::holds_alternative<plclink::MqttAddress>(options.address);
 }
 
 void Combine(const Words& words, Options& options)
 {
     TakeAddress(words, options);
-    if (!words.publish.empty()) {
-        if (options.list.empty()) {
-            throw CLI::ValidationError("--publish", "needs a LIST: what everybody is told");
-        }
-        options.publish = *plclink::ParseMqttAddress(words.publish);
+    if (options.publish.address && options.list.empty()) {
+        throw CLI::ValidationError("--publish", "needs a LIST: what everybody is told");
     }
     if (const auto wrong = plchost::BrokerOptionsError(options.access);
         !HasBroker(options) && !wrong.empty()) {
@@ -189,16 +179,8 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
            "--machines", words.plant, "list the machines of a plant behind a broker and end")
         ->type_name(std::string(plclink::mqttPlantForm))
         ->check(CLI::Validator(PlantError, ""));
-    auto* const publish =
-        app.add_option("--publish", words.publish, "tell the machine to others, over a broker")
-            ->type_name(std::string(plclink::mqttForm))
-            ->check(CLI::Validator(MachineError, ""));
-    app.add_option(
-           "--allow-write", options.allowWrite, "who may write what from there, else nobody")
-        ->type_name("FILE")
-        ->needs(publish);
-    app.add_option(
-           "--listing", options.listing, "the program debug file, for their program page")
+    auto* const publish = plchost::AddPublishOptions(app, options.publish);
+    app.add_option("--listing", options.listing, "the program debug file, for their program page")
         ->type_name("FILE")
         ->needs(publish);
     plchost::AddBrokerOptions(app, options.access);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "address.h"
+#include "broker_options.h"
 #include "plcwatch_variable.h"
 
 #include <chrono>
@@ -38,8 +39,7 @@ struct Options
     plclink::MqttAccess access;                ///< Of whatever lies behind a broker.
     std::string map;                           ///< Of a device's operands; empty without a device.
     std::string list;                          ///< Empty: none.
-    std::optional<plclink::MqttAddress> publish; ///< Where the machine is told to others.
-    std::string allowWrite;                      ///< Who may write from there; empty: nobody.
+    plchost::PublishOptions publish;
     std::string listing; ///< Program debug file that is told along; empty: none.
     std::optional<Variable> read;
     std::optional<WriteOrder> write;

@@ -1,9 +1,11 @@
 #include "plcwatch_session.h"
 
+#include "file.h"
 #include "time_of_day.h"
 
 #include <algorithm>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 namespace plcwatch {
@@ -102,6 +104,9 @@ int Session::Watch(const std::vector<Variable>& list)
     for (const Variable& variable : list) {
         Add(variable);
     }
+    if (m_options.publish.address) {
+        Publish(list);
+    }
     m_link.Start();
     const bool isTable = m_around.isTerminal && !m_options.plain && !m_options.json;
     for (;;) {
@@ -113,6 +118,9 @@ int Session::Watch(const std::vector<Variable>& list)
         if (!(isTable ? PrintTable() : PrintChanges())) {
             return exitGood;
         }
+        if (m_isPublishedByAnother) {
+            return exitNoLink;
+        }
         if (isOver) {
             return EndStatus();
         }
@@ -120,6 +128,32 @@ int Session::Watch(const std::vector<Variable>& list)
             return *ended;
         }
     }
+}
+
+void Session::Publish(const std::vector<Variable>& list)
+{
+    std::string listing;
+    if (!m_options.listing.empty()) {
+        auto read = base::ReadFile(m_options.listing);
+        if (!read) {
+            throw std::runtime_error(read.Message());
+        }
+        listing = *std::move(read);
+    }
+    auto order = plchost::MakePublishOrder(
+        m_options.publish, m_options.access, std::move(listing), "plcwatch");
+    if (!order) {
+        throw std::runtime_error(order.Message());
+    }
+    for (const Variable& variable : list) {
+        order->operands.push_back(variable.operand);
+    }
+    m_publisher.emplace(
+        m_link, *std::move(order), m_around.tell, [this](const std::string& sentence) {
+            m_around.tell(sentence);
+            m_isPublishedByAnother = true;
+        });
+    m_publisher->Start();
 }
 
 int Session::EndStatus() const

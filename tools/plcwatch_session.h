@@ -3,6 +3,7 @@
 #include "machine_link.h"
 #include "plcwatch_options.h"
 #include "plcwatch_text.h"
+#include "publisher.h"
 
 #include <atomic>
 #include <chrono>
@@ -39,6 +40,7 @@ public:
 
     /// @param list for Options::list.
     /// @return the program's exit status.
+    /// @throws std::runtime_error when a file that Options::publish needs is missing or damaged.
     int Watch(const std::vector<Variable>& list);
     int Read();
     int Write();
@@ -66,6 +68,7 @@ private:
     using Clock = plclink::Clock;
 
     void Add(const Variable& variable);
+    void Publish(const std::vector<Variable>& list);
     void LookForRefusals();
     KnownValue ValueOf(const Row& row) const;
     bool AllAreKnown() const;
@@ -87,7 +90,9 @@ private:
     std::optional<plclink::LinkState> m_printedState;
     std::size_t m_tableLines = 0; ///< That stand on the terminal.
     std::uint64_t m_toldLost = 0; ///< Messages.
-    plclink::MachineLink m_link;  ///< Last: its source's thread uses the rows.
+    std::atomic<bool> m_isPublishedByAnother{false};
+    plclink::MachineLink m_link;                     ///< Its source's thread uses the rows.
+    std::optional<plcremote::Publisher> m_publisher; ///< Last: its thread uses the link.
 };
 
 } // namespace plcwatch

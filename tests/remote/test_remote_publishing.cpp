@@ -1,0 +1,106 @@
+#include "broker.h"
+#include "tempdir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sstream>
+#include <string>
+#include <vector>
+
+// plcwatch publishes a machine, and another plcwatch watches it.
+
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+class PlcwatchPublishes : public testing::Test
+{
+protected:
+    /// plcwatch with the access of a user.
+    Child Run(const std::string& user, const std::vector<std::string>& words, int output = 1) const
+    {
+        std::istringstream run(PLCWATCH);
+        std::vector<std::string> command;
+        for (std::string word; run >> word;) {
+            command.push_back(word);
+        }
+        command.insert(command.end(), words.begin(), words.end());
+        command.insert(
+            command.end(),
+            {"--ca", broker.File("ca.crt"), "--password-file", broker.File(user + ".password")});
+        return Child(command, output);
+    }
+
+    /// What plcwatch says on standard error while it publishes a lift.
+    Child Publish(const std::vector<std::string>& words = {}) const
+    {
+        std::vector<std::string> command{
+            SAMPLES "/lift/lift.plc", "--machine", "soft:lift", "--publish", At("lift", "lift")};
+        command.insert(command.end(), words.begin(), words.end());
+        constexpr int standardError = 2;
+        return Run("lift", command, standardError);
+    }
+
+    std::string At(const std::string& user, const std::string& machine) const
+    {
+        return "mqtts://" + user + "@127.0.0.1:" + broker.Port() + "/hall1/" + machine;
+    }
+
+    TempDir dir;
+    Broker broker{{"lift", "service"}};
+};
+
+TEST_F(PlcwatchPublishes, AMachineThatAnotherPlcwatchReadsAndWrites)
+{
+    Child machine = Publish({"--allow-write", dir.Write("allowed", "service MW100\n")});
+    ASSERT_NE(machine.WaitForLine("published on the broker as hall1/lift"), "");
+
+    const std::string far = At("service", "lift");
+    EXPECT_EQ(Run("service", {"--machine", far, "--read", "E2.4"}).WaitForEnd(), "1\n");
+    EXPECT_EQ(Run("service", {"--machine", far, "--write", "MW100=17"}).WaitForEnd(), "");
+    EXPECT_EQ(Run("service", {"--machine", far, "--read", "MW100"}).WaitForEnd(), "17\n");
+
+    EXPECT_THAT(
+        machine.WaitForLine("write from"),
+        MatchesRegex("plcwatch: [0-9T:.+-]+ write from service: MW100 0 -> 17 done"));
+}
+
+TEST_F(PlcwatchPublishes, NothingThatIsAnothersAlready)
+{
+    Child machine = Publish();
+    ASSERT_NE(machine.WaitForLine("published"), "");
+    ASSERT_EQ(
+        Run("service", {"--machine", At("service", "lift"), "--read", "E2.4"}).WaitForEnd(), "1\n");
+
+    EXPECT_NE(Publish().WaitForLine("another program publishes hall1/lift already"), "");
+}
+
+TEST_F(PlcwatchPublishes, ThatItHasEndedWhenItIsInterrupted)
+{
+    Child machine = Publish();
+    ASSERT_NE(machine.WaitForLine("published"), "");
+    ASSERT_EQ(
+        Run("service", {"--machine", At("service", "lift"), "--read", "E2.4"}).WaitForEnd(), "1\n");
+
+    machine.Signal(SIGTERM);
+    machine.WaitForEnd();
+
+    auto command = broker.Login("mosquitto_sub", "service");
+    command.insert(command.end(), {"-t", "plc/hall1/lift/state", "-C", "1"});
+    EXPECT_THAT(Child(command).WaitForEnd(), HasSubstr("the machine's program has ended\""));
+}
+
+TEST_F(PlcwatchPublishes, NothingWithAWriteListThatHasFaults)
+{
+    const std::string list = dir.Write("allowed", "service\nservice MB512\n");
+
+    Child machine = Publish({"--allow-write", list});
+
+    EXPECT_THAT(machine.WaitForLine("allowed:1:"), HasSubstr("a line is a user"));
+    EXPECT_THAT(machine.WaitForLine("allowed:2:"), HasSubstr("no such operand"));
+}
+
+} // namespace
