@@ -129,7 +129,9 @@ std::unique_ptr<Machine> Host::MakeMachine()
         if (!machine) {
             throw StartError{machine.Message()};
         }
+        plcremote::MqttSource& source = **machine;
         return std::make_unique<RemoteMachine>(
+            source,
             *std::move(machine),
             m_options.deviceName,
             m_ground.files.debugFile,

@@ -9,24 +9,6 @@
 namespace plchost {
 
 RemoteMachine::RemoteMachine(
-    std::unique_ptr<plcremote::MqttSource> machine,
-    std::string name,
-    std::string debugFile,
-    AnswerSink& answers,
-    std::function<void()> tick,
-    MachineLog log)
-    : RemoteMachine(
-          *machine,
-          std::move(machine),
-          std::move(name),
-          std::move(debugFile),
-          answers,
-          std::move(tick),
-          std::move(log))
-{
-}
-
-RemoteMachine::RemoteMachine(
     plcremote::MqttSource& source,
     std::unique_ptr<plcremote::MqttSource> machine,
     std::string name,

@@ -17,9 +17,11 @@ constexpr std::chrono::seconds introductionTime{5};
 class RemoteMachine : public DeviceMachine
 {
 public:
+    /// @param source what @p machine points at.
     /// @param debugFile gets the machine's listing.
     /// Else see DeviceMachine.
     RemoteMachine(
+        plcremote::MqttSource& source,
         std::unique_ptr<plcremote::MqttSource> machine,
         std::string name,
         std::string debugFile,
@@ -32,15 +34,6 @@ public:
     base::Result<void> PrepareDebugger(const std::string& language) override;
 
 private:
-    RemoteMachine(
-        plcremote::MqttSource& source,
-        std::unique_ptr<plcremote::MqttSource> machine,
-        std::string name,
-        std::string debugFile,
-        AnswerSink& answers,
-        std::function<void()> tick,
-        MachineLog log);
-
     plcremote::MqttSource& m_source; ///< Belongs to the link.
     const std::string m_debugFile;
     plclink::Clock::time_point m_start;

@@ -70,7 +70,8 @@ protected:
             player = made.get();
             link.emplace(std::move(made));
             link->Start();
-            bridge.emplace(exports, *link, [](const std::string&) {});
+            const plchost::Log nobody = [](const std::string&) {};
+            bridge.emplace(exports, *link, plchost::MachineLog{nobody, nobody});
             host.reaction = [this](const RecordedRequest& request) {
                 bridge->Request(request.record);
             };

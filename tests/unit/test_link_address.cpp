@@ -27,6 +27,11 @@ std::string Read(const std::string& text)
         {
             return std::holds_alternative<ModbusTcp>(address) ? "network" : "serial line";
         }
+
+        std::string operator()(const MqttAddress& address)
+        {
+            return "broker " + address.plant + ' ' + address.machine;
+        }
     } name;
 
     const auto address = ParseAddress(text);
@@ -51,6 +56,12 @@ TEST(ParseAddress, TakesARecordingByItsPath)
 {
     EXPECT_EQ(Read("recording:run.rec"), "recording run.rec");
     EXPECT_EQ(Read("recording:run"), "recording run");
+}
+
+TEST(ParseAddress, TakesAMachineBehindABroker)
+{
+    EXPECT_EQ(Read("mqtts://service@broker/hall1/press7"), "broker hall1 press7");
+    EXPECT_THAT(Read("mqtts://broker"), HasSubstr("the right form is mqtts://"));
 }
 
 TEST(ParseAddress, TakesADeviceOnTheNetworkAndOnASerialLine)
