@@ -70,6 +70,22 @@ void TakeAddress(const std::string& text, Options& options)
     }
 }
 
+/// What goes over a broker, together with what else is wanted.
+void JudgeBroker(const Options& options)
+{
+    if (const auto wrong = BrokerOptionsError(options.access);
+        !options.farMachine && !options.publish.address && !wrong.empty()) {
+        throw CLI::ValidationError(wrong);
+    }
+    if (options.publish.address && (options.farMachine || !options.replay.empty())) {
+        throw CLI::ValidationError("--publish", "tells of a machine that is here");
+    }
+    if (options.farMachine && !options.record.empty()) {
+        throw CLI::ValidationError(
+            "--record", "a machine behind a broker is recorded where it is published");
+    }
+}
+
 std::map<std::string, Fault> Faults()
 {
     std::map<std::string, Fault> faults;
@@ -168,17 +184,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         if (options.replay.empty() && speed->count() > 0) {
             throw CLI::RequiresError("--speed", "--replay");
         }
-        if (const auto wrong = BrokerOptionsError(options.access);
-            !options.farMachine && !options.publish.address && !wrong.empty()) {
-            throw CLI::ValidationError(wrong);
-        }
-        if (options.publish.address && (options.farMachine || !options.replay.empty())) {
-            throw CLI::ValidationError("--publish", "tells of a machine that is here");
-        }
-        if (options.farMachine && record->count() > 0) {
-            throw CLI::ValidationError(
-                "--record", "a machine behind a broker is recorded where it is published");
-        }
+        JudgeBroker(options);
         if (options.farMachine && cycleOption->count() > 0) {
             throw CLI::ExcludesError("--machine " + machine, "--cycle");
         }

@@ -14,7 +14,7 @@ constexpr std::string_view openScheme = "mqtt://";
 constexpr std::uint16_t encryptedPort = 8883;
 constexpr std::uint16_t openPort = 1883;
 constexpr std::size_t longestName = 64;
-constexpr const char* nameRule = " is 1 to 64 letters, digits, \"-\", \"_\" and \".\"";
+constexpr const char* nameRule = R"( is 1 to 64 letters, digits, "-", "_" and ".")";
 
 bool HasPrefix(std::string_view text, std::string_view prefix)
 {

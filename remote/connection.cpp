@@ -197,7 +197,7 @@ private:
             m_client = client.get();
             m_handed = m_left = 0;
         }
-        const End end = Stay(*client);
+        End end = Stay(*client);
         const std::lock_guard lock(m_mutex);
         m_client = nullptr;
         m_isOpen = false;

@@ -60,9 +60,10 @@ constexpr std::array statuses{
 
 plclink::LinkStatus StatusOf(JsonReader& reader, const std::string& text)
 {
-    const auto status = std::find_if(statuses.begin(), statuses.end(), [&text](auto candidate) {
-        return plclink::StatusText(candidate) == text;
-    });
+    const auto* const status =
+        std::find_if(statuses.begin(), statuses.end(), [&text](auto candidate) {
+            return plclink::StatusText(candidate) == text;
+        });
     if (status == statuses.end()) {
         reader.Fail("there is no state \"" + text + '"');
         return {};

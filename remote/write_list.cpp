@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace plcremote {
 
@@ -51,13 +52,23 @@ std::optional<plc::Operand> OperandOf(std::string_view name)
     return operand && plc::Exists(*operand) ? operand : std::nullopt;
 }
 
-/// @return what is wrong; empty: nothing.
-std::string RangeError(const plc::Operand& first, const plc::Operand& last)
+/// @param text "MW0" or "MW0-MW20".
+/// @return both ends, or what is wrong with them.
+base::Result<std::pair<plc::Operand, plc::Operand>> ReadRange(std::string_view text)
 {
-    if (!AreTogether(first, last) || first.width != last.width) {
-        return "both ends of a range are of one kind, and of one data block";
+    const std::size_t dash = text.find('-');
+    const auto first = OperandOf(text.substr(0, dash));
+    const auto last = dash == std::string_view::npos ? first : OperandOf(text.substr(dash + 1));
+    if (!first || !last) {
+        return base::Failure{"there is no such operand"};
     }
-    return ExtentOf(first).begin > ExtentOf(last).begin ? "the range is upside down" : "";
+    if (!AreTogether(*first, *last) || first->width != last->width) {
+        return base::Failure{"both ends of a range are of one kind, and of one data block"};
+    }
+    if (ExtentOf(*first).begin > ExtentOf(*last).begin) {
+        return base::Failure{"the range is upside down"};
+    }
+    return std::pair(*first, *last);
 }
 
 } // namespace
@@ -101,22 +112,17 @@ base::Result<WriteList> ParseWriteList(std::string_view text, std::string_view f
         if (user.empty()) {
             continue;
         }
+        const auto range = ReadRange(operands);
         std::string wrong;
-        const std::size_t dash = operands.find('-');
-        const auto first = OperandOf(operands.substr(0, dash));
-        const auto last =
-            dash == std::string_view::npos ? first : OperandOf(operands.substr(dash + 1));
         if (!plclink::IsMqttName(user)) {
             wrong = "this is no name of a user";
         } else if (!TakeWord(line).empty() || operands.empty()) {
             wrong = "a line is a user, then an operand or a range, as in: service MW0-MW20";
-        } else if (!first || !last) {
-            wrong = "there is no such operand";
-        } else {
-            wrong = RangeError(*first, *last);
+        } else if (!range) {
+            wrong = range.Message();
         }
         if (wrong.empty()) {
-            list.m_permissions.push_back({std::string(user), *first, *last});
+            list.m_permissions.push_back({std::string(user), range->first, range->second});
         } else {
             faults += (faults.empty() ? "" : "\n") + std::string(file) + ':' +
                       std::to_string(number) + ": " + wrong;
