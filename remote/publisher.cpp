@@ -8,6 +8,7 @@
 #include "write_judge.h"
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <map>
 #include <mutex>
@@ -569,8 +570,8 @@ private:
     Viewers m_viewers;
     std::set<Viewer> m_refusedViewers; ///< Who has been told so.
     std::optional<Time> m_connected;
-    bool m_isIntroduced = false;
-    bool m_hasEnded = false;                       ///< Another program is this machine.
+    std::atomic<bool> m_isIntroduced{false};       ///< Also looked at in the end, as the next.
+    std::atomic<bool> m_hasEnded{false};           ///< Another program is this machine.
     std::optional<plclink::LinkState> m_toldState; ///< On this connection.
     std::map<std::string, std::unique_ptr<Watching>> m_watchings; ///< By operand.
     std::map<std::string, plclink::WatchedOperand> m_refused;     ///< What the machine never tells.
