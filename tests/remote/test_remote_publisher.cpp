@@ -307,6 +307,7 @@ TEST_F(PublisherTest, DropsWhatIsNoMessageAndSaysItOnce)
     Connection forger({broker.Address("service", "press7"), broker.Access("service"), {}, {}});
     forger.Start(events);
     ASSERT_TRUE(events.WaitForConnections(1));
+    ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
 
     forger.Publish("plc/hall1/press7/watch/service/w1", "garbage");
     forger.Publish("plc/hall1/press7/write/service/w1", R"({"format":2})");
