@@ -122,6 +122,15 @@ TEST_F(HostcheckJudge, LetsAHostAskWhetherTheDebuggerIsStillThere)
     EXPECT_EQ(Found(), "");
 }
 
+TEST_F(HostcheckJudge, FindsAHostThatAsksDuringTheDestroyWhetherTheDebuggerIsStillThere)
+{
+    Open();
+    m_judge.BeginDestroy();
+
+    EXPECT_EQ(AnswerSteps(1, 0), 0);
+    EXPECT_THAT(Found(), HasSubstr("answer-during-destroy: asks whether it is there"));
+}
+
 TEST_F(HostcheckJudge, TakesNoAnswersWhenTheOperatorHasClosedTheWindow)
 {
     Open();

@@ -6,7 +6,9 @@ using hostcheck::graceTicks;
 using hostcheck::lateTicks;
 using hostcheck::overlookedTicks;
 using hostcheck::silenceTicks;
+using ::testing::Contains;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace {
 
@@ -209,6 +211,16 @@ TEST_F(HostcheckJudge, FindsAHostThatAnswersNothing)
     EXPECT_THAT(Found(), HasSubstr("nothing-answered: "));
 }
 
+TEST_F(HostcheckJudge, TellsOfUnansweredStepsOnlyWhereStepsWereAskedFor)
+{
+    const std::string line = "program states: none answered";
+    Open();
+    EXPECT_THAT(m_judge.Figures(), Not(Contains(line)));
+
+    m_judge.Asked(PlcMakePrgStateRequest(5, 9));
+    EXPECT_THAT(m_judge.Figures(), Contains(line));
+}
+
 TEST_F(HostcheckJudge, LetsAHostAnswerNothingForAnOperandThatItDoesNotHave)
 {
     Open();
@@ -220,5 +232,5 @@ TEST_F(HostcheckJudge, LetsAHostAnswerNothingForAnOperandThatItDoesNotHave)
     Wait(1);
 
     EXPECT_EQ(Found(), "");
-    EXPECT_THAT(m_judge.Figures(), ::testing::Contains("not answered: EB5"));
+    EXPECT_THAT(m_judge.Figures(), Contains("not answered: EB5"));
 }

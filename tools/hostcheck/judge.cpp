@@ -121,6 +121,7 @@ void Judge::Asked(const CMD_DATA& request)
             asked.steps = {PlcFirstStep(&request), PlcLastStep(&request)};
             asked.askedAt = m_now;
             m_steps.push_back(asked);
+            m_stepsAsked = true;
         }
     }
 }
@@ -244,10 +245,11 @@ int Judge::AnswerProgState(const CMD_DATA* answer)
     const Steps steps{PlcFirstStep(answer), PlcLastStep(answer)};
     const bool hasRange = answer->length >= PLC_STATES_AT;
     // Without a step it only asks whether the debugger is still there.
-    if (hasRange && PlcStepCount(steps.first, steps.last) == 0 && m_life != Life::Destroying) {
+    const bool isQuestion = hasRange && PlcStepCount(steps.first, steps.last) == 0;
+    if (isQuestion && m_life != Life::Destroying) {
         return IsAsking() ? 1 : 0;
     }
-    const bool taken = IsTakenNow("answers for steps");
+    const bool taken = IsTakenNow(isQuestion ? "asks whether it is there" : "answers for steps");
     if (m_life == Life::Open) {
         if (hasRange) {
             JudgeSteps(*answer, steps);
@@ -407,7 +409,7 @@ std::vector<std::string> Judge::Figures() const
     if (!silent.empty()) {
         lines.push_back("not answered: " + silent);
     }
-    if (!m_stepsAnswered) {
+    if (m_stepsAsked && !m_stepsAnswered) {
         lines.emplace_back("program states: none answered");
     }
     return lines;

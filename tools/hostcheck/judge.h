@@ -136,6 +136,7 @@ private:
     std::vector<AskedSteps> m_steps;               ///< Of this life; the last one counts.
     std::vector<AskedSteps> m_formerSteps;
     std::map<std::string, bool> m_answered; ///< By operand, whether it ever was.
+    bool m_stepsAsked = false;
     bool m_stepsAnswered = false;
 };
 
