@@ -187,9 +187,7 @@ private:
         ::close(*reached);
         m_end = {};
         m_certificate.clear();
-        const int begun = mosquitto_connect(
-            client.get(), m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
-        if (begun != MOSQ_ERR_SUCCESS) {
+        if (BeginToConnect(*client) != MOSQ_ERR_SUCCESS) {
             return EndOf();
         }
         {
@@ -202,6 +200,15 @@ private:
         m_client = nullptr;
         m_isOpen = false;
         return end;
+    }
+
+    int BeginToConnect(mosquitto& client) const
+    {
+        // At the first connection the library prepares its encryption, as if there were one thread.
+        static std::mutex one;
+        const std::lock_guard lock(one);
+        return mosquitto_connect(
+            &client, m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
     }
 
     End Prepare(mosquitto& client)
