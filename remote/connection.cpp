@@ -11,7 +11,6 @@
 #include <mosquitto.h>
 #include <mutex>
 #include <netinet/in.h>
-#include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <sys/stat.h>
 #include <thread>

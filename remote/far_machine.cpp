@@ -15,15 +15,6 @@ constexpr auto never = plclink::Clock::time_point::max();
 /// Stands in the topics of a viewer whom the broker does not ask who he is.
 constexpr const char* nobody = "anonymous";
 
-std::uint32_t LowestBits(const plc::Operand& operand, std::uint32_t value)
-{
-    constexpr unsigned bitsOfByte = 8;
-    constexpr unsigned allBits = 32;
-    const unsigned bits =
-        operand.width == plc::Width::Bit ? 1 : bitsOfByte * plc::ByteCount(operand.width);
-    return bits == allBits ? value : value & ((1U << bits) - 1);
-}
-
 } // namespace
 
 FarMachine::FarMachine(plclink::MqttAddress address, plclink::MqttAccess access, Log log)
@@ -81,7 +72,7 @@ void FarMachine::Write(const plc::Operand& operand, std::uint32_t value, plclink
 {
     const Time now = plclink::Clock::now();
     std::string lost;
-    WriteMessage message{{}, RandomId(), operand, LowestBits(operand, value)};
+    WriteMessage message{{}, RandomId(), operand, value & HighestValue(operand.width)};
     {
         const std::lock_guard lock(m_mutex);
         lost = m_unwritable;

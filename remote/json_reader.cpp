@@ -14,14 +14,6 @@ constexpr int deepest = 3; ///< A pair of a step state, in an array, in the mess
 
 const Json nothing;
 
-std::uint32_t HighestValue(plc::Width width)
-{
-    constexpr unsigned bitsOfByte = 8;
-    return width == plc::Width::Bit
-               ? 1
-               : UINT32_MAX >> (bitsOfByte * (sizeof(std::uint32_t) - plc::ByteCount(width)));
-}
-
 /// Whether nothing in a text can begin a line or be obeyed by a terminal.
 bool IsLine(std::string_view text)
 {

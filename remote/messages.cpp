@@ -188,6 +188,14 @@ Json JsonOf(const RefusalMessage& message)
 
 } // namespace
 
+std::uint32_t HighestValue(plc::Width width)
+{
+    constexpr unsigned bitsOfByte = 8;
+    return width == plc::Width::Bit
+               ? 1
+               : UINT32_MAX >> (bitsOfByte * (sizeof(std::uint32_t) - plc::ByteCount(width)));
+}
+
 std::string Text(const StateMessage& message)
 {
     Json json = Begin();

@@ -36,6 +36,9 @@ constexpr milliseconds writePatience{2000};       ///< A write is done within th
 /// A value that the machine has; older readings than this are told with their age.
 constexpr milliseconds youngAge{100};
 
+/// What an operand of this width can hold at most.
+std::uint32_t HighestValue(plc::Width width);
+
 /// Topic `state`, retained; also the machine's last will.
 struct StateMessage
 {

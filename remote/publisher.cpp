@@ -384,12 +384,10 @@ private:
     {
         const auto viewer = m_viewers.StepsViewer();
         const auto range = m_viewers.Steps();
-        if (m_stepsViewer && !(m_stepsViewer == viewer)) {
-            const std::string reason =
-                viewer ? "they go to " + viewer->user + " now" : std::string();
-            if (viewer) {
-                Answer(*m_stepsViewer, RefusalMessage{RefusalMessage::Of::Steps, reason});
-            }
+        if (m_stepsViewer && viewer && !(m_stepsViewer == viewer)) {
+            Answer(
+                *m_stepsViewer,
+                RefusalMessage{RefusalMessage::Of::Steps, "they go to " + viewer->user + " now"});
         }
         m_stepsViewer = viewer;
         SetStepsUser(viewer ? viewer->user : "");
