@@ -1,5 +1,6 @@
 #pragma once
 
+#include "messages.h"
 #include "operand.h"
 #include "reading.h"
 #include "result.h"
@@ -7,6 +8,7 @@
 #include "topics.h"
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <utility>
@@ -15,6 +17,9 @@
 // Who watches a machine from far away, and what, as long as their leases last. One thread.
 
 namespace plcremote {
+
+/// Sends a viewer an answer.
+using AnswerViewer = std::function<void(const Viewer& viewer, const AnswerMessage& message)>;
 
 class Viewers
 {

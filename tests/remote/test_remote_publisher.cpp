@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <future>
 #include <memory>
@@ -52,6 +53,16 @@ public:
             return !found.empty();
         });
         return found;
+    }
+
+    /// How many lines hold this so far.
+    std::size_t Count(const std::string& part)
+    {
+        const std::lock_guard lock(m_mutex);
+        return static_cast<std::size_t>(
+            std::count_if(m_lines.begin(), m_lines.end(), [&part](const std::string& line) {
+                return line.find(part) != std::string::npos;
+            }));
     }
 
 private:
@@ -176,7 +187,7 @@ TEST_F(PublisherTest, WritesNothingElseAndSaysSo)
     EXPECT_THAT(guest.Write("MW100", 17), HasSubstr("does not let guest write"));
 
     EXPECT_THAT(machine.said.WaitFor("MW120"), HasSubstr("refused"));
-    EXPECT_THAT(machine.said.WaitFor("guest"), HasSubstr("MW100 ? -> 17 refused, it is 0"));
+    EXPECT_THAT(machine.said.WaitFor("guest"), HasSubstr("MW100 0 -> 17 refused, it is 0"));
     EXPECT_EQ(service.events.Value("MW100"), 0U);
 }
 
@@ -309,13 +320,64 @@ TEST_F(PublisherTest, DropsWhatIsNoMessageAndSaysItOnce)
     ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
 
     forger.Publish("plc/hall1/press7/watch/service/w1", "garbage");
+    forger.Publish("plc/hall1/press7/watch/service/w1", "garbage again");
     forger.Publish("plc/hall1/press7/write/service/w1", R"({"format":2})");
 
     EXPECT_THAT(machine.said.WaitFor("\"watch\""), HasSubstr("no JSON object"));
     EXPECT_THAT(machine.said.WaitFor("\"write\""), HasSubstr("another format version"));
+    EXPECT_EQ(machine.said.Count("\"watch\""), 1U);
     Far service(broker);
     service.Watch({"MW100"});
     EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
+}
+
+TEST_F(PublisherTest, DropsWhatIsTooMuchOfAFlood)
+{
+    Machine machine(broker);
+    RecordedConnection events;
+    Connection flooder({broker.Address("service", "press7"), broker.Access("service"), {}, {}});
+    flooder.Start(events);
+    ASSERT_TRUE(events.WaitForConnections(1));
+    ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
+    const std::string tooMany = "too many come at a time";
+
+    for (int wave = 0; wave < 100 && machine.said.Count(tooMany) == 0; ++wave) {
+        for (int i = 0; i < 1000; ++i) {
+            flooder.Publish("plc/hall1/press7/watch/service/w1", "garbage");
+        }
+        ASSERT_TRUE(events.WaitForTurns(1));
+    }
+
+    EXPECT_EQ(machine.said.Count(tooMany), 1U);
+    Far guest(broker, "guest");
+    guest.Watch({"MW100"});
+    EXPECT_TRUE(guest.events.WaitForValue("MW100", 0));
+}
+
+TEST_F(PublisherTest, TellsAViewerThatItWasRefusedThatItIsServedNow)
+{
+    const std::string watch = "plc/hall1/press7/watch/service/w1";
+    std::string tooMany;
+    for (std::size_t i = 0; i < mostOperands; ++i) {
+        tooMany +=
+            (i == 0 ? "\"M" : ",\"M") + std::to_string(i / 8) + '.' + std::to_string(i % 8) + '"';
+    }
+    Machine machine(broker);
+    RecordedConnection viewer;
+    Connection connection(
+        {broker.Address("service", "press7"),
+         broker.Access("service"),
+         {"plc/hall1/press7/answer/service/w1"},
+         {}});
+    connection.Start(viewer);
+    ASSERT_TRUE(viewer.WaitForConnections(1));
+    ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
+
+    connection.Publish(watch, R"({"format":1,"operands":[)" + tooMany + "]}");
+    EXPECT_TRUE(viewer.WaitForMessageWith("500 operands"));
+    connection.Publish(watch, R"({"format":1,"operands":["MW0"]})");
+
+    EXPECT_TRUE(viewer.WaitForMessageWith(R"("reason":"")"));
 }
 
 TEST_F(PublisherTest, PublishesTheListingOfItsProgram)

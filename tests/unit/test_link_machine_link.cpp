@@ -1,4 +1,5 @@
 #include "machine_link.h"
+#include "scriptedsource.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,43 +20,6 @@ plc::Operand OperandOf(const char* name)
 {
     return plc::ParseOperand(name).value();
 }
-
-/// A machine that does what the test says, on the test's thread.
-class ScriptedSource : public Source
-{
-public:
-    explicit ScriptedSource(bool tellsEvery) : m_tellsEvery(tellsEvery) {}
-
-    void Start(SourceEvents& theEvents) override { events = &theEvents; }
-
-    base::Result<void> Check(const plc::Operand& operand) const override
-    {
-        if (operand.area == plc::Area::Output) {
-            return base::Failure{"no outputs here"};
-        }
-        return {};
-    }
-
-    void Watch(std::shared_ptr<const WatchList> theList) override { list = std::move(theList); }
-
-    void Write(const plc::Operand& operand, std::uint32_t value, WriteDone done) override
-    {
-        written.push_back(plc::OperandName(operand) + '=' + std::to_string(value));
-        done({});
-    }
-
-    void WatchSteps(std::optional<plc::StepRange> range) override { steps = range; }
-
-    bool TellsEveryReading() const override { return m_tellsEvery; }
-
-    SourceEvents* events = nullptr;
-    std::shared_ptr<const WatchList> list;
-    std::vector<std::string> written;
-    std::optional<plc::StepRange> steps;
-
-private:
-    const bool m_tellsEvery;
-};
 
 class RecordingWatcher : public Watcher
 {
