@@ -14,9 +14,12 @@ Child::Child(const std::vector<std::string>& command, int output)
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         return;
     }
+    // A test that is killed has nobody to end the program for it.
+    std::vector<std::string> withTest{"setpriv", "--pdeathsig", "KILL"};
+    withTest.insert(withTest.end(), command.begin(), command.end());
     std::vector<char*> words;
-    for (const std::string& word : command) {
-        words.push_back(const_cast<char*>(word.c_str()));
+    for (std::string& word : withTest) {
+        words.push_back(word.data());
     }
     words.push_back(nullptr);
     posix_spawn_file_actions_t actions;

@@ -4,7 +4,7 @@
 #include <sys/types.h>
 #include <vector>
 
-/// A program that runs beside the test and ends with this.
+/// A program that runs beside the test and ends with this, or with the thread that has started it.
 class Child
 {
 public:
