@@ -1,6 +1,7 @@
 #include "open_machine.h"
 
 #include "assembler.h"
+#include "broker_access.h"
 #include "cycle_time.h"
 #include "modbus_connection.h"
 #include "modbus_source.h"

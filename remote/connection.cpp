@@ -1,18 +1,13 @@
 #include "connection.h"
 
-#include "file.h"
+#include "broker_client.h"
 #include "modbus_socket.h"
 #include "random_id.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <csignal>
 #include <cstdint>
-#include <mosquitto.h>
 #include <mutex>
-#include <netinet/in.h>
-#include <openssl/ssl.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -33,13 +28,6 @@ constexpr std::chrono::milliseconds longestKnock{2000};
 
 /// What has been handed over and has not left by then stands in the way of what comes after it.
 constexpr std::chrono::milliseconds longestWay{200};
-
-struct ClientEnd
-{
-    void operator()(mosquitto* client) const { mosquitto_destroy(client); }
-};
-
-using Client = std::unique_ptr<mosquitto, ClientEnd>;
 
 /// Why there is no connection.
 struct End
@@ -65,22 +53,6 @@ public:
         pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     }
 };
-
-void InitLibrary()
-{
-    // Never cleaned up: threads of other connections may still use it.
-    [[maybe_unused]] static const int done = mosquitto_lib_init();
-}
-
-bool IsLoopback(const std::string& host)
-{
-    in_addr address{};
-    constexpr std::uint32_t network = 127;
-    constexpr unsigned bitsOfHost = 24;
-    return host == "localhost" || host == "::1" ||
-           (::inet_pton(AF_INET, host.c_str(), &address) == 1 &&
-            ntohl(address.s_addr) >> bitsOfHost == network);
-}
 
 } // namespace
 
@@ -174,8 +146,9 @@ private:
         if (!client) {
             return {"there is no memory for a connection"};
         }
-        if (End wrong = Prepare(*client); !wrong.reason.empty()) {
-            return wrong;
+        SetCallbacks(*client);
+        if (std::string wrong = Prepare(*client, m_order); !wrong.empty()) {
+            return {std::move(wrong), true};
         }
         // The library would wait for a host that says nothing for as long as the system does.
         const auto reached = plclink::ConnectTcp(
@@ -210,53 +183,6 @@ private:
             &client, m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
     }
 
-    End Prepare(mosquitto& client)
-    {
-        if (std::string wrong = OpenAccessError(m_order.address, m_order.access); !wrong.empty()) {
-            return {std::move(wrong), true};
-        }
-        SetCallbacks(client);
-        if (!m_order.address.user.empty()) {
-            std::string password;
-            if (!m_order.access.passwordFile.empty()) {
-                auto read = ReadPasswordFile(m_order.access.passwordFile);
-                if (!read) {
-                    return {read.Message(), true};
-                }
-                password = *std::move(read);
-            }
-            mosquitto_username_pw_set(&client, m_order.address.user.c_str(), password.c_str());
-        }
-        if (m_order.will) {
-            mosquitto_will_set(
-                &client,
-                m_order.will->topic.c_str(),
-                static_cast<int>(m_order.will->payload.size()),
-                m_order.will->payload.data(),
-                0,
-                true);
-        }
-        return m_order.address.isEncrypted ? Encrypt(client) : End{};
-    }
-
-    /// The certificate is checked, and the name in it; nothing switches that off.
-    End Encrypt(mosquitto& client) const
-    {
-        constexpr const char* systemsAuthorities = "/etc/ssl/certs";
-        const std::string& file = m_order.access.authorities;
-        const int result = mosquitto_tls_set(
-            &client,
-            file.empty() ? nullptr : file.c_str(),
-            file.empty() ? systemsAuthorities : nullptr,
-            nullptr,
-            nullptr,
-            nullptr);
-        if (result != MOSQ_ERR_SUCCESS) {
-            return {"cannot read the certificates in \"" + file + '"', true};
-        }
-        return {};
-    }
-
     void SetCallbacks(mosquitto& client)
     {
         mosquitto_threaded_set(&client, true);
@@ -280,7 +206,7 @@ private:
         mosquitto_log_callback_set(
             &client, [](mosquitto* said, void* self, int level, const char* text) {
                 if (level == MOSQ_LOG_ERR) {
-                    static_cast<Impl*>(self)->LookAtCertificate(*said, text);
+                    static_cast<Impl*>(self)->OnError(*said, text);
                 }
             });
     }
@@ -334,19 +260,11 @@ private:
         m_waitingSince = Clock::now();
     }
 
-    /// An error is being told: perhaps of the broker's certificate, which can be asked only now.
-    void LookAtCertificate(mosquitto& client, std::string_view error)
+    /// Perhaps of the broker's certificate, which can be asked only now.
+    void OnError(mosquitto& client, std::string_view error)
     {
-        const auto* const tls = static_cast<const SSL*>(mosquitto_ssl_get(&client));
-        if (tls == nullptr || m_wasIn || !m_certificate.empty()) {
-            return;
-        }
-        const long verdict = SSL_get_verify_result(tls);
-        if (verdict != X509_V_OK) {
-            m_certificate = X509_verify_cert_error_string(verdict);
-        } else if (error.find("host name verification failed") != std::string_view::npos) {
-            // Only the library's words tell it from a handshake that merely breaks.
-            m_certificate = "it is not of \"" + m_order.address.host + '"';
+        if (!m_wasIn && m_certificate.empty()) {
+            m_certificate = CertificateFault(client, m_order.address.host, error);
         }
     }
 
@@ -423,38 +341,6 @@ void Connection::Start(ConnectionEvents& events)
 bool Connection::Publish(const std::string& topic, std::string_view payload, bool isRetained)
 {
     return m_impl->Publish(topic, payload, isRetained);
-}
-
-base::Result<std::string> ReadPasswordFile(const std::string& file)
-{
-    struct stat status
-    {
-    };
-
-    constexpr mode_t others = S_IRWXG | S_IRWXO;
-    if (::stat(file.c_str(), &status) == 0 && (status.st_mode & others) != 0) {
-        return base::Failure{
-            "others can read the password file \"" + file + "\" (chmod 600 helps)"};
-    }
-    auto text = base::ReadFile(file);
-    if (!text) {
-        return text;
-    }
-    const std::string line = text->substr(0, text->find_first_of("\r\n"));
-    if (line.empty()) {
-        return base::Failure{"there is no password in \"" + file + '"'};
-    }
-    return line;
-}
-
-std::string OpenAccessError(const plclink::MqttAddress& address, const plclink::MqttAccess& access)
-{
-    if (address.isEncrypted || access.mayBeOpen || IsLoopback(address.host)) {
-        return {};
-    }
-    return "mqtt is not encrypted and goes to this machine only (mqtts is; --insecure says that it "
-           "may go to \"" +
-           address.host + "\" all the same)";
 }
 
 } // namespace plcremote

@@ -1,5 +1,6 @@
 #include "plcwatch_machines.h"
 
+#include "broker_access.h"
 #include "plcwatch_text.h"
 
 namespace plcwatch {

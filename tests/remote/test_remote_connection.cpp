@@ -1,4 +1,5 @@
 #include "broker.h"
+#include "broker_access.h"
 #include "connectionevents.h"
 #include "file.h"
 #include "proxy.h"
