@@ -2,7 +2,12 @@
 
 #include "broker_access.h"
 
+#include <algorithm>
+#include <array>
+#include <chrono>
 #include <openssl/ssl.h>
+#include <poll.h>
+#include <unistd.h>
 #include <utility>
 
 namespace plcremote {
@@ -67,12 +72,38 @@ std::string CertificateFault(mosquitto& client, const std::string& host, std::st
         return {};
     }
     const long verdict = SSL_get_verify_result(tls);
+    if (verdict == X509_V_ERR_CERT_NOT_YET_VALID || verdict == X509_V_ERR_CERT_HAS_EXPIRED) {
+        return std::string(X509_verify_cert_error_string(verdict)) +
+               " (is the clock of this machine right?)";
+    }
     if (verdict != X509_V_OK) {
         return X509_verify_cert_error_string(verdict);
     }
     // Only the library's words tell it from a handshake that merely breaks.
     const bool isOfAnother = error.find("host name verification failed") != std::string_view::npos;
     return isOfAnother ? "it is not of \"" + host + '"' : "";
+}
+
+void TakeLeave(mosquitto& client)
+{
+    constexpr std::chrono::milliseconds longest{500};
+    const auto until = std::chrono::steady_clock::now() + longest;
+    const auto left = [until] {
+        const auto time = until - std::chrono::steady_clock::now();
+        return std::max(
+            static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()),
+            0);
+    };
+    // Held open beside the library, until the broker closes: who closes while something comes has
+    // the system tell the broker to forget what it has not read yet.
+    pollfd line{::dup(mosquitto_socket(&client)), POLLIN, 0};
+    mosquitto_disconnect(&client);
+    while (left() > 0 && mosquitto_loop(&client, left(), 1) == MOSQ_ERR_SUCCESS) {
+    }
+    std::array<char, 4096> unheard{};
+    while (::poll(&line, 1, left()) > 0 && ::read(line.fd, unheard.data(), unheard.size()) > 0) {
+    }
+    ::close(line.fd);
 }
 
 } // namespace plcremote

@@ -29,4 +29,7 @@ std::string Prepare(mosquitto& client, const ConnectionOrder& order);
 /// @return what is wrong with the certificate of a broker; empty: nothing, or there is none.
 std::string CertificateFault(mosquitto& client, const std::string& host, std::string_view error);
 
+/// Ends a connection in order: what has been handed to the library leaves first, for up to 500 ms.
+void TakeLeave(mosquitto& client);
+
 } // namespace plcremote

@@ -190,16 +190,13 @@ private:
         mosquitto_connect_callback_set(&client, [](mosquitto*, void* self, int result) {
             static_cast<Impl*>(self)->OnConnect(result);
         });
-        mosquitto_subscribe_callback_set(&client, [](mosquitto*, void* self, int, int, const int*) {
-            static_cast<Impl*>(self)->Open();
-        });
+        mosquitto_subscribe_callback_set(
+            &client, [](mosquitto*, void* self, int, int count, const int* granted) {
+                static_cast<Impl*>(self)->OnSubscribed(granted, granted + count);
+            });
         mosquitto_message_callback_set(
             &client, [](mosquitto*, void* self, const mosquitto_message* message) {
-                static_cast<Impl*>(self)->m_events->OnMessage(
-                    message->topic,
-                    {static_cast<const char*>(message->payload),
-                     static_cast<std::size_t>(message->payloadlen)},
-                    message->retain);
+                static_cast<Impl*>(self)->OnMessage(*message);
             });
         mosquitto_publish_callback_set(
             &client, [](mosquitto*, void* self, int) { static_cast<Impl*>(self)->OnLeft(); });
@@ -241,6 +238,34 @@ private:
             m_client, nullptr, static_cast<int>(topics.size()), topics.data(), 0, 0, nullptr);
     }
 
+    void OnMessage(const mosquitto_message& message)
+    {
+        if (m_stop.IsRaised()) {
+            return; // nobody could answer it any more
+        }
+        m_events->OnMessage(
+            message.topic,
+            {static_cast<const char*>(message.payload),
+             static_cast<std::size_t>(message.payloadlen)},
+            message.retain);
+    }
+
+    /// @param begin what the broker says to each of our topics, in their order.
+    void OnSubscribed(const int* begin, const int* end)
+    {
+        constexpr int highestQos = 2;
+        const auto* const denied =
+            std::find_if(begin, end, [](int granted) { return granted > highestQos; });
+        if (denied == end) {
+            Open();
+            return;
+        }
+        m_end = {
+            "the broker does not let us hear \"" +
+                m_order.topics.at(static_cast<std::size_t>(denied - begin)) + '"',
+            true};
+    }
+
     /// The way is free in both directions.
     void Open()
     {
@@ -275,8 +300,7 @@ private:
         auto turn = begun;
         for (;;) {
             if (m_stop.IsRaised()) {
-                mosquitto_disconnect(&client);
-                mosquitto_loop(&client, 0, 1);
+                Close();
                 return {};
             }
             const int result = mosquitto_loop(&client, static_cast<int>(turnTime.count()), 1);
@@ -294,6 +318,18 @@ private:
             if (!m_wasIn && now - begun > patience) {
                 return {"the broker does not answer"};
             }
+        }
+    }
+
+    /// Takes leave of a broker that has let us in.
+    void Close()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isOpen = false;
+        }
+        if (m_wasIn) {
+            TakeLeave(*m_client);
         }
     }
 

@@ -67,7 +67,8 @@ class Connection
 public:
     explicit Connection(ConnectionOrder order);
     /// No event comes any more when it returns. A connection that stands is closed in order, for
-    /// which the broker does not tell the last will.
+    /// which the broker does not tell the last will: what has been handed over leaves first, as
+    /// far as 500 ms are enough.
     ~Connection();
     Connection(const Connection&) = delete;
     Connection(Connection&&) = delete;

@@ -18,6 +18,7 @@ Child::Child(const std::vector<std::string>& command, int output)
     std::vector<std::string> withTest{"setpriv", "--pdeathsig", "KILL"};
     withTest.insert(withTest.end(), command.begin(), command.end());
     std::vector<char*> words;
+    words.reserve(withTest.size() + 1);
     for (std::string& word : withTest) {
         words.push_back(word.data());
     }

@@ -65,12 +65,61 @@ void Broker::Start()
 void Broker::StopEncrypting()
 {
     Stop();
-    std::string configuration = base::ReadFile(File("mosquitto.conf")).operator*();
-    for (const char* setting : {"\ncafile ", "\ncertfile ", "\nkeyfile ", "\ntls_version "}) {
-        configuration.insert(configuration.find(setting) + 1, "# ");
-    }
-    EXPECT_TRUE(base::ReplaceFile(File("mosquitto.conf"), configuration));
+    Change({"cafile ", "certfile ", "keyfile ", "tls_version "}, "");
     Start();
+}
+
+void Broker::Change(const std::vector<std::string>& without, const std::string& with) const
+{
+    std::string configuration = base::ReadFile(File("mosquitto.conf")).operator*();
+    for (const std::string& setting : without) {
+        configuration.insert(configuration.find('\n' + setting) + 1, "# ");
+    }
+    EXPECT_TRUE(base::ReplaceFile(File("mosquitto.conf"), configuration + with));
+}
+
+void Broker::PostdateCertificate()
+{
+    Stop();
+    const char* const script = R"(
+        cd "$0"
+        exec 2>log
+        openssl x509 -x509toreq -in broker.crt -signkey broker.key -out broker.csr
+        touch index
+        echo 01 >serial
+        printf '%s\n' >ca.conf '[ca]' default_ca=all \
+            '[all]' new_certs_dir=. database=index serial=serial default_md=sha256 policy=any \
+            x509_extensions=names '[any]' commonName=supplied '[names]' subjectAltName=IP:127.0.0.1
+        openssl ca -batch -notext -config ca.conf -cert ca.crt -keyfile ca.key \
+            -in broker.csr -out broker.crt -startdate 20980101000000Z -enddate 20990101000000Z
+    )";
+    EXPECT_EQ(Child({"sh", "-e", "-c", script, File("")}).WaitForEnd(), "");
+    Start();
+}
+
+void Broker::DenySubscriptions(const std::string& user)
+{
+    Stop();
+    const std::string control = FirstLineOf({SCRIPTS "/broker", "mosquitto_ctrl"});
+    const std::string plugIn =
+        FirstLineOf({"sh", "-c", "ls ${0%/bin/*}/lib/*/mosquitto_dynamic_security.so", control});
+    Child({control, "dynsec", "init", File("rights"), user, Password(user)}).WaitForEnd();
+    std::string rights = base::ReadFile(File("rights")).operator*();
+    const std::string everything = "\"#\"";
+    for (std::size_t at = 0; (at = rights.find(everything)) != std::string::npos;) {
+        rights.replace(at, everything.size(), "\"nothing\"");
+    }
+    EXPECT_TRUE(base::ReplaceFile(File("rights"), rights));
+    // The access list knows no subscriptions.
+    Change({"acl_file "}, "plugin " + plugIn + "\nplugin_opt_config_file " + File("rights") + '\n');
+    Start();
+}
+
+std::string Broker::Password(const std::string& user) const
+{
+    std::string password = base::ReadFile(File(user + ".password")).operator*();
+    password.pop_back();
+    return password;
 }
 
 plclink::MqttAddress
@@ -86,8 +135,6 @@ plclink::MqttAccess Broker::Access(const std::string& user) const
 
 std::vector<std::string> Broker::Login(const std::string& program, const std::string& user) const
 {
-    std::string password = base::ReadFile(File(user + ".password")).operator*();
-    password.pop_back();
     return {
         program,
         "-h",
@@ -99,5 +146,5 @@ std::vector<std::string> Broker::Login(const std::string& program, const std::st
         "-u",
         user,
         "-P",
-        password};
+        Password(user)};
 }

@@ -25,6 +25,12 @@ public:
     /// Starts anew, without certificates.
     void StopEncrypting();
 
+    /// Starts anew, with a certificate that is not valid yet.
+    void PostdateCertificate();
+
+    /// Starts anew, and refuses whatever this user subscribes.
+    void DenySubscriptions(const std::string& user);
+
     Child& Process() { return *m_process; }
 
     const std::string& Port() const { return m_port; }
@@ -42,6 +48,11 @@ public:
     std::vector<std::string> Login(const std::string& program, const std::string& user) const;
 
 private:
+    /// Changes the configuration.
+    /// @param without how the lines begin that hold no longer.
+    void Change(const std::vector<std::string>& without, const std::string& with) const;
+    std::string Password(const std::string& user) const;
+
     const TempDir m_folder;
     std::string m_port;
     std::unique_ptr<Child> m_process;

@@ -132,6 +132,19 @@ TEST_F(ConnectionTest, LeavesAWillWhenItBreaksAndNoneWhenItEnds)
     EXPECT_EQ(Retained(ownState), "here\n");
 }
 
+TEST_F(ConnectionTest, EndsWhenTheBrokerHasAllThatItWasHanded)
+{
+    Connect(Order());
+    ASSERT_TRUE(events.WaitForConnections(1));
+
+    constexpr std::size_t moreThanTheSystemTakesAtOnce = 7'000'000;
+    EXPECT_TRUE(connection->Publish(ownState, std::string(moreThanTheSystemTakesAtOnce, 'x')));
+    EXPECT_TRUE(connection->Publish(ownState, "last", true));
+    connection.reset();
+
+    EXPECT_EQ(Retained(ownState), "last\n");
+}
+
 TEST_F(ConnectionTest, SaysThatThePasswordIsWrongAndTakesTheRightOneFromItsFile)
 {
     const std::string right = base::ReadFile(broker.File("press7.password")).operator*();
@@ -185,6 +198,34 @@ TEST_F(ConnectionTest, TrustsNoCertificateThatHasRunOut)
     Connect({other.Address("press7", "press7"), other.Access("press7"), {ownState}, {}});
 
     EXPECT_THAT(events.WaitForReason("certificate"), HasSubstr("expired"));
+}
+
+TEST_F(ConnectionTest, TrustsNoCertificateThatIsNotValidYetAndSaysWhatToLookAtUntilThereIsAnother)
+{
+    const std::string valid = base::ReadFile(broker.File("broker.crt")).operator*();
+    broker.PostdateCertificate();
+    Connect(Order());
+
+    EXPECT_EQ(
+        events.WaitForReason("certificate"),
+        "refused: the broker's certificate is not trusted: certificate is not yet valid (is the "
+        "clock of this machine right?)");
+
+    EXPECT_TRUE(base::ReplaceFile(broker.File("broker.crt"), valid));
+    broker.Process().Signal(SIGHUP);
+
+    EXPECT_TRUE(events.WaitForConnections(1));
+}
+
+TEST_F(ConnectionTest, SaysThatItMayNotHearWhatItSubscribes)
+{
+    broker.DenySubscriptions("press7");
+    Connect(Order());
+
+    EXPECT_EQ(
+        events.WaitForReason("hear"),
+        "refused: the broker does not let us hear \"plc/hall1/press7/state\"");
+    EXPECT_FALSE(connection->Publish(ownState, "unheard"));
 }
 
 TEST_F(ConnectionTest, BlamesNoCertificateForABrokerThatDoesNotEncrypt)
