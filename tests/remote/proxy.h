@@ -24,6 +24,11 @@ public:
 
     void Hold() { Signal(SIGUSR2, "holds"); }
 
+    /// Holds what goes to the server, and passes what comes from there.
+    void HoldToServer() { Signal(SIGWINCH, "holds"); }
+
+    void LetGoToServer() { Signal(SIGWINCH, "passes"); }
+
     /// Passes on what it has held.
     void LetGo() { Signal(SIGUSR2, "passes"); }
 

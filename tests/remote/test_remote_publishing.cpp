@@ -1,11 +1,10 @@
-#include "broker.h"
+#include "plcwatch.h"
 #include "tempdir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,16 +21,7 @@ protected:
     /// plcwatch with the access of a user.
     Child Run(const std::string& user, const std::vector<std::string>& words, int output = 1) const
     {
-        std::istringstream run(PLCWATCH);
-        std::vector<std::string> command;
-        for (std::string word; run >> word;) {
-            command.push_back(word);
-        }
-        command.insert(command.end(), words.begin(), words.end());
-        command.insert(
-            command.end(),
-            {"--ca", broker.File("ca.crt"), "--password-file", broker.File(user + ".password")});
-        return Child(command, output);
+        return Child(PlcwatchCommand(broker, user, words), output);
     }
 
     /// What plcwatch says on standard error while it publishes a lift.

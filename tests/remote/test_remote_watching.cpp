@@ -1,11 +1,11 @@
 #include "file.h"
 #include "playedmachine.h"
+#include "plcwatch.h"
 #include "proxy.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,16 +36,7 @@ protected:
     /// plcwatch with the access of the user "service".
     Child Run(const std::vector<std::string>& words, int output = 1) const
     {
-        std::istringstream run(PLCWATCH);
-        std::vector<std::string> command;
-        for (std::string word; run >> word;) {
-            command.push_back(word);
-        }
-        command.insert(
-            command.end(),
-            {"--ca", broker.File("ca.crt"), "--password-file", broker.File("service.password")});
-        command.insert(command.end(), words.begin(), words.end());
-        return Child(command, output);
+        return Child(PlcwatchCommand(broker, "service", words), output);
     }
 
     std::string At(const std::string& name) const { return Plant(broker.Port()) + '/' + name; }
