@@ -42,11 +42,13 @@ bool PublishedWrites::Take(
 
 void PublishedWrites::Turn(milliseconds running, Time now)
 {
+    for (Writing& writing : m_writings) {
+        if (!writing.before) {
+            Begin(writing, running, now);
+        }
+    }
     TakeEnds();
     for (auto writing = m_writings.begin(); writing != m_writings.end();) {
-        if (!writing->before) {
-            Begin(*writing, running, now);
-        }
         if (writing->end) {
             End(*writing, *writing->end);
             writing = m_writings.erase(writing);

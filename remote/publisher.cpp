@@ -256,8 +256,11 @@ private:
             return base::Failure{message.Message()};
         }
         const Time now = Clock::now();
-        if (m_writes.Take(viewer, *message, m_publication.RunningTime(now), now)) {
+        const milliseconds running = m_publication.RunningTime(now);
+        if (m_writes.Take(viewer, *message, running, now)) {
             m_operands.Watch(message->operand);
+            // Most operands are watched already, and need not wait for the next turn.
+            m_writes.Turn(running, now);
         }
         return {};
     }

@@ -90,6 +90,18 @@ TEST_F(PublishedWritesTest, BeginWhenItIsKnownWhatWasThere)
     EXPECT_THAT(writes->Operands(), IsEmpty());
 }
 
+TEST_F(PublishedWritesTest, AreAnsweredInTheTurnInWhichTheMachineDoesThem)
+{
+    source->endsWrites = true;
+    Read(3);
+    Take();
+
+    writes->Turn(running, now);
+
+    EXPECT_THAT(answers, ElementsAre("w1: "));
+    EXPECT_THAT(writes->Operands(), IsEmpty());
+}
+
 TEST_F(PublishedWritesTest, AreRefusedWithTheValueThatStays)
 {
     Read(3);
