@@ -14,6 +14,9 @@ Child::Child(const std::vector<std::string>& command, int output)
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         return;
     }
+    // A program that says much does not wait for somebody who reads it.
+    constexpr int roomy = 1 << 20;
+    ::fcntl(ends[1], F_SETPIPE_SZ, roomy);
     // A test that is killed has nobody to end the program for it.
     std::vector<std::string> withTest{"setpriv", "--pdeathsig", "KILL"};
     withTest.insert(withTest.end(), command.begin(), command.end());

@@ -32,4 +32,18 @@ TEST(Child, EndsWithATestThatIsKilled)
     ::close(ends[0]);
 }
 
+TEST(Child, SaysMuchBeforeAnybodyReadsIt)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0); // who is started has it open as long as he runs
+
+    const Child child({"head", "--bytes=500000", "/dev/zero"});
+    ::close(ends[1]);
+
+    pollfd ended{ends[0], POLLIN, 0};
+    constexpr int generous = 30000;
+    EXPECT_EQ(::poll(&ended, 1, generous), 1);
+    ::close(ends[0]);
+}
+
 } // namespace
