@@ -31,6 +31,9 @@ public:
     /// Ends it at once.
     void Kill();
 
+    /// Its number at the system.
+    pid_t Id() const { return m_process; }
+
 private:
     pid_t m_process = -1;
     int m_output = -1;

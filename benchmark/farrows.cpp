@@ -1,0 +1,25 @@
+#include "farrows.h"
+
+#include "wordmachine.h"
+
+#include <cstdio>
+
+namespace bench {
+
+plcremote::PublishOrder OrderOf(const Broker& broker, const std::string& machine, std::size_t words)
+{
+    return {
+        broker.Address(machine, machine),
+        broker.Access(machine),
+        *plcremote::ParseWriteList(std::string(viewer) + " MW0-MW510", "list"),
+        "",
+        FlagWords(words),
+        "1.0"};
+}
+
+void Say(const std::string& sentence)
+{
+    std::fprintf(stderr, "bench: %s\n", sentence.c_str());
+}
+
+} // namespace bench
