@@ -1,7 +1,7 @@
 # The documents, each with the package that it is about. Between themselves they refer to each other
 # as they lie in docs/; installed they lie in the folders of their packages.
 set(documents_of_libplcdebug-dev formats integration limits performance robustness)
-set(documents_of_plcdebug-tools hostcheck plcwatch remote)
+set(documents_of_plcdebug-tools hostcheck plants plcwatch remote)
 set(documents_of_plchost plchost statement-list)
 set(component_of_libplcdebug-dev development)
 set(component_of_plcdebug-tools tools)
