@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
+#include <mutex>
 #include <openssl/ssl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -37,6 +39,14 @@ void InitLibrary()
     [[maybe_unused]] static const int done = mosquitto_lib_init();
 }
 
+void BlockPipeSignal()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
 std::string Prepare(mosquitto& client, const ConnectionOrder& order)
 {
     if (std::string wrong = OpenAccessError(order.address, order.access); !wrong.empty()) {
@@ -63,6 +73,15 @@ std::string Prepare(mosquitto& client, const ConnectionOrder& order)
             true);
     }
     return order.address.isEncrypted ? Encrypt(client, order.access.authorities) : "";
+}
+
+int Connect(mosquitto& client, const plclink::MqttAddress& address)
+{
+    constexpr int keepAliveSeconds = 5; // the shortest that the library takes
+    // At the first connection the library prepares its encryption, as if there were one thread.
+    static std::mutex one;
+    const std::lock_guard lock(one);
+    return mosquitto_connect(&client, address.host.c_str(), address.port, keepAliveSeconds);
 }
 
 std::string CertificateFault(mosquitto& client, const std::string& host, std::string_view error)

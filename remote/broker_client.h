@@ -21,9 +21,16 @@ using Client = std::unique_ptr<mosquitto, ClientEnd>;
 /// To be called before all others.
 void InitLibrary();
 
+/// Lets a broker that goes away while something is sent not end the program, on this thread.
+void BlockPipeSignal();
+
 /// Tells a client who we are and whom to trust, as the files say now.
 /// @return what is wrong with them; empty: nothing.
 std::string Prepare(mosquitto& client, const ConnectionOrder& order);
+
+/// Begins to connect. Waits for the broker's name and its network, and nothing ends that.
+/// @return as mosquitto_connect().
+int Connect(mosquitto& client, const plclink::MqttAddress& address);
 
 /// @param error what the library says, inside of its call.
 /// @return what is wrong with the certificate of a broker; empty: nothing, or there is none.

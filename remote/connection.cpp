@@ -5,7 +5,7 @@
 #include "random_id.h"
 
 #include <algorithm>
-#include <csignal>
+#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <thread>
@@ -18,8 +18,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int keepAliveSeconds = 5; ///< The shortest that the library takes.
-
 /// How long a broker may take to let us in.
 constexpr std::chrono::seconds patience{5};
 
@@ -28,6 +26,9 @@ constexpr std::chrono::milliseconds longestKnock{2000};
 
 /// What has been handed over and has not left by then stands in the way of what comes after it.
 constexpr std::chrono::milliseconds longestWay{200};
+
+/// How long an end waits for the library, which looks names up by itself.
+constexpr std::chrono::milliseconds longestStop{500};
 
 /// Why there is no connection.
 struct End
@@ -41,19 +42,6 @@ struct End
     }
 };
 
-/// A broker that goes away while something is sent must not end the program.
-class PipeSignalBlock
-{
-public:
-    PipeSignalBlock()
-    {
-        sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, SIGPIPE);
-        pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    }
-};
-
 } // namespace
 
 class Connection::Impl
@@ -61,23 +49,33 @@ class Connection::Impl
 public:
     explicit Impl(ConnectionOrder order) : m_order(std::move(order)) { InitLibrary(); }
 
-    ~Impl()
-    {
-        m_stop.Raise();
-        if (m_thread.joinable()) {
-            m_thread.join();
-        }
-    }
-
+    ~Impl() = default;
     Impl(const Impl&) = delete;
     Impl(Impl&&) = delete;
     Impl& operator=(const Impl&) = delete;
     Impl& operator=(Impl&&) = delete;
 
-    void Start(ConnectionEvents& events)
+    /// @param self this, which the thread keeps.
+    void Start(ConnectionEvents& events, std::shared_ptr<Impl> self)
     {
         m_events = &events;
-        m_thread = std::thread([this] { Run(); });
+        m_thread = std::thread([self = std::move(self)] { self->Run(); });
+    }
+
+    /// No event comes any more when it returns.
+    void Stop()
+    {
+        m_stop.Raise();
+        if (!m_thread.joinable()) {
+            return;
+        }
+        std::unique_lock lock(m_mutex);
+        if (m_connected.wait_for(lock, longestStop, [this] { return !m_isConnecting; })) {
+            lock.unlock();
+            m_thread.join();
+        } else {
+            m_thread.detach(); // the library waits for a name, and nothing wakes it
+        }
     }
 
     bool Publish(const std::string& topic, std::string_view payload, bool isRetained)
@@ -107,7 +105,7 @@ public:
 private:
     void Run()
     {
-        const PipeSignalBlock block;
+        BlockPipeSignal();
         auto pause = firstPause;
         while (!m_stop.IsRaised()) {
             m_wasIn = false;
@@ -174,13 +172,22 @@ private:
         return end;
     }
 
-    int BeginToConnect(mosquitto& client) const
+    int BeginToConnect(mosquitto& client)
     {
-        // At the first connection the library prepares its encryption, as if there were one thread.
-        static std::mutex one;
-        const std::lock_guard lock(one);
-        return mosquitto_connect(
-            &client, m_order.address.host.c_str(), m_order.address.port, keepAliveSeconds);
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_stop.IsRaised()) {
+                return MOSQ_ERR_NO_CONN;
+            }
+            m_isConnecting = true;
+        }
+        const int result = Connect(client, m_order.address);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isConnecting = false;
+        }
+        m_connected.notify_all();
+        return result;
     }
 
     void SetCallbacks(mosquitto& client)
@@ -355,7 +362,9 @@ private:
 
     plclink::StopSignal m_stop;
 
-    std::mutex m_mutex; ///< Guards what follows.
+    std::mutex m_mutex;          ///< Guards what follows.
+    bool m_isConnecting = false; ///< The library does so.
+    std::condition_variable m_connected;
     bool m_isOpen = false;
     mosquitto* m_client = nullptr; ///< Not owned; null: there is no connection.
     std::uint64_t m_handed = 0;    ///< Messages for the network.
@@ -365,13 +374,16 @@ private:
     std::thread m_thread; ///< Last: it uses all of the above.
 };
 
-Connection::Connection(ConnectionOrder order) : m_impl(std::make_unique<Impl>(std::move(order))) {}
+Connection::Connection(ConnectionOrder order) : m_impl(std::make_shared<Impl>(std::move(order))) {}
 
-Connection::~Connection() = default;
+Connection::~Connection()
+{
+    m_impl->Stop();
+}
 
 void Connection::Start(ConnectionEvents& events)
 {
-    m_impl->Start(events);
+    m_impl->Start(events, m_impl);
 }
 
 bool Connection::Publish(const std::string& topic, std::string_view payload, bool isRetained)

@@ -85,7 +85,7 @@ public:
 
 private:
     class Impl;
-    const std::unique_ptr<Impl> m_impl;
+    const std::shared_ptr<Impl> m_impl; ///< Of the thread, too, which may have to be left alone.
 };
 
 } // namespace plcremote

@@ -2,12 +2,15 @@
 #include "broker_access.h"
 #include "connectionevents.h"
 #include "file.h"
+#include "nameserver.h"
 #include "proxy.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <optional>
 
 namespace plcremote {
@@ -277,6 +280,21 @@ TEST_F(ConnectionTest, EndsAtOnceWithABrokerThatSwallowsEverything)
     connection.reset();
 
     EXPECT_THAT(events.Messages(), SizeIs(0));
+}
+
+TEST_F(ConnectionTest, EndsAlthoughNobodyTellsItsLibraryWhereTheBrokerIs)
+{
+    std::future<void> end; // Before what it may wait for.
+    const SilentNameServer silent;
+    ConnectionOrder order = Order();
+    order.address.host = "localhost";
+    Connect(order);
+    ASSERT_TRUE(SilentNameServer::WaitForQuestion());
+
+    end = std::async(std::launch::async, [this] { connection.reset(); });
+
+    constexpr std::chrono::seconds generous{30};
+    EXPECT_EQ(end.wait_for(generous), std::future_status::ready);
 }
 
 TEST_F(ConnectionTest, OfAMachineCannotSpeakForAnother)
