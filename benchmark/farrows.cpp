@@ -1,19 +1,17 @@
 #include "farrows.h"
 
-#include "wordmachine.h"
-
 #include <cstdio>
 
 namespace bench {
 
-plcremote::PublishOrder OrderOf(const Broker& broker, const std::string& machine, std::size_t words)
+plcremote::PublishOrder OrderOf(const Broker& broker, const std::string& machine)
 {
     return {
         broker.Address(machine, machine),
         broker.Access(machine),
         *plcremote::ParseWriteList(std::string(viewer) + " MW0-MW510", "list"),
         "",
-        FlagWords(words),
+        {},
         "1.0"};
 }
 

@@ -13,9 +13,14 @@ namespace bench {
 /// Who watches, and may write, in all rows.
 constexpr const char* viewer = "viewer";
 
-/// @param words how many are told to everybody.
-plcremote::PublishOrder
-OrderOf(const Broker& broker, const std::string& machine, std::size_t words);
+/// The machine of a row that has one.
+constexpr const char* machineName = "press7";
+
+/// What a machine has to tell.
+constexpr std::size_t wordCount = 20;
+
+/// @return what it takes to publish a machine that tells nothing but what somebody watches.
+plcremote::PublishOrder OrderOf(const Broker& broker, const std::string& machine);
 
 /// Says a sentence on standard error.
 void Say(const std::string& sentence);

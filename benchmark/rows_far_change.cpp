@@ -23,8 +23,7 @@ namespace {
 
 using plclink::Clock;
 
-constexpr std::size_t count = 20;
-constexpr const char* machineName = "press7";
+constexpr std::chrono::milliseconds cycle{10};
 
 /// When a value was what, for the first time.
 using Times = std::vector<Clock::time_point>;
@@ -63,10 +62,10 @@ private:
 class WordsWatch
 {
 public:
-    explicit WordsWatch(plclink::MachineLink& link) : m_link(link), m_arrivals(count)
+    explicit WordsWatch(plclink::MachineLink& link) : m_link(link), m_arrivals(wordCount)
     {
-        const auto words = FlagWords(count);
-        for (std::size_t i = 0; i < count; ++i) {
+        const auto words = FlagWords(wordCount);
+        for (std::size_t i = 0; i < wordCount; ++i) {
             m_link.Watch(m_arrivals[i], words[i]);
         }
     }
@@ -112,17 +111,16 @@ private:
 void ChangeWords(WordMachine& machine, std::chrono::seconds time)
 {
     using std::chrono::milliseconds;
-    constexpr milliseconds cycle{10};
     constexpr milliseconds::rep shortest = 250;
     constexpr milliseconds::rep longest = 450;
     std::mt19937 random; // NOLINT(cert-msc32-c,cert-msc51-cpp): the same in each run.
     std::uniform_int_distribution<milliseconds::rep> pause(shortest, longest);
-    const auto words = FlagWords(count);
-    std::vector<std::uint32_t> values(count, 0);
+    const auto words = FlagWords(wordCount);
+    std::vector<std::uint32_t> values(wordCount, 0);
     const auto end = Clock::now() + time;
-    std::vector<Clock::time_point> due(count, Clock::now());
+    std::vector<Clock::time_point> due(wordCount, Clock::now());
     for (auto now = Clock::now(); now < end; now = Clock::now()) {
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < wordCount; ++i) {
             if (now >= due[i]) {
                 machine.Set(words[i].address, ++values[i]);
                 due[i] = now + milliseconds(pause(random));
@@ -142,12 +140,10 @@ struct Seen
 
 Seen WatchChanges()
 {
-    using std::chrono::milliseconds;
     constexpr std::chrono::seconds time{15};
     constexpr std::chrono::seconds afterwards{1};
-    constexpr milliseconds cycle{10};
     const Broker broker({viewer, machineName});
-    PublishedMachine machine(OrderOf(broker, machineName, 0), [](const auto&) {});
+    PublishedMachine machine(OrderOf(broker, machineName), [](const auto&) {});
     plclink::MachineLink link(std::make_unique<plcremote::MqttSource>(
         broker.Address(viewer, machineName), broker.Access(viewer), Say));
     const WordsWatch near(machine.Link());
@@ -177,7 +173,7 @@ void ChangeRow()
     const Seen seen = WatchChanges();
     std::vector<double> delays;
     std::vector<double> ticks;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < wordCount; ++i) {
         const Times& near = seen.near[i];
         const Times& far = seen.far[i];
         RequireSame(near.size() == far.size(), "values from far away");

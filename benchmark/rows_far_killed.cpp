@@ -26,7 +26,6 @@ namespace {
 using plclink::Clock;
 
 constexpr std::size_t machineCount = 24;
-constexpr std::size_t words = 20;
 
 /// A write as its viewer knows it.
 struct Sent
@@ -80,10 +79,10 @@ class WatchedMachine
 {
 public:
     WatchedMachine(const Broker& broker, const std::string& name)
-        : m_machine(OrderOf(broker, name, words), [](const auto&) {}),
+        : m_machine(OrderOf(broker, name), [](const auto&) {}),
           m_source(broker.Address(viewer, name), broker.Access(viewer), [](const auto&) {})
     {
-        m_source.Watch(std::make_shared<plclink::WatchList>(FlagWords(words)));
+        m_source.Watch(std::make_shared<plclink::WatchList>(FlagWords(wordCount)));
         m_source.Start(m_newest);
     }
 

@@ -27,8 +27,6 @@ namespace {
 
 using plcremote::publicationTick;
 
-constexpr std::size_t valuesOfMachine = 20;
-
 /// What was heard of all machines.
 struct Heard
 {
@@ -80,7 +78,7 @@ private:
         const std::lock_guard lock(m_mutex);
         m_heard.messages += 1;
         m_heard.bytes += static_cast<double>(payload.size());
-        if (!parsed || !message || message->values.size() != valuesOfMachine) {
+        if (!parsed || !message || message->values.size() != wordCount) {
             m_heard.wrong += 1;
         } else {
             const auto [known, isNew] = m_sequences.emplace(parsed->machine, message->sequence);
@@ -125,7 +123,7 @@ std::vector<std::unique_ptr<Child>> StartMachines(const Broker& broker, std::siz
     std::vector<std::unique_ptr<Child>> processes;
     for (std::size_t i = 0; i < count; i += together) {
         std::vector<std::string> command{
-            FAR_MACHINES, broker.Port(), broker.File(""), std::to_string(valuesOfMachine)};
+            FAR_MACHINES, broker.Port(), broker.File(""), std::to_string(wordCount)};
         for (std::size_t j = i; j < std::min(i + together, count); ++j) {
             command.push_back(NameOf(j));
         }

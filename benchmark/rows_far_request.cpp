@@ -22,8 +22,6 @@ namespace bench {
 
 namespace {
 
-constexpr std::size_t words = 20;
-constexpr const char* machineName = "press7";
 constexpr const char* echoName = "echo";
 
 /// Turns a machine as a controller does, on a thread of its own.
@@ -218,11 +216,11 @@ RequestTimes MeasureRequests()
     constexpr std::uint32_t rounds = 200;
     constexpr std::size_t bytesOfWrite = 150;
     const Broker broker({viewer, machineName, echoName});
-    PublishedMachine machine(OrderOf(broker, machineName, words), [](const auto&) {});
+    PublishedMachine machine(OrderOf(broker, machineName), [](const auto&) {});
     const Turning turning(machine.Words());
     Running events;
     plcremote::MqttSource source(broker.Address(viewer, machineName), broker.Access(viewer), Say);
-    source.Watch(std::make_shared<plclink::WatchList>(FlagWords(words)));
+    source.Watch(std::make_shared<plclink::WatchList>(FlagWords(wordCount)));
     source.Start(events);
     events.Wait();
     Echo echo(broker);
