@@ -6,6 +6,7 @@
 #include "waitfor.h"
 #include "windowrows.h"
 
+#include <gtk/gtk.h>
 #include <wx/button.h>
 #include <wx/combobox.h>
 #include <wx/frame.h>
@@ -78,6 +79,9 @@ wxFrame* WidgetsAlone()
     frame->SetSizer(sizer);
     frame->Fit();
     frame->SetSize(600, 480);
+    // As there, where GTK would else complain of a window of 2 by 1 pixels.
+    GtkAllocation place = {0, 0, 600, 480};
+    gtk_widget_size_allocate(frame->GetHandle(), &place);
     frame->Show();
     return frame;
 }
