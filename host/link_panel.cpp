@@ -1,6 +1,8 @@
 #include "link_panel.h"
 
+#include "lamp.h"
 #include "looks.h"
+#include "table.h"
 
 #include <gtkmm/cellrenderertext.h>
 
@@ -11,31 +13,6 @@ namespace plchost {
 namespace {
 
 constexpr int tableHeight = 200;
-
-const char* LampColour(plclink::LinkStatus status)
-{
-    switch (status) {
-    case plclink::LinkStatus::Running:
-        return goodColour;
-    case plclink::LinkStatus::Slow:
-        return lateColour;
-    case plclink::LinkStatus::Lost:
-    case plclink::LinkStatus::Refused:
-        return badColour;
-    case plclink::LinkStatus::Connecting:
-        break;
-    }
-    return idleColour;
-}
-
-/// Writes a cell only when that changes it: each change has the row drawn anew.
-template <typename Value>
-void Set(const Gtk::TreeRow& row, const Gtk::TreeModelColumn<Value>& column, const Value& value)
-{
-    if (row.get_value(column) != value) {
-        row.set_value(column, value);
-    }
-}
 
 } // namespace
 
@@ -107,8 +84,7 @@ void LinkPanel::SetTexts(const HostTexts& texts)
 
 void LinkPanel::Show(const LinkView& view, const std::string& stepsUser)
 {
-    m_lamp.set_markup(
-        Badge(StatusWord(*m_texts, view.state.status), LampColour(view.state.status)));
+    m_lamp.set_markup(LampMarkup(*m_texts, view.state.status));
     const std::string losses = LossText(*m_texts, view.losses);
     m_figures.set_text(
         std::to_string(view.answersPerSecond) + ' ' + m_texts->answersPerSecond + "   " +
@@ -121,20 +97,16 @@ void LinkPanel::Show(const LinkView& view, const std::string& stepsUser)
 
 void LinkPanel::ShowTable(const std::vector<ShownOperand>& operands)
 {
-    while (m_rows->children().size() > operands.size()) {
-        m_rows->erase(--m_rows->children().end());
-    }
-    while (m_rows->children().size() < operands.size()) {
-        m_rows->append();
-    }
+    SetRowCount(m_rows, operands.size());
     auto row = m_rows->children().begin();
     for (const ShownOperand& operand : operands) {
         const Glib::ustring note = NoteText(*m_texts, operand);
-        Set<Glib::ustring>(*row, m_columns.operand, operand.operand);
-        Set<Glib::ustring>(*row, m_columns.value, operand.value);
-        Set<Glib::ustring>(*row, m_columns.age, operand.age);
-        Set(*row, m_columns.note, note);
-        Set<int>(*row, m_columns.weight, note.empty() ? Pango::WEIGHT_NORMAL : Pango::WEIGHT_BOLD);
+        SetCell<Glib::ustring>(*row, m_columns.operand, operand.operand);
+        SetCell<Glib::ustring>(*row, m_columns.value, operand.value);
+        SetCell<Glib::ustring>(*row, m_columns.age, operand.age);
+        SetCell(*row, m_columns.note, note);
+        SetCell<int>(
+            *row, m_columns.weight, note.empty() ? Pango::WEIGHT_NORMAL : Pango::WEIGHT_BOLD);
         ++row;
     }
 }

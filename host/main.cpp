@@ -1,9 +1,11 @@
 #include "exit_status.h"
 #include "host.h"
+#include "machines_program.h"
 
 #include <gtkmm/main.h>
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 
 namespace plchost {
@@ -21,6 +23,9 @@ int Main(int argc, char** argv)
         throw StartError{"no display (set DISPLAY, or run it under a virtual X server)"};
     }
     const Gtk::Main toolkit;
+    if (options.plant) {
+        return MachinesProgram(options, std::filesystem::read_symlink("/proc/self/exe")).Run();
+    }
     return Host(options, Prepare(options)).Run();
 }
 

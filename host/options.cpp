@@ -70,11 +70,18 @@ void TakeAddress(const std::string& text, Options& options)
     }
 }
 
+/// What is wrong with the address of a plant; empty: nothing.
+std::string PlantError(const std::string& text)
+{
+    const auto plant = plclink::ParseMqttPlant(text);
+    return plant ? "" : plant.Message();
+}
+
 /// What goes over a broker, together with what else is wanted.
 void JudgeBroker(const Options& options)
 {
     if (const auto wrong = BrokerOptionsError(options.access);
-        !options.farMachine && !options.publish.address && !wrong.empty()) {
+        !options.farMachine && !options.plant && !options.publish.address && !wrong.empty()) {
         throw CLI::ValidationError(wrong);
     }
     if (options.publish.address && (options.farMachine || !options.replay.empty())) {
@@ -116,6 +123,21 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
                "open this machine, else soft:bottling: " + plclink::AddressForms())
             ->type_name("ADDRESS")
             ->check(Silent(CLI::Validator(plclink::AddressError, "")));
+    auto* const plant = app.add_option(
+                               "--machines",
+                               options.plantAddress,
+                               "list the machines of a plant behind a broker, and open any of them")
+                            ->type_name(std::string(plclink::mqttPlantForm))
+                            ->check(Silent(CLI::Validator(PlantError, "")))
+                            ->excludes(machineOption);
+    app.add_option("--open", options.openMachine, "of a plant: open this machine at the start")
+        ->type_name("MACHINE")
+        ->check(Silent(CLI::Validator(
+            [](const std::string& name) {
+                return plclink::IsMqttName(name) ? "" : "\"" + name + "\" is no machine's name";
+            },
+            "")))
+        ->needs(plant);
     auto* const map =
         app.add_option("--map", options.map, "which operands lie where in a Modbus device")
             ->type_name("FILE")
@@ -127,13 +149,14 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("FILE")
         ->check(Silent(CLI::ExistingFile))
         ->needs(map);
-    AddPublishOptions(app, options.publish);
+    AddPublishOptions(app, options.publish)->excludes(plant);
     AddBrokerOptions(app, options.access);
     auto* const program =
         app.add_option("--program", options.program, "short for --machine soft:FILE.il")
             ->type_name("FILE")
             ->check(Silent(CLI::ExistingFile))
-            ->excludes(machineOption);
+            ->excludes(machineOption)
+            ->excludes(plant);
     app.add_option("--language", options.language, "de or en; else as last time")
         ->type_name("NAME")
         ->check(Silent(CLI::IsMember({"de", "en"})));
@@ -167,6 +190,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->type_name("FILE")
         ->check(Silent(CLI::ExistingFile))
         ->excludes(machineOption)
+        ->excludes(plant)
         ->excludes(program);
     const auto* const speed =
         app.add_option(
@@ -180,6 +204,15 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
     app.final_callback([&] {
         if (machineOption->count() > 0) {
             TakeAddress(machine, options);
+        }
+        if (plant->count() > 0) {
+            options.plant = *plclink::ParseMqttPlant(options.plantAddress);
+            for (const char* ofOneMachine :
+                 {"--cycle", "--trace", "--record", "--speed", "--fault", "--screenshot"}) {
+                if (app.get_option(ofOneMachine)->count() > 0) {
+                    throw CLI::ExcludesError("--machines", ofOneMachine);
+                }
+            }
         }
         if (options.replay.empty() && speed->count() > 0) {
             throw CLI::RequiresError("--speed", "--replay");

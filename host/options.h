@@ -29,7 +29,10 @@ struct Options
     double speed = 1;               ///< Of the replay.
     std::optional<plclink::ModbusAddress> device;   ///< To be watched instead of a machine.
     std::optional<plclink::MqttAddress> farMachine; ///< To be watched instead of a machine.
-    plclink::MqttAccess access; ///< Of the far machine, or of where this is published.
+    std::optional<plclink::MqttAddress> plant;      ///< Whose machines are to be listed instead.
+    std::string plantAddress;                       ///< As it was given.
+    std::string openMachine;    ///< Of the plant, to be opened at the start; empty: none.
+    plclink::MqttAccess access; ///< Of what is far away, or of where this is published.
     PublishOptions publish;
     std::string deviceName; ///< The address of one of both as it was given.
     std::string map;        ///< Of the device's operands.

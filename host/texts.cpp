@@ -51,6 +51,19 @@ constexpr HostTexts german{
     "Von dieser Maschine ist kein Listing gekommen.",
     "verlorene Nachrichten",
     "unbrauchbare",
+    "Maschinen",
+    "Maschine",
+    "Programmseite",
+    "Schreiben erlaubt",
+    "Version",
+    "Grund",
+    "ja",
+    "nein",
+    "Broker",
+    "In diesem Werk ist keine Maschine zu hören.",
+    "Ö_ffnen",
+    "ist schon geöffnet.",
+    "wurde mit einem Fehler beendet; die Standardfehlerausgabe nennt ihn.",
 };
 
 constexpr HostTexts english{
@@ -97,6 +110,19 @@ constexpr HostTexts english{
     "No listing has come from this machine.",
     "lost messages",
     "unusable ones",
+    "machines",
+    "Machine",
+    "Program page",
+    "May be written",
+    "Version",
+    "Reason",
+    "yes",
+    "no",
+    "Broker",
+    "No machine is heard in this plant.",
+    "_Open",
+    "is open already.",
+    "has ended with an error; standard error names it.",
 };
 
 } // namespace

@@ -51,6 +51,19 @@ struct HostTexts
     const char* noListingHasCome; ///< Stands in the listing of such a machine; ASCII.
     const char* lostMessages;     ///< A number follows, as of the next.
     const char* droppedMessages;
+    const char* machines; ///< Of a plant, whose name stands before.
+    const char* machine;  ///< Column, as the next four.
+    const char* programPage;
+    const char* writable;
+    const char* version;
+    const char* reason;
+    const char* yes;
+    const char* no;
+    const char* broker;
+    const char* noMachines;
+    const char* open;       ///< Button.
+    const char* isOpen;     ///< A machine's name stands before, as before the next.
+    const char* endedWrong; ///< The program of its window.
 };
 
 /// English for a language that the host does not speak.

@@ -27,6 +27,7 @@ foreach(package ${installed_packages})
         string(REPLACE "](../include/" "](../../../include/" text "${text}")
         string(REPLACE "](../examples/collect_values.py" "](../plcdebug-tools/collect_values.py" text "${text}")
         string(REPLACE "](../examples/" "](../libplcdebug-dev/" text "${text}")
+        string(REPLACE "](../samples/broker" "](../plcdebug-tools/broker" text "${text}")
         string(REPLACE "](../languages/" "](../../plcdebug/languages/" text "${text}")
         file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/documents/${document}.md "${text}")
         install(

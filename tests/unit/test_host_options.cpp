@@ -182,6 +182,28 @@ TEST(ParseOptions, RefusesABrokersOptionsWithoutABroker)
     EXPECT_THAT(Refusal({"--insecure"}), HasSubstr("--insecure"));
 }
 
+TEST(ParseOptions, TakesAPlantWithoutWhatIsOfOneMachine)
+{
+    const char* const plant = "mqtts://service@broker/hall1";
+
+    const Parsed parsed = Parse({"--machines", plant, "--open", "press7", "--insecure"});
+
+    ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+    const auto& options = std::get<Options>(parsed);
+    ASSERT_TRUE(options.plant);
+    EXPECT_EQ(options.plant->plant, "hall1");
+    EXPECT_EQ(options.plantAddress, plant);
+    EXPECT_EQ(options.openMachine, "press7");
+    EXPECT_THAT(Refusal({"--machines", "mqtts://service@broker/hall1/press7"}), HasSubstr("PLANT"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--open", "a/b"}), HasSubstr("no machine's name"));
+    EXPECT_THAT(Refusal({"--open", "press7"}), HasSubstr("--machines"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--machine", "soft:lift"}), HasSubstr("--machine"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--program", aFile.c_str()}), HasSubstr("--program"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--replay", aFile.c_str()}), HasSubstr("--replay"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--trace"}), HasSubstr("--trace"));
+    EXPECT_THAT(Refusal({"--machines", plant, "--cycle", "20"}), HasSubstr("--cycle"));
+}
+
 TEST(ParseOptions, RefusesADeviceThatIsNotWholeAndOneBesideAMachine)
 {
     const std::vector<const char*> device{"--machine", "modbus://oven/1", "--map", "oven.map"};
