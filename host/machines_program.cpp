@@ -76,11 +76,10 @@ void MachinesProgram::Open(const std::string& machine)
         return;
     }
     const auto command = OpeningCommand(m_program, m_options, machine, m_language);
-    std::vector<const char*> words;
-    for (const std::string& word : command) {
-        words.push_back(word.c_str());
-    }
-    words.push_back(nullptr);
+    std::vector<const char*> words(command.size() + 1); // the last one is null
+    std::transform(command.begin(), command.end(), words.begin(), [](const std::string& word) {
+        return word.c_str();
+    });
     GError* error = nullptr;
     Process process(
         g_subprocess_newv(words.data(), G_SUBPROCESS_FLAGS_NONE, &error), &g_object_unref);

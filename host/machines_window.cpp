@@ -11,7 +11,7 @@ namespace plchost {
 
 namespace {
 
-constexpr int usualWidth = 720;
+constexpr int usualWidth = 860;
 constexpr int usualHeight = 320;
 
 /// Where the lamp stands among the columns.
@@ -53,10 +53,10 @@ MachinesWindow::MachinesWindow(
             dynamic_cast<Gtk::CellRendererText&>(*cell).property_markup() =
                 row->get_value(m_columns.lamp);
         });
+    AddColumn(texts.reason, m_columns.reason);
     AddColumn(texts.programPage, m_columns.programPage);
     AddColumn(texts.writable, m_columns.writable);
     AddColumn(texts.version, m_columns.version);
-    AddColumn(texts.reason, m_columns.reason);
     m_table.set_search_column(m_columns.name);
     m_table.signal_row_activated().connect(
         [this](const Gtk::TreeModel::Path&, Gtk::TreeViewColumn*) { OpenChosen(); });

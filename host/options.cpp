@@ -77,6 +77,24 @@ std::string PlantError(const std::string& text)
     return plant ? "" : plant.Message();
 }
 
+/// What is wrong with the name of a machine; empty: nothing.
+std::string NameError(const std::string& name)
+{
+    return plclink::IsMqttName(name) ? "" : '"' + name + "\" is no machine's name";
+}
+
+/// Takes the address of a plant, and nothing that is of one machine.
+void TakePlant(const CLI::App& app, Options& options)
+{
+    options.plant = *plclink::ParseMqttPlant(options.plantAddress);
+    for (const char* name :
+         {"--cycle", "--trace", "--record", "--speed", "--fault", "--screenshot"}) {
+        if (app.get_option(name)->count() > 0) {
+            throw CLI::ExcludesError("--machines", name);
+        }
+    }
+}
+
 /// What goes over a broker, together with what else is wanted.
 void JudgeBroker(const Options& options)
 {
@@ -132,11 +150,7 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
                             ->excludes(machineOption);
     app.add_option("--open", options.openMachine, "of a plant: open this machine at the start")
         ->type_name("MACHINE")
-        ->check(Silent(CLI::Validator(
-            [](const std::string& name) {
-                return plclink::IsMqttName(name) ? "" : "\"" + name + "\" is no machine's name";
-            },
-            "")))
+        ->check(Silent(CLI::Validator(NameError, "")))
         ->needs(plant);
     auto* const map =
         app.add_option("--map", options.map, "which operands lie where in a Modbus device")
@@ -206,23 +220,14 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
             TakeAddress(machine, options);
         }
         if (plant->count() > 0) {
-            options.plant = *plclink::ParseMqttPlant(options.plantAddress);
-            for (const char* ofOneMachine :
-                 {"--cycle", "--trace", "--record", "--speed", "--fault", "--screenshot"}) {
-                if (app.get_option(ofOneMachine)->count() > 0) {
-                    throw CLI::ExcludesError("--machines", ofOneMachine);
-                }
-            }
+            TakePlant(app, options);
         }
         if (options.replay.empty() && speed->count() > 0) {
             throw CLI::RequiresError("--speed", "--replay");
         }
         JudgeBroker(options);
-        if (options.farMachine && cycleOption->count() > 0) {
+        if ((options.farMachine || options.device) && cycleOption->count() > 0) {
             throw CLI::ExcludesError("--machine " + machine, "--cycle");
-        }
-        if (options.device && cycleOption->count() > 0) {
-            throw CLI::ExcludesError("--map", "--cycle");
         }
         for (const auto* const live : {cycleOption, record}) {
             if (!options.replay.empty() && live->count() > 0) {

@@ -76,12 +76,10 @@ protected:
     static testing::AssertionResult WaitForText(const std::string& text)
     {
         return WaitFor(text, [&text] {
-            for (const Gtk::Label* label : All<Gtk::Label>(Window())) {
-                if (label->get_mapped() && label->get_text().find(text) != std::string::npos) {
-                    return true;
-                }
-            }
-            return false;
+            const auto labels = All<Gtk::Label>(Window());
+            return std::any_of(labels.begin(), labels.end(), [&text](const Gtk::Label* label) {
+                return label->get_mapped() && label->get_text().find(text) != std::string::npos;
+            });
         });
     }
 
@@ -91,7 +89,7 @@ protected:
     std::string Opened() const
     {
         const std::string folder = dir.Path();
-        const std::string path = dir.Write(
+        std::string path = dir.Write(
             "opened",
             "#!/bin/sh\ncd '" + folder +
                 "'\necho \"$@\" >>words\nuntil [ -s end ]; do sleep 0.05; done\nexit $(cat end)\n");

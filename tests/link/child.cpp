@@ -48,7 +48,7 @@ std::string Child::WaitForLine(const std::string& part)
     for (;;) {
         const auto end = m_said.find('\n');
         if (end != std::string::npos) {
-            const std::string line = m_said.substr(0, end);
+            std::string line = m_said.substr(0, end);
             m_said.erase(0, end + 1);
             if (line.find(part) != std::string::npos) {
                 return line;
