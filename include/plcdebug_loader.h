@@ -85,7 +85,7 @@ static inline int PlcLoad(const char* library, PLC_DEBUGGER* debugger, char why[
             snprintf(
                 why,
                 PLC_WHY_SIZE,
-                "%s has no symbol \"%s\" (is it an older library?)",
+                "%s has no symbol \"%s\" (is it an older library, or another one?)",
                 library,
                 names[i]);
             return 0;

@@ -96,7 +96,15 @@ TEST_F(LoaderTest, ALibraryWithoutOneExportIsNamedWithIt)
         MessageOf(LoadPlugin(OLD_PLUGIN)),
         AllOf(
             HasSubstr("has no symbol \"ExportAnswerProgState\""),
-            HasSubstr("is it an older library?")));
+            HasSubstr("is it an older library, or another one?")));
+}
+
+TEST_F(LoaderTest, AnotherLibraryAltogetherIsNamed)
+{
+    EXPECT_THAT(
+        MessageOf(LoadPlugin(OTHER_LIBRARY)),
+        AllOf(
+            HasSubstr("has no symbol \"ExportCreatePlcDebugger\""), HasSubstr("or another one?")));
 }
 
 TEST_F(LoaderTest, ResolvesTheFourExports)
