@@ -20,9 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The debugger watches no more, and says so in front of every longer list.
-constexpr std::size_t longestWatchList = 20;
-
 void Demand(const base::Result<void>& result)
 {
     if (!result) {
@@ -142,13 +139,7 @@ void PrepareReplay(const Options& options, Ground& ground)
     }
     ground.files = PrepareFiles(options, StemOf(options.replay));
     Demand(ReplaceConfigFile(ground.files.debugFile, ground.recording->listing));
-    std::vector<std::string> operands = WatchedOperands(*ground.recording);
-    operands.resize(std::min(operands.size(), longestWatchList));
-    std::string list;
-    for (const std::string& operand : operands) {
-        list += operand + "/D\n";
-    }
-    Demand(UseWatchList(ground.files, list));
+    Demand(UseWatchList(ground.files, WatchListOf(WatchedOperands(*ground.recording))));
 }
 
 } // namespace

@@ -134,7 +134,7 @@ std::unique_ptr<Machine> Host::MakeMachine()
             source,
             *std::move(machine),
             m_options.deviceName,
-            m_ground.files.debugFile,
+            m_ground.files,
             m_faults,
             tick,
             log);

@@ -2,7 +2,6 @@
 
 #include "debug_file.h"
 #include "listing.h"
-#include "settings.h"
 
 #include <utility>
 
@@ -12,7 +11,7 @@ RemoteMachine::RemoteMachine(
     plcremote::MqttSource& source,
     std::unique_ptr<plcremote::MqttSource> machine,
     std::string name,
-    std::string debugFile,
+    ConfigFiles files,
     AnswerSink& answers,
     std::function<void()> tick,
     MachineLog log)
@@ -23,7 +22,7 @@ RemoteMachine::RemoteMachine(
           answers,
           std::move(tick),
           std::move(log)),
-      m_source(source), m_debugFile(std::move(debugFile))
+      m_source(source), m_files(std::move(files))
 {
 }
 
@@ -48,8 +47,15 @@ base::Result<void> RemoteMachine::PrepareDebugger(const std::string& language)
     if (!listing) {
         return base::Failure{listing.Message()};
     }
-    if (auto written = ReplaceConfigFile(m_debugFile, *listing); !written) {
+    if (auto written = ReplaceConfigFile(m_files.debugFile, *listing); !written) {
         return written;
+    }
+    std::vector<std::string> operands;
+    for (const plc::Operand& operand : m_source.Told()) {
+        operands.push_back(plc::OperandName(operand));
+    }
+    if (auto seeded = SeedWatchListOf(m_files, operands); !seeded) {
+        return seeded;
     }
     if (!usable) {
         return base::Failure{"the machine's listing is not shown: " + usable.Message()};

@@ -2,6 +2,7 @@
 
 #include "device_machine.h"
 #include "mqtt_source.h"
+#include "settings.h"
 
 #include <chrono>
 #include <memory>
@@ -18,13 +19,13 @@ class RemoteMachine : public DeviceMachine
 {
 public:
     /// @param source what @p machine points at.
-    /// @param debugFile gets the machine's listing.
+    /// @param files get the machine's listing and, when there is none yet, a list of what it tells.
     /// Else see DeviceMachine.
     RemoteMachine(
         plcremote::MqttSource& source,
         std::unique_ptr<plcremote::MqttSource> machine,
         std::string name,
-        std::string debugFile,
+        ConfigFiles files,
         AnswerSink& answers,
         std::function<void()> tick,
         MachineLog log);
@@ -35,7 +36,7 @@ public:
 
 private:
     plcremote::MqttSource& m_source; ///< Belongs to the link.
-    const std::string m_debugFile;
+    const ConfigFiles m_files;
     plclink::Clock::time_point m_start;
 };
 

@@ -4,6 +4,7 @@
 #include "ini.h"
 #include "plcdebug_loader.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -27,6 +28,9 @@ base::Result<std::string> ReadSettings(const std::string& file)
     std::error_code ignored;
     return fs::exists(file, ignored) ? base::ReadFile(file) : std::string();
 }
+
+/// The debugger watches no more, and says so in front of every longer list.
+constexpr std::size_t longestWatchList = 20;
 
 /// The value of a key; empty when it has none.
 std::string Setting(const std::string& file, std::string_view key)
@@ -87,6 +91,28 @@ base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sa
             "\": " + error.message()};
     }
     return Change(files.settings, {{lastFileKey, list}});
+}
+
+base::Result<void>
+SeedWatchListOf(const ConfigFiles& files, const std::vector<std::string>& operands)
+{
+    if (operands.empty() || !Setting(files.settings, lastFileKey).empty()) {
+        return {};
+    }
+    // The operator may have saved one under this name.
+    if (std::error_code error; fs::exists(files.prefix + ".plc", error)) {
+        return Change(files.settings, {{lastFileKey, files.prefix + ".plc"}});
+    }
+    return UseWatchList(files, WatchListOf(operands));
+}
+
+std::string WatchListOf(const std::vector<std::string>& operands)
+{
+    std::string lines;
+    for (std::size_t i = 0; i < std::min(operands.size(), longestWatchList); ++i) {
+        lines += operands[i] + "/D\n";
+    }
+    return lines;
 }
 
 base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines)

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The host's files in the user's configuration folder, which the debugger shares. No windows.
 // GUI thread.
@@ -37,6 +38,13 @@ std::string ReadLanguage(const std::string& file);
 
 /// Gives a machine without a last variable list a copy of its sample list.
 base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sample);
+
+/// Gives a machine without a last variable list one of these operands; none: it stays without.
+base::Result<void>
+SeedWatchListOf(const ConfigFiles& files, const std::vector<std::string>& operands);
+
+/// @return the lines of a variable list, of as many operands as one may have.
+std::string WatchListOf(const std::vector<std::string>& operands);
 
 /// Replaces the list of this machine and makes it the last one.
 /// @param lines of a variable list.

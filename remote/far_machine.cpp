@@ -15,6 +15,16 @@ constexpr auto never = plclink::Clock::time_point::max();
 /// Stands in the topics of a viewer whom the broker does not ask who he is.
 constexpr const char* nobody = "anonymous";
 
+std::vector<plc::Operand> OperandsOf(const ValuesMessage& message)
+{
+    std::vector<plc::Operand> operands;
+    operands.reserve(message.values.size());
+    for (const RemoteValue& value : message.values) {
+        operands.push_back(value.operand);
+    }
+    return operands;
+}
+
 } // namespace
 
 FarMachine::FarMachine(plclink::MqttAddress address, plclink::MqttAccess access, Log log)
@@ -97,7 +107,13 @@ std::string FarMachine::Listing() const
 bool FarMachine::IsIntroduced() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_hasListing && (!*m_hasListing || !m_listing.empty());
+    return m_hasListing && (!*m_hasListing || !m_listing.empty()) && (m_told || m_isGone);
+}
+
+std::vector<plc::Operand> FarMachine::Told() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_told.value_or(std::vector<plc::Operand>());
 }
 
 void FarMachine::OnConnected()
@@ -208,6 +224,7 @@ base::Result<void> FarMachine::TakeState(std::string_view payload)
     {
         const std::lock_guard lock(m_mutex);
         m_hasListing = state->hasListing;
+        m_isGone = state->link.status == LinkStatus::Lost;
     }
     m_link.state = *std::move(state);
     JudgeLink(plclink::Clock::now());
@@ -239,6 +256,9 @@ base::Result<void> FarMachine::TakeValues(std::string_view payload)
     {
         const std::lock_guard lock(m_mutex);
         m_run = {message->session, message->running, came};
+        if (!m_told && message->isWhole) {
+            m_told = OperandsOf(*message);
+        }
     }
     TakeWishes(came);
     JudgeLink(came);

@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // A machine far away: what is wanted of it is asked for over its broker, what it says is judged and
 // handed on. Behind MqttSource, whose functions these are.
@@ -39,6 +40,7 @@ public:
     void WatchSteps(std::optional<plc::StepRange> range);
     std::string Listing() const;
     bool IsIntroduced() const;
+    std::vector<plc::Operand> Told() const;
 
     milliseconds TurnTime() const { return milliseconds(m_turn); }
 
@@ -93,7 +95,9 @@ private:
     std::string m_unwritable = "the machine has not been reached yet";
     Run m_run;
     std::string m_listing;
-    std::optional<bool> m_hasListing; ///< As the state says; nothing before it.
+    std::optional<bool> m_hasListing;                ///< As the state says; nothing before it.
+    bool m_isGone = false;                           ///< As the state says.
+    std::optional<std::vector<plc::Operand>> m_told; ///< In the first whole message.
 
     std::atomic<milliseconds::rep> m_turn{0};
     std::atomic<std::uint64_t> m_lost{0};

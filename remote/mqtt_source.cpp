@@ -59,6 +59,11 @@ bool MqttSource::IsIntroduced() const
     return m_machine->IsIntroduced();
 }
 
+std::vector<plc::Operand> MqttSource::Told() const
+{
+    return m_machine->Told();
+}
+
 plclink::MessageLosses MqttSource::Losses() const
 {
     return m_machine->Losses();

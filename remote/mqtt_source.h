@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 // A machine far away, as a machine.
 
@@ -39,8 +40,13 @@ public:
     /// [any-thread]
     std::string Listing() const;
 
-    /// Whether the machine's state has come, and its listing when it has one. [any-thread]
+    /// Whether the machine's state has come, its listing when it has one, and what it tells of
+    /// itself unless it has ended. [any-thread]
     bool IsIntroduced() const;
+
+    /// What the machine told whoever watches when it was first heard, with what others watched
+    /// then. [any-thread]
+    std::vector<plc::Operand> Told() const;
 
 private:
     const std::unique_ptr<FarMachine> m_machine;

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 // plchost with a machine far away.
 
 namespace plchost {
@@ -65,6 +67,30 @@ TEST_F(PlcHostFarAway, OpensTheDebuggerOnTheListingOfTheMachine)
     Run([this] {
         EXPECT_TRUE(WaitFor("debugger", [this] { return !fake.calls.empty(); }));
         EXPECT_EQ(OpenedOn(), listing);
+    });
+}
+
+TEST_F(PlcHostFarAway, BeginsWithAListOfWhatTheMachineTells)
+{
+    machine.TellState({LinkStatus::Running});
+
+    Run([this] {
+        OpenAsSoonAsTheMachineIsKnown();
+
+        EXPECT_EQ(dir.Read("hall1-press7.plc"), "MW20/D\n");
+    });
+}
+
+TEST_F(PlcHostFarAway, KeepsTheListThatTheOperatorHasUsedLast)
+{
+    dir.Write("plcdebug.ini", "[Settings]\nPLCLastFile=" + dir.File("my.plc") + '\n');
+    machine.TellState({LinkStatus::Running});
+
+    Run([this] {
+        OpenAsSoonAsTheMachineIsKnown();
+
+        EXPECT_FALSE(std::filesystem::exists(dir.File("hall1-press7.plc")));
+        EXPECT_THAT(dir.Read("plcdebug.ini"), HasSubstr("my.plc"));
     });
 }
 

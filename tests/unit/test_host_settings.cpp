@@ -119,6 +119,34 @@ TEST_F(SeedWatchListTest, DoesNotOverwriteAListOfThatName)
     EXPECT_EQ(dir.Read("bottling.plc"), "MB1/D\n");
 }
 
+TEST_F(SeedWatchListTest, DoesNotOverwriteAListOfThatNameByOneOfOperands)
+{
+    dir.Write("bottling.plc", "MB1/D\n");
+
+    EXPECT_EQ(MessageOf(SeedWatchListOf(files, {"MW20"})), "");
+
+    EXPECT_EQ(dir.Read("bottling.plc"), "MB1/D\n");
+}
+
+TEST_F(SeedWatchListTest, MakesOneOfOperandsOnlyWhereThereIsNone)
+{
+    EXPECT_EQ(MessageOf(SeedWatchListOf(files, {})), "");
+    EXPECT_FALSE(std::filesystem::exists(files.prefix + ".plc"));
+
+    EXPECT_EQ(MessageOf(SeedWatchListOf(files, {"MW20", "E0.3"})), "");
+    EXPECT_EQ(dir.Read("bottling.plc"), "MW20/D\nE0.3/D\n");
+
+    EXPECT_EQ(MessageOf(SeedWatchListOf(files, {"MW22"})), "");
+    EXPECT_EQ(dir.Read("bottling.plc"), "MW20/D\nE0.3/D\n");
+}
+
+TEST_F(SeedWatchListTest, MakesNoLongerListThanTheDebuggerTakes)
+{
+    const std::string lines = WatchListOf(std::vector<std::string>(21, "MW20"));
+
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 20);
+}
+
 TEST_F(SeedWatchListTest, AListToBeUsedReplacesTheLastOne)
 {
     dir.Write("bottling.plc", "MB1/D\n");
