@@ -8,11 +8,9 @@
 
 #include <glibmm/miscutils.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <utility>
-#include <vector>
 
 namespace plchost {
 

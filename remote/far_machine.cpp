@@ -15,12 +15,15 @@ constexpr auto never = plclink::Clock::time_point::max();
 /// Stands in the topics of a viewer whom the broker does not ask who he is.
 constexpr const char* nobody = "anonymous";
 
+/// Those that can be read.
 std::vector<plc::Operand> OperandsOf(const ValuesMessage& message)
 {
     std::vector<plc::Operand> operands;
     operands.reserve(message.values.size());
     for (const RemoteValue& value : message.values) {
-        operands.push_back(value.operand);
+        if (value.value) {
+            operands.push_back(value.operand);
+        }
     }
     return operands;
 }
@@ -256,7 +259,7 @@ base::Result<void> FarMachine::TakeValues(std::string_view payload)
     {
         const std::lock_guard lock(m_mutex);
         m_run = {message->session, message->running, came};
-        if (!m_told && message->isWhole) {
+        if (message->isWhole) {
             m_told = OperandsOf(*message);
         }
     }

@@ -97,7 +97,7 @@ private:
     std::string m_listing;
     std::optional<bool> m_hasListing;                ///< As the state says; nothing before it.
     bool m_isGone = false;                           ///< As the state says.
-    std::optional<std::vector<plc::Operand>> m_told; ///< In the first whole message.
+    std::optional<std::vector<plc::Operand>> m_told; ///< In the newest whole message.
 
     std::atomic<milliseconds::rep> m_turn{0};
     std::atomic<std::uint64_t> m_lost{0};

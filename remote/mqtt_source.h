@@ -44,8 +44,8 @@ public:
     /// itself unless it has ended. [any-thread]
     bool IsIntroduced() const;
 
-    /// What the machine told whoever watches when it was first heard, with what others watched
-    /// then. [any-thread]
+    /// What the machine tells of itself and to other viewers, as far as it can be read, by its
+    /// newest whole message. [any-thread]
     std::vector<plc::Operand> Told() const;
 
 private:

@@ -366,6 +366,17 @@ TEST_F(MqttSourceTest, IsIntroducedByAMachineWithoutAListing)
     EXPECT_TRUE(events.WaitFor([&] { return source->IsIntroduced(); }));
 }
 
+TEST_F(MqttSourceTest, KnowsWhatTheMachineTellsOfItself)
+{
+    machine.Set("MW20", 17);
+    Begin();
+
+    EXPECT_TRUE(events.WaitFor([&] {
+        const auto told = source->Told();
+        return told.size() == 1 && plc::OperandName(told.front()) == "MW20";
+    }));
+}
+
 TEST_F(MqttSourceTest, TellsTheStepsThatAreWatchedUntilSomebodyTakesThem)
 {
     BeginWithAValue();

@@ -17,6 +17,8 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
+#include <utility>
 
 // A soft PLC that is published, and who watches it.
 
@@ -139,6 +141,23 @@ struct Far
     MqttSource source;
 };
 
+/// Somebody else on the broker, who hears these topics.
+struct Witness
+{
+    Witness(const Broker& broker, std::vector<std::string> topics)
+        : connection(
+              {broker.Address("service", "press7"),
+               broker.Access("service"),
+               std::move(topics),
+               {}})
+    {
+        connection.Start(events);
+    }
+
+    RecordedConnection events;
+    Connection connection;
+};
+
 struct PublisherTest : testing::Test
 {
     Broker broker{{"press7", "service", "guest"}};
@@ -193,21 +212,15 @@ TEST_F(PublisherTest, WritesNothingElseAndSaysSo)
 
 TEST_F(PublisherTest, TellsItsValuesWithoutLettingTheBrokerKeepThem)
 {
-    RecordedConnection witness;
-    Connection connection(
-        {broker.Address("service", "press7"),
-         broker.Access("service"),
-         {"plc/hall1/press7/values"},
-         {}});
-    connection.Start(witness);
-    ASSERT_TRUE(witness.WaitForConnections(1));
+    Witness witness(broker, {"plc/hall1/press7/values"});
+    ASSERT_TRUE(witness.events.WaitForConnections(1));
     {
         Machine machine(broker);
-        ASSERT_TRUE(witness.WaitForMessages(10));
+        ASSERT_TRUE(witness.events.WaitForMessages(10));
     }
 
     std::optional<std::uint64_t> last;
-    for (const auto& message : witness.Messages()) {
+    for (const auto& message : witness.events.Messages()) {
         const auto values = ReadValues(message.payload);
         ASSERT_TRUE(values) << message.payload;
         EXPECT_FALSE(message.isRetained);
@@ -215,15 +228,9 @@ TEST_F(PublisherTest, TellsItsValuesWithoutLettingTheBrokerKeepThem)
         last = values->sequence;
     }
     // What is kept comes in the order of the subscriptions.
-    RecordedConnection late;
-    Connection latecomer(
-        {broker.Address("service", "press7"),
-         broker.Access("service"),
-         {"plc/hall1/press7/values", "plc/hall1/press7/state"},
-         {}});
-    latecomer.Start(late);
-    ASSERT_TRUE(late.WaitForMessages(1));
-    EXPECT_EQ(late.Messages().front().topic, "plc/hall1/press7/state");
+    Witness late(broker, {"plc/hall1/press7/values", "plc/hall1/press7/state"});
+    ASSERT_TRUE(late.events.WaitForMessages(1));
+    EXPECT_EQ(late.events.Messages().front().topic, "plc/hall1/press7/state");
 }
 
 TEST_F(PublisherTest, SaysThatItHasEnded)
@@ -246,12 +253,19 @@ TEST_F(PublisherTest, OfASecondMachineOfTheSameNameEndsWithASentence)
     Far service(broker);
     service.Watch({"MW100"});
     ASSERT_TRUE(service.events.WaitForValue("MW100", 0));
+    Witness witness(broker, {"plc/hall1/press7/values"});
+    ASSERT_TRUE(witness.events.WaitForMessages(1));
 
     Machine second(broker);
 
     EXPECT_THAT(
         second.ended.WaitFor("another"),
         HasSubstr("another program publishes hall1/press7 already"));
+    std::set<std::string> sessions;
+    for (const auto& message : witness.events.Messages()) {
+        sessions.insert(ReadValues(message.payload)->session);
+    }
+    EXPECT_EQ(sessions.size(), 1U);
     service.events.ForgetValues();
     EXPECT_TRUE(service.events.WaitForValue("MW100", 0));
 }
@@ -313,15 +327,13 @@ TEST_F(PublisherTest, LosesTheStepsToWhoLooksAtTheMachineItself)
 TEST_F(PublisherTest, DropsWhatIsNoMessageAndSaysItOnce)
 {
     Machine machine(broker);
-    RecordedConnection events;
-    Connection forger({broker.Address("service", "press7"), broker.Access("service"), {}, {}});
-    forger.Start(events);
-    ASSERT_TRUE(events.WaitForConnections(1));
+    Witness forger(broker, {});
+    ASSERT_TRUE(forger.events.WaitForConnections(1));
     ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
 
-    forger.Publish("plc/hall1/press7/watch/service/w1", "garbage");
-    forger.Publish("plc/hall1/press7/watch/service/w1", "garbage again");
-    forger.Publish("plc/hall1/press7/write/service/w1", R"({"format":2})");
+    forger.connection.Publish("plc/hall1/press7/watch/service/w1", "garbage");
+    forger.connection.Publish("plc/hall1/press7/watch/service/w1", "garbage again");
+    forger.connection.Publish("plc/hall1/press7/write/service/w1", R"({"format":2})");
 
     EXPECT_THAT(machine.said.WaitFor("\"watch\""), HasSubstr("no JSON object"));
     EXPECT_THAT(machine.said.WaitFor("\"write\""), HasSubstr("another format version"));
@@ -334,18 +346,16 @@ TEST_F(PublisherTest, DropsWhatIsNoMessageAndSaysItOnce)
 TEST_F(PublisherTest, DropsWhatIsTooMuchOfAFlood)
 {
     Machine machine(broker);
-    RecordedConnection events;
-    Connection flooder({broker.Address("service", "press7"), broker.Access("service"), {}, {}});
-    flooder.Start(events);
-    ASSERT_TRUE(events.WaitForConnections(1));
+    Witness flooder(broker, {});
+    ASSERT_TRUE(flooder.events.WaitForConnections(1));
     ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
     const std::string tooMany = "too many come at a time";
 
     for (int wave = 0; wave < 100 && machine.said.Count(tooMany) == 0; ++wave) {
         for (int i = 0; i < 1000; ++i) {
-            flooder.Publish("plc/hall1/press7/watch/service/w1", "garbage");
+            flooder.connection.Publish("plc/hall1/press7/watch/service/w1", "garbage");
         }
-        ASSERT_TRUE(events.WaitForTurns(1));
+        ASSERT_TRUE(flooder.events.WaitForTurns(1));
     }
 
     EXPECT_EQ(machine.said.Count(tooMany), 1U);
@@ -363,21 +373,15 @@ TEST_F(PublisherTest, TellsAViewerThatItWasRefusedThatItIsServedNow)
             (i == 0 ? "\"M" : ",\"M") + std::to_string(i / 8) + '.' + std::to_string(i % 8) + '"';
     }
     Machine machine(broker);
-    RecordedConnection viewer;
-    Connection connection(
-        {broker.Address("service", "press7"),
-         broker.Access("service"),
-         {"plc/hall1/press7/answer/service/w1"},
-         {}});
-    connection.Start(viewer);
-    ASSERT_TRUE(viewer.WaitForConnections(1));
+    Witness viewer(broker, {"plc/hall1/press7/answer/service/w1"});
+    ASSERT_TRUE(viewer.events.WaitForConnections(1));
     ASSERT_NE(machine.said.WaitFor("published on the broker"), "");
 
-    connection.Publish(watch, R"({"format":1,"operands":[)" + tooMany + "]}");
-    EXPECT_TRUE(viewer.WaitForMessageWith("500 operands"));
-    connection.Publish(watch, R"({"format":1,"operands":["MW0"]})");
+    viewer.connection.Publish(watch, R"({"format":1,"operands":[)" + tooMany + "]}");
+    EXPECT_TRUE(viewer.events.WaitForMessageWith("500 operands"));
+    viewer.connection.Publish(watch, R"({"format":1,"operands":["MW0"]})");
 
-    EXPECT_TRUE(viewer.WaitForMessageWith(R"("reason":"")"));
+    EXPECT_TRUE(viewer.events.WaitForMessageWith(R"("reason":"")"));
 }
 
 TEST_F(PublisherTest, PublishesTheListingOfItsProgram)

@@ -87,6 +87,7 @@ TEST_F(PublishedWritesTest, BeginWhenItIsKnownWhatWasThere)
     writes->Turn(running, now);
     EXPECT_THAT(lines, ElementsAre(EndsWith("write from service: MW20 3 -> 17 done")));
     EXPECT_THAT(answers, ElementsAre("w1: "));
+    EXPECT_THAT(source->written, ElementsAre("MW20=17"));
     EXPECT_THAT(writes->Operands(), IsEmpty());
 }
 
