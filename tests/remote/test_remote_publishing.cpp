@@ -1,3 +1,4 @@
+#include "modbusserver.h"
 #include "plcwatch.h"
 #include "tempdir.h"
 
@@ -15,6 +16,8 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
+constexpr int standardError = 2;
+
 class PlcwatchPublishes : public testing::Test
 {
 protected:
@@ -27,10 +30,10 @@ protected:
     /// What plcwatch says on standard error while it publishes a lift.
     Child Publish(const std::vector<std::string>& words = {}) const
     {
+        const std::string list = SAMPLES "/lift/lift.plc";
         std::vector<std::string> command{
-            SAMPLES "/lift/lift.plc", "--machine", "soft:lift", "--publish", At("lift", "lift")};
+            list, "--machine", "soft:lift", "--publish", At("lift", "lift")};
         command.insert(command.end(), words.begin(), words.end());
-        constexpr int standardError = 2;
         return Run("lift", command, standardError);
     }
 
@@ -40,7 +43,7 @@ protected:
     }
 
     TempDir dir;
-    Broker broker{{"lift", "service"}};
+    Broker broker{{"lift", "oven", "service"}};
 };
 
 TEST_F(PlcwatchPublishes, AMachineThatAnotherPlcwatchReadsAndWrites)
@@ -56,6 +59,36 @@ TEST_F(PlcwatchPublishes, AMachineThatAnotherPlcwatchReadsAndWrites)
     EXPECT_THAT(
         machine.WaitForLine("write from"),
         MatchesRegex("plcwatch: [0-9T:.+-]+ write from service: MW100 0 -> 17 done"));
+}
+
+TEST_F(PlcwatchPublishes, ADeviceAndSaysThatItIsGone)
+{
+    ModbusServer device({"modbus_server.py", "tcp", "0"});
+    const std::string map = dir.Write(
+        "oven.map", "[range a]\noperands = MW0..MW98\ntable = holding\nstart = 0\nwrite = yes\n");
+    Child machine =
+        Run("oven",
+            {dir.Write("oven.plc", "MW20/D\n"),
+             "--machine",
+             "modbus://127.0.0.1:" + device.Port() + "/1",
+             "--map",
+             map,
+             "--publish",
+             At("oven", "oven"),
+             "--allow-write",
+             dir.Write("allowed", "service MW20\n")},
+            2);
+    ASSERT_NE(machine.WaitForLine("published on the broker as hall1/oven"), "");
+
+    const std::string far = At("service", "oven");
+    EXPECT_EQ(Run("service", {"--machine", far, "--write", "MW20=17"}).WaitForEnd(), "");
+    EXPECT_EQ(Run("service", {"--machine", far, "--read", "MW20"}).WaitForEnd(), "17\n");
+    Child viewer = Run("service", {dir.File("oven.plc"), "--machine", far, "--plain"});
+    ASSERT_NE(viewer.WaitForLine("running"), "");
+
+    device.Process().Kill();
+
+    EXPECT_THAT(viewer.WaitForLine("lost"), HasSubstr("lost: the device"));
 }
 
 TEST_F(PlcwatchPublishes, NothingThatIsAnothersAlready)
