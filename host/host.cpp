@@ -131,13 +131,7 @@ std::unique_ptr<Machine> Host::MakeMachine()
         }
         plcremote::MqttSource& source = **machine;
         return std::make_unique<RemoteMachine>(
-            source,
-            *std::move(machine),
-            m_options.deviceName,
-            m_ground.files,
-            m_faults,
-            tick,
-            log);
+            source, *std::move(machine), m_options.deviceName, m_ground.files, m_faults, tick, log);
     }
     auto plc = std::make_unique<plclink::SoftPlc>(
         std::move(m_ground.program),
