@@ -1,3 +1,4 @@
+#include "defects.h"
 #include "plcdebug_host.h"
 
 #include <gtk/gtk.h>
@@ -28,12 +29,6 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-bool Has(std::string_view defect)
-{
-    static const char* const named = std::getenv("PLUGIN_DEFECT");
-    return named != nullptr && named == defect;
-}
 
 template <typename Export> Export Real(const char* name)
 {
@@ -136,6 +131,9 @@ std::int32_t OnDeleteVar(const CMD_DATA* request)
 {
     const bool starts = PlcArgumentOfDelete(request) == PLC_DELETE_ARG_START;
     variables += starts ? 1 : -1;
+    if (variables == 0) {
+        SpoilWxHostByReleases(isDestroying);
+    }
     if (!starts &&
         (Has("keeps-variables") || (Has("keeps-variables-when-closed") && !isDestroying))) {
         return 0;
@@ -299,6 +297,12 @@ void SpoilTheValue(CMD_DATA& answer)
 
 } // namespace
 
+bool Has(std::string_view defect)
+{
+    static const char* const named = std::getenv("PLUGIN_DEFECT");
+    return named != nullptr && named == defect;
+}
+
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 
 EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
@@ -326,6 +330,7 @@ EXPORTED int ExportCreatePlcDebugger(PLC_DBG_INIT* init)
     isCreating = false;
     isAlive = created == 1;
     SpoilTheProcess();
+    SpoilWxHostByCreate();
     return Has("create-always-succeeds") ? 1 : created;
 }
 
@@ -348,6 +353,7 @@ EXPORTED void ExportDestroyPlcDebugger()
     Real<PlcDestroyExport>("ExportDestroyPlcDebugger")();
     isDestroying = false;
     isAlive = false;
+    SpoilWxHostByDestroy();
     if (Has("rewrites-configuration") && lives > 0) {
         const std::string prefix(host.szPath, strnlen(host.szPath, PLC_PATH_SIZE));
         std::ofstream(prefix.substr(0, prefix.rfind('/')) + "/plcdebug.ini") << "[Language]\n";

@@ -8,12 +8,20 @@
 
 namespace plccheck {
 
+/// The toolkit that the host is a program of. With wxWidgets the debugger joins what is running.
+enum class HostKind
+{
+    Gtk,
+    Wx
+};
+
 /// Runs in a process of its own.
 struct Check
 {
     const char* name;
     const char* sentence; ///< What holds when nothing is wrong.
     void (*run)(TrialHost& host);
+    HostKind host = HostKind::Gtk;
 };
 
 /// First of all; when it finds something, the others have nothing to look at.
@@ -33,5 +41,8 @@ const std::vector<Check>& OwnershipChecks();
 
 /// What the operator does.
 const std::vector<Check>& OperatorChecks();
+
+/// What only a wxWidgets host meets.
+const std::vector<Check>& WxChecks();
 
 } // namespace plccheck

@@ -165,6 +165,18 @@ const std::vector<Check>& LifeCycleChecks()
         {"null-callbacks", "callbacks that are null are not called", NullCallbacks},
         {"path-without-zero", "a path of 256 bytes ends with its field", PathWithoutZero},
         {"path-no-text", "a path that is no text is a missing file only", PathThatIsNoText},
+        {"wx-open-and-close",
+         "in a wxWidgets host the list is asked for and released",
+         OpenAndClose,
+         HostKind::Wx},
+        {"wx-closed-by-operator",
+         "in a wxWidgets host the close box releases everything",
+         ClosedByTheOperator,
+         HostKind::Wx},
+        {"wx-destroyed-inside",
+         "in a wxWidgets host a request callback may destroy it",
+         DestroyedInsideACallback,
+         HostKind::Wx},
     };
     return checks;
 }

@@ -33,7 +33,7 @@ constexpr const char* exitStatuses = R"(
 Exit status:
   0  nothing is wrong
   1  something is wrong; the report says what
-  2  the command line is wrong, or there is no display)";
+  2  the command line is wrong, there is no display, or no wxWidgets host for the checks)";
 
 struct Options
 {
@@ -55,9 +55,20 @@ std::vector<Check> AllChecks()
           &AnswerChecks(),
           &ShownChecks(),
           &OwnershipChecks(),
-          &OperatorChecks()}) {
+          &OperatorChecks(),
+          &WxChecks()}) {
         checks.insert(checks.end(), part->begin(), part->end());
     }
+    return checks;
+}
+
+std::vector<Check> ChosenChecks(const Options& options)
+{
+    std::vector<Check> checks = AllChecks();
+    const auto others = std::remove_if(checks.begin(), checks.end(), [&](const Check& check) {
+        return !options.only.empty() && options.only != check.name;
+    });
+    checks.erase(others, checks.end());
     return checks;
 }
 
@@ -120,18 +131,15 @@ private:
 };
 
 /// @return whether nothing is wrong.
-bool RunAll(const Options& options)
+bool RunAll(const std::vector<Check>& checks, const TrialTerms& terms)
 {
     int wrong = 0;
     int count = 0;
     int hangs = 0;
     Findings findings;
     std::map<std::string, int> slowest;
-    for (const Check& check : AllChecks()) {
-        if (!options.only.empty() && options.only != check.name) {
-            continue;
-        }
-        const Outcome outcome = RunTrial(check.name, TermsOf(options));
+    for (const Check& check : checks) {
+        const Outcome outcome = RunTrial(check.name, terms);
         const bool good = outcome.findings.empty();
         ++count;
         wrong += good ? 0 : 1;
@@ -179,7 +187,15 @@ int Run(const Options& options)
                   << std::endl;
         return base::exitUsage;
     }
-    return RunAll(options) ? exitGood : exitFindings;
+    const auto chosen = ChosenChecks(options);
+    const bool needsWx = std::any_of(chosen.begin(), chosen.end(), [](const Check& check) {
+        return check.host == HostKind::Wx;
+    });
+    if (const auto wx = needsWx ? LoadWxHost() : nullptr; !wx) {
+        std::cerr << "plcdebug-check: " << wx.Message() << std::endl;
+        return base::exitUsage;
+    }
+    return RunAll(chosen, TermsOf(options)) ? exitGood : exitFindings;
 }
 
 int Main(int argc, char** argv)

@@ -66,6 +66,14 @@ const std::vector<Check>& OperatorChecks()
     static const std::vector<Check> checks{
         {"value-typed", "a value typed is a write request", TypesAValue},
         {"exit-chosen", "the exit item hides the window until it is destroyed", ChoosesExit},
+        {"wx-value-typed",
+         "in a wxWidgets host a value typed is a write request",
+         TypesAValue,
+         HostKind::Wx},
+        {"wx-exit-chosen",
+         "in a wxWidgets host the exit item hides the debugger alone",
+         ChoosesExit,
+         HostKind::Wx},
     };
     return checks;
 }

@@ -203,6 +203,10 @@ const std::vector<Check>& OwnershipChecks()
         {"leaves-answers-alone", "the host's answers are not written into", LeavesTheAnswerAlone},
         {"answers-at-once", "an answer does not keep its thread waiting", AnswersReturnAtOnce},
         {"keeps-configuration", "the configuration stays as it was", KeepsTheConfiguration},
+        {"wx-leaves-nothing",
+         "in a wxWidgets host nothing is left by twenty rounds",
+         LeavesNothing,
+         HostKind::Wx},
     };
     return checks;
 }

@@ -152,6 +152,10 @@ const std::vector<Check>& ShownChecks()
         {"newest-shown", "of several answers at once the newest is shown", NewestShown},
         {"shown-in-its-row", "each value is shown in its row, whatever its width", InItsRow},
         {"states-shown", "the page of the program asks for its steps and shows them", StatesShown},
+        {"wx-answers-shown",
+         "in a wxWidgets host the window shows what is answered",
+         Shown,
+         HostKind::Wx},
     };
     return checks;
 }

@@ -109,6 +109,18 @@ std::string EndOf(int status)
     return "ends the program with status " + std::to_string(WEXITSTATUS(status));
 }
 
+void RunIn(WxHost* program, const Check& check, const TrialTerms& terms, const Report& report)
+{
+    report.Step("loads the library");
+    if (const auto plugin = plchost::LoadPlugin(terms.library)) {
+        TrialHost host(*plugin, report, terms.slowest, program);
+        check.run(host);
+    } else {
+        report.Wrong(plugin.Message());
+    }
+    report.Step("ends");
+}
+
 } // namespace
 
 Outcome RunTrial(const std::string& check, const TrialTerms& terms)
@@ -150,13 +162,16 @@ int RunCheckHere(const Check& check, const TrialTerms& terms, int reportFile)
 {
     fcntl(reportFile, F_SETFD, FD_CLOEXEC);
     static const Report report(reportFile); // the toolkits may complain until the process ends
-    gtk_init(nullptr, nullptr);
-    report.Step("loads the library");
-    if (const auto plugin = plchost::LoadPlugin(terms.library)) {
-        TrialHost host(*plugin, report, terms.slowest);
-        check.run(host);
+    if (check.host == HostKind::Gtk) {
+        gtk_init(nullptr, nullptr);
+        RunIn(nullptr, check, terms, report);
+    } else if (const auto run = LoadWxHost()) {
+        const auto inside = [&](WxHost& program) { RunIn(&program, check, terms, report); };
+        if (!(*run)(inside)) {
+            report.Wrong("the host's main loop ends, and not by the host");
+        }
     } else {
-        report.Wrong(plugin.Message());
+        report.Wrong(run.Message());
     }
     report.Done();
     return 0;

@@ -92,8 +92,11 @@ void Report::Line(char mark, const std::string& text) const
 }
 
 TrialHost::TrialHost(
-    const plchost::Plugin& plugin, const Report& report, std::chrono::milliseconds slowest)
-    : init{}, m_plugin(plugin), m_report(report), m_slowest(slowest),
+    const plchost::Plugin& plugin,
+    const Report& report,
+    std::chrono::milliseconds slowest,
+    WxHost* program)
+    : init{}, m_plugin(plugin), m_report(report), m_slowest(slowest), m_program(program),
       m_files(plchost::FilesIn(NewFolder(), "machine")), m_threads(std::this_thread::get_id()),
       m_port(*this, m_threads, false)
 {
@@ -143,6 +146,7 @@ void TrialHost::Destroy()
     m_plugin.destroy();
     RequireSoon("destroy", start);
     m_report.Step("goes on after the debugger was destroyed");
+    LookAfterTheProgram();
 }
 
 bool TrialHost::Open()
@@ -186,6 +190,7 @@ bool TrialHost::Await(const std::string& what, const std::function<bool()>& cond
         // The timer that looks for dialogs ends each wait.
         g_main_context_iteration(nullptr, TRUE);
     }
+    LookAfterTheProgram();
     return true;
 }
 
@@ -232,6 +237,15 @@ void TrialHost::RequireSoon(const char* call, Clock::time_point start)
     Require(
         took <= m_slowest,
         std::string(call) + " takes longer than " + std::to_string(m_slowest.count()) + " ms");
+}
+
+void TrialHost::LookAfterTheProgram()
+{
+    const std::string loss = m_program == nullptr ? "" : m_program->Loss();
+    if (!loss.empty()) {
+        m_report.Wrong(loss);
+        _exit(1); // there may be nothing left to go on with
+    }
 }
 
 void TrialHost::LookForDialogs()

@@ -6,6 +6,7 @@
 #include "port.h"
 #include "settings.h"
 #include "steps.h"
+#include "wx_host.h"
 
 #include <chrono>
 #include <functional>
@@ -47,15 +48,19 @@ private:
 };
 
 /// A machine with a short list of variables, whose debugger is the library under check. A dialog
-/// that no check expects, a complaint of the toolkit, a wrong request and a callback on a foreign
-/// thread are findings. One at a time.
+/// that no check expects, a complaint of the toolkit, a wrong request, a callback on a foreign
+/// thread and what a wxWidgets program loses are findings. One at a time.
 class TrialHost : private plchost::RequestHandler
 {
 public:
     /// @param plugin, report outlive the host.
     /// @param slowest that a create or a destroy may take.
+    /// @param program outlives the host as well; null in a plain GTK host.
     TrialHost(
-        const plchost::Plugin& plugin, const Report& report, std::chrono::milliseconds slowest);
+        const plchost::Plugin& plugin,
+        const Report& report,
+        std::chrono::milliseconds slowest,
+        WxHost* program);
     ~TrialHost() override;
     TrialHost(const TrialHost&) = delete;
     TrialHost(TrialHost&&) = delete;
@@ -115,14 +120,19 @@ public:
 
     const Report& Reports() const { return m_report; }
 
+    /// The wxWidgets program that runs the check; null in a plain GTK host.
+    WxHost* Program() const { return m_program; }
+
 private:
     void Request(const CMD_DATA& request) override;
+    void LookAfterTheProgram();
     void LookForDialogs();
     void RequireSoon(const char* call, std::chrono::steady_clock::time_point start);
 
     const plchost::Plugin& m_plugin;
     const Report& m_report;
     const std::chrono::milliseconds m_slowest;
+    WxHost* const m_program;
     plchost::ConfigFiles m_files;
     plchost::ThreadRule m_threads;
     plchost::RequestPort m_port;

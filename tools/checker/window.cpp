@@ -1,6 +1,9 @@
 #include "window.h"
 
+#include "wx_host.h"
+
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 namespace plccheck {
@@ -62,6 +65,11 @@ GtkWidget* Descendant(GtkWidget* widget, GType kind)
     return nullptr;
 }
 
+bool IsHostWindow(GtkWindow* window)
+{
+    return std::strcmp(gtk_widget_get_name(GTK_WIDGET(window)), wxHostWindow) == 0;
+}
+
 bool IsDialog(GtkWindow* window)
 {
     return GTK_IS_DIALOG(window) || gtk_window_get_modal(window) != FALSE;
@@ -71,7 +79,7 @@ GtkWindow* FirstWindow(bool dialog)
 {
     for (GtkWindow* window : Windows()) {
         const bool shown = gtk_widget_get_mapped(GTK_WIDGET(window)) != FALSE;
-        if (shown && IsDialog(window) == dialog) {
+        if (shown && IsDialog(window) == dialog && !IsHostWindow(window)) {
             return window;
         }
     }

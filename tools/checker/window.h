@@ -12,7 +12,7 @@
 
 namespace plccheck {
 
-/// The one visible window that is no dialog; null when there is none.
+/// The one visible window that is no dialog, and not the host's; null when there is none.
 GtkWindow* DebuggerWindow();
 
 /// A visible dialog; null when there is none.
