@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <string>
+#include <iostream>
 
 namespace base {
 
@@ -20,6 +20,11 @@ std::optional<int> ReadCommandLine(CLI::App& app, int argc, const char* const* a
         return app.exit(error) == 0 ? 0 : exitUsage;
     }
     return std::nullopt;
+}
+
+void Tell(const std::string& program, const std::string& sentence)
+{
+    std::cerr << program + ": " + sentence + '\n' << std::flush;
 }
 
 } // namespace base

@@ -28,6 +28,18 @@ void AddBrokerOptions(CLI::App& app, plclink::MqttAccess& access)
         "write");
 }
 
+CLI::Option* AddPlantOption(CLI::App& app, std::string& plant, const std::string& description)
+{
+    return app.add_option("--machines", plant, description)
+        ->type_name(std::string(plclink::mqttPlantForm))
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                const auto address = plclink::ParseMqttPlant(text);
+                return address ? "" : address.Message();
+            },
+            ""));
+}
+
 CLI::Option* AddPublishOptions(CLI::App& app, PublishOptions& options)
 {
     auto* const publish = app.add_option_function<std::string>(

@@ -20,6 +20,10 @@ namespace plchost {
 /// @param access is written when the command line is read.
 void AddBrokerOptions(CLI::App& app, plclink::MqttAccess& access);
 
+/// Adds --machines.
+/// @param plant is written when the command line is read, with a plant's address.
+CLI::Option* AddPlantOption(CLI::App& app, std::string& plant, const std::string& description);
+
 /// What is told to others over a broker.
 struct PublishOptions
 {

@@ -4,12 +4,12 @@
 #include "file.h"
 #include "listing.h"
 #include "open_machine.h"
+#include "tell.h"
 #include "texts.h"
 
 #include <glibmm/miscutils.h>
 
 #include <filesystem>
-#include <iostream>
 #include <utility>
 
 namespace plchost {
@@ -133,7 +133,7 @@ void PrepareReplay(const Options& options, Ground& ground)
 {
     ground.recording = Demand(ReadRecording(options.replay));
     if (!ground.recording->remark.empty()) {
-        std::cerr << "plchost: " << ground.recording->remark << std::endl;
+        Tell(ground.recording->remark);
     }
     ground.files = PrepareFiles(options, StemOf(options.replay));
     Demand(ReplaceConfigFile(ground.files.debugFile, ground.recording->listing));

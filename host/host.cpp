@@ -7,6 +7,7 @@
 #include "open_machine.h"
 #include "remote_machine.h"
 #include "replay_machine.h"
+#include "tell.h"
 
 #include <gtkmm/main.h>
 
@@ -26,12 +27,6 @@ constexpr unsigned readyMs = 20;
 
 /// The lowest screen on which the debugger may be as tall as it likes.
 constexpr int tallScreen = 800;
-
-void Tell(const std::string& message)
-{
-    std::cerr << "plchost: " + message + '\n'
-              << std::flush; // whole, whoever tells something meanwhile
-}
 
 bool IsTallScreen()
 {

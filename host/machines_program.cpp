@@ -1,12 +1,12 @@
 #include "machines_program.h"
 
 #include "exit_status.h"
+#include "tell.h"
 
 #include <gtkmm/main.h>
 
 #include <algorithm>
 #include <csignal>
-#include <iostream>
 #include <utility>
 #include <vector>
 
@@ -15,11 +15,6 @@ namespace plchost {
 namespace {
 
 constexpr unsigned refreshMs = 200;
-
-void Tell(const std::string& sentence)
-{
-    std::cerr << "plchost: " + sentence + '\n' << std::flush;
-}
 
 } // namespace
 

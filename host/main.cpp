@@ -1,12 +1,12 @@
 #include "exit_status.h"
 #include "host.h"
 #include "machines_program.h"
+#include "tell.h"
 
 #include <gtkmm/main.h>
 
 #include <exception>
 #include <filesystem>
-#include <iostream>
 
 namespace plchost {
 
@@ -38,7 +38,7 @@ int main(int argc, char** argv)
     try {
         return plchost::Main(argc, argv);
     } catch (const std::exception& error) {
-        std::cerr << "plchost: " << error.what() << std::endl;
+        plchost::Tell(error.what());
         return plchost::exitFailed;
     }
 }

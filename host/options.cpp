@@ -70,13 +70,6 @@ void TakeAddress(const std::string& text, Options& options)
     }
 }
 
-/// What is wrong with the address of a plant; empty: nothing.
-std::string PlantError(const std::string& text)
-{
-    const auto plant = plclink::ParseMqttPlant(text);
-    return plant ? "" : plant.Message();
-}
-
 /// What is wrong with the name of a machine; empty: nothing.
 std::string NameError(const std::string& name)
 {
@@ -141,12 +134,10 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
                "open this machine, else soft:bottling: " + plclink::AddressForms())
             ->type_name("ADDRESS")
             ->check(Silent(CLI::Validator(plclink::AddressError, "")));
-    auto* const plant = app.add_option(
-                               "--machines",
-                               options.plantAddress,
-                               "list the machines of a plant behind a broker, and open any of them")
-                            ->type_name(std::string(plclink::mqttPlantForm))
-                            ->check(Silent(CLI::Validator(PlantError, "")))
+    auto* const plant = AddPlantOption(
+                            app,
+                            options.plantAddress,
+                            "list the machines of a plant behind a broker, and open any of them")
                             ->excludes(machineOption);
     app.add_option("--open", options.openMachine, "of a plant: open this machine at the start")
         ->type_name("MACHINE")

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -54,6 +54,29 @@ Change(const std::string& file, const std::vector<std::pair<std::string_view, st
     return text == *old ? base::Result<void>() : ReplaceConfigFile(file, text);
 }
 
+/// The list that a machine begins with.
+std::string ListOf(const ConfigFiles& files)
+{
+    return files.prefix + ".plc";
+}
+
+/// Lets the debugger begin with a machine's list, unless it has had another one.
+/// @param make writes the list; not called when the operator has saved one under its name.
+base::Result<void>
+Seed(const ConfigFiles& files, const std::function<base::Result<void>(const std::string&)>& make)
+{
+    if (!Setting(files.settings, lastFileKey).empty()) {
+        return {};
+    }
+    const std::string list = ListOf(files);
+    if (std::error_code ignored; !fs::exists(list, ignored)) {
+        if (auto made = make(list); !made) {
+            return made;
+        }
+    }
+    return Change(files.settings, {{lastFileKey, list}});
+}
+
 } // namespace
 
 ConfigFiles FilesIn(const std::string& folder, const std::string& machine)
@@ -77,33 +100,25 @@ std::string ReadLanguage(const std::string& file)
 
 base::Result<void> SeedWatchList(const ConfigFiles& files, const std::string& sample)
 {
-    if (!Setting(files.settings, lastFileKey).empty()) {
+    return Seed(files, [&sample](const std::string& list) -> base::Result<void> {
+        if (std::error_code error; !fs::copy_file(sample, list, error)) {
+            return base::Failure{
+                "cannot copy the sample list \"" + sample + "\" to \"" + list +
+                "\": " + error.message()};
+        }
         return {};
-    }
-    const std::string list = files.prefix + ".plc";
-    std::error_code error;
-    if (!fs::exists(list, error)) {
-        fs::copy_file(sample, list, error);
-    }
-    if (error) {
-        return base::Failure{
-            "cannot copy the sample list \"" + sample + "\" to \"" + list +
-            "\": " + error.message()};
-    }
-    return Change(files.settings, {{lastFileKey, list}});
+    });
 }
 
 base::Result<void>
 SeedWatchListOf(const ConfigFiles& files, const std::vector<std::string>& operands)
 {
-    if (operands.empty() || !Setting(files.settings, lastFileKey).empty()) {
+    if (operands.empty()) {
         return {};
     }
-    // The operator may have saved one under this name.
-    if (std::error_code error; fs::exists(files.prefix + ".plc", error)) {
-        return Change(files.settings, {{lastFileKey, files.prefix + ".plc"}});
-    }
-    return UseWatchList(files, WatchListOf(operands));
+    return Seed(files, [&operands](const std::string& list) {
+        return ReplaceConfigFile(list, WatchListOf(operands));
+    });
 }
 
 std::string WatchListOf(const std::vector<std::string>& operands)
@@ -117,7 +132,7 @@ std::string WatchListOf(const std::vector<std::string>& operands)
 
 base::Result<void> UseWatchList(const ConfigFiles& files, const std::string& lines)
 {
-    const std::string list = files.prefix + ".plc";
+    const std::string list = ListOf(files);
     if (auto replaced = ReplaceConfigFile(list, lines); !replaced) {
         return replaced;
     }

@@ -59,7 +59,7 @@ ExitStatus Assemble(const Options& options)
         return exitDone;
     }
     if (const auto written = plc::WriteDebugFile(*assembly.program, options.prefix); !written) {
-        std::cerr << "plcasm: " << written.Message() << '\n';
+        base::Tell("plcasm", written.Message());
         return exitCannotWrite;
     }
     std::cout << options.prefix << plc::debugFileSuffix << ": blocks "
@@ -91,7 +91,7 @@ int main(int argc, char** argv)
     try {
         return Main(argc, argv);
     } catch (const std::exception& error) {
-        std::cerr << "plcasm: " << error.what() << std::endl;
+        base::Tell("plcasm", error.what());
         return exitCannotWrite;
     }
 }

@@ -1,3 +1,4 @@
+#include "command_line.h"
 #include "loader.h"
 #include "open_machine.h"
 #include "plcwatch_machines.h"
@@ -26,7 +27,7 @@ constexpr std::size_t usualHeight = 24;
 
 void Tell(const std::string& sentence)
 {
-    std::cerr << "plcwatch: " + sentence + '\n' << std::flush;
+    base::Tell("plcwatch", sentence);
 }
 
 /// @return whether somebody still reads what is printed.
@@ -137,7 +138,7 @@ int main(int argc, char** argv)
     try {
         return plcwatch::Main(argc, argv);
     } catch (const std::exception& error) {
-        std::cerr << "plcwatch: " << error.what() << std::endl;
+        plcwatch::Tell(error.what());
         return plcwatch::exitFile;
     }
 }

@@ -33,12 +33,6 @@ Exit status:
 constexpr milliseconds shortestEvery{10};
 constexpr milliseconds longestEvery{std::chrono::minutes(1)};
 
-std::string PlantError(const std::string& text)
-{
-    const auto plant = plclink::ParseMqttPlant(text);
-    return plant ? "" : plant.Message();
-}
-
 std::string DurationError(const std::string& text)
 {
     return ParseDuration(text) ? "" : '"' + text + "\" is no time (100ms, 10s, 5min)";
@@ -175,10 +169,8 @@ std::variant<Options, ExitStatus> ParseOptions(int argc, const char* const* argv
         ->check(CLI::Validator(plclink::AddressError, ""));
     app.add_option("--map", options.map, "which operands lie where in a Modbus device")
         ->type_name("FILE");
-    app.add_option(
-           "--machines", words.plant, "list the machines of a plant behind a broker and end")
-        ->type_name(std::string(plclink::mqttPlantForm))
-        ->check(CLI::Validator(PlantError, ""));
+    plchost::AddPlantOption(
+        app, words.plant, "list the machines of a plant behind a broker and end");
     auto* const publish = plchost::AddPublishOptions(app, options.publish);
     app.add_option("--listing", options.listing, "the program debug file, for their program page")
         ->type_name("FILE")
