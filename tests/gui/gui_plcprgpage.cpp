@@ -30,6 +30,17 @@ DebugFileBlock Block(const std::string& name, std::uint16_t firstStep, int lineC
     return {name, firstStep, ExecutableLines(lineCount, name)};
 }
 
+Words Networks(int lineCount)
+{
+    Words lines;
+    lines.reserve(static_cast<std::size_t>(lineCount));
+    for (int i = 0; i < lineCount; ++i) {
+        lines.push_back(
+            i % 10 == 0 ? ":NETWORK " + std::to_string(i / 10) : ":U E " + std::to_string(i));
+    }
+    return lines;
+}
+
 PlcPrgPage::~PlcPrgPage()
 {
     delete m_frame;

@@ -24,6 +24,9 @@ using Words = std::vector<std::string>;
 /// @return a block of lines that name it.
 DebugFileBlock Block(const std::string& name, std::uint16_t firstStep, int lineCount);
 
+/// @return a listing with a network line before every ten instructions.
+Words Networks(int lineCount);
+
 class PlcPrgPage : public testing::Test
 {
 public:
