@@ -92,6 +92,15 @@ std::vector<Value> FakeLibrary::Values()
     return values;
 }
 
+int Count(const std::string& text, const std::string& part)
+{
+    int count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
 std::string Progress(Gtk::Widget& window)
 {
     return All<Gtk::ProgressBar>(window).front()->get_text();

@@ -58,6 +58,9 @@ template <typename Kind> std::vector<Kind*> All(Gtk::Widget& widget)
     return found;
 }
 
+/// How often a text holds another one.
+int Count(const std::string& text, const std::string& part);
+
 /// @return what stands in the progress bar of a window.
 std::string Progress(Gtk::Widget& window);
 
