@@ -1,8 +1,9 @@
+#include "farevents.h"
 #include "file.h"
 #include "mqtt_source.h"
 #include "playedmachine.h"
 #include "proxy.h"
-#include "sourceevents.h"
+#include "said.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,74 +19,6 @@ using plclink::LinkStatus;
 using testing::HasSubstr;
 using testing::SizeIs;
 
-/// What a source tells, with the times of its readings and with steps.
-class FarEvents : public RecordedEvents
-{
-public:
-    void OnReadings(
-        const plclink::WatchList& list,
-        const std::vector<plclink::PlacedReading>& readings) override
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            for (const auto& [place, reading] : readings) {
-                const auto first = m_first.try_emplace(reading.value, reading.taken);
-                m_newest[plc::OperandName(list[place])] = reading.taken;
-                static_cast<void>(first);
-            }
-        }
-        RecordedEvents::OnReadings(list, readings);
-    }
-
-    bool OnSteps(const plc::StepRange& range, const std::vector<plc::StepState>& states) override
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_refusals > 0) {
-                --m_refusals;
-                return false;
-            }
-            m_steps = {range, states};
-        }
-        Wake();
-        return true;
-    }
-
-    /// When the machine had this value, as it was said first.
-    plclink::Clock::time_point Taken(std::uint32_t value) const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_first.at(value);
-    }
-
-    plclink::Clock::time_point NewestTaken(const std::string& operand) const
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_newest.find(operand);
-        return found == m_newest.end() ? plclink::Clock::time_point{} : found->second;
-    }
-
-    std::vector<plc::StepState> Steps() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_steps.second;
-    }
-
-    /// Takes no steps so many times.
-    void RefuseSteps(int times)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_refusals = times;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::map<std::uint32_t, plclink::Clock::time_point> m_first;
-    std::map<std::string, plclink::Clock::time_point> m_newest;
-    std::pair<plc::StepRange, std::vector<plc::StepState>> m_steps;
-    int m_refusals = 0;
-};
-
 class MqttSourceTest : public testing::Test
 {
 protected:
@@ -95,8 +28,7 @@ protected:
         address.port = static_cast<std::uint16_t>(std::stoi(port));
         source = std::make_unique<MqttSource>(
             address, broker.Access("service"), [this](const std::string& sentence) {
-                const std::lock_guard lock(mutex);
-                said.push_back(sentence);
+                said.Add(sentence);
             });
         source->Start(events);
     }
@@ -133,17 +65,10 @@ protected:
         return end->get_future();
     }
 
-    std::vector<std::string> Said()
-    {
-        const std::lock_guard lock(mutex);
-        return said;
-    }
-
     Broker broker{{"press7", "service"}};
     PlayedMachine machine{broker, broker.Port()};
     FarEvents events;
-    std::mutex mutex; ///< Guards what the source has said.
-    std::vector<std::string> said;
+    Said said;
     std::unique_ptr<MqttSource> source; ///< Last: it tells the others.
 };
 
@@ -320,8 +245,8 @@ TEST_F(MqttSourceTest, DropsWhatIsNoMessageAndSaysSoOnce)
 
     EXPECT_TRUE(events.WaitForValue("MW20", 18));
     EXPECT_EQ(source->Losses().dropped, 3U);
-    EXPECT_THAT(Said(), SizeIs(2));
-    EXPECT_THAT(Said().front(), HasSubstr("a message \"values\" is dropped"));
+    EXPECT_THAT(said.Lines(), SizeIs(2));
+    EXPECT_THAT(said.Lines().front(), HasSubstr("a message \"values\" is dropped"));
 }
 
 TEST_F(MqttSourceTest, DropsValuesThatTheBrokerHasKept)
@@ -398,10 +323,7 @@ TEST_F(MqttSourceTest, SaysThatAnotherViewerHasTheSteps)
 
     machine.Answer(RefusalMessage{RefusalMessage::Of::Steps, "lift has them"});
 
-    EXPECT_TRUE(events.WaitFor([&] { return !Said().empty(); }));
-    EXPECT_THAT(
-        Said(),
-        testing::ElementsAre("the machine does not tell its program states: lift has them"));
+    EXPECT_EQ(said.WaitFor("lift"), "the machine does not tell its program states: lift has them");
 }
 
 TEST_F(MqttSourceTest, IsRefusedWhileTheMachineDoesNotTellWhatIsWatched)

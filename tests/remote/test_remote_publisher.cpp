@@ -5,17 +5,15 @@
 #include "messages.h"
 #include "mqtt_source.h"
 #include "publisher.h"
+#include "said.h"
 #include "soft_plc.h"
 #include "sourceevents.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <condition_variable>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <utility>
@@ -28,50 +26,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-
-/// What a publisher says.
-class Said
-{
-public:
-    void Add(const std::string& sentence)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_lines.push_back(sentence);
-        m_news.notify_all();
-    }
-
-    /// @return the first line that holds this; empty when none has come before a generous limit.
-    std::string WaitFor(const std::string& part)
-    {
-        constexpr std::chrono::seconds limit{30};
-        std::string found;
-        std::unique_lock lock(m_mutex);
-        m_news.wait_for(lock, limit, [&] {
-            for (const std::string& line : m_lines) {
-                if (line.find(part) != std::string::npos) {
-                    found = line;
-                }
-            }
-            return !found.empty();
-        });
-        return found;
-    }
-
-    /// How many lines hold this so far.
-    std::size_t Count(const std::string& part)
-    {
-        const std::lock_guard lock(m_mutex);
-        return static_cast<std::size_t>(
-            std::count_if(m_lines.begin(), m_lines.end(), [&part](const std::string& line) {
-                return line.find(part) != std::string::npos;
-            }));
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_news;
-    std::vector<std::string> m_lines;
-};
 
 /// A soft PLC with a publisher.
 struct Machine

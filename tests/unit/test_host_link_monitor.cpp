@@ -1,4 +1,5 @@
 #include "link_monitor.h"
+#include "silentwatcher.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,14 +42,6 @@ public:
 
     plclink::SourceEvents* events = nullptr;
     std::shared_ptr<const plclink::WatchList> list;
-};
-
-class SilentWatcher : public plclink::Watcher
-{
-public:
-    bool OnReading(const plclink::Reading&) override { return true; }
-
-    void OnUnreadable(const std::string&) override {}
 };
 
 class LinkMonitorTest : public testing::Test

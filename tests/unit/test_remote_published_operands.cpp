@@ -1,5 +1,6 @@
 #include "published_operands.h"
 #include "scriptedsource.h"
+#include "silentwatcher.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,13 +67,7 @@ TEST_F(PublishedOperandsTest, AreThoseThatAreWantedNow)
 
 TEST_F(PublishedOperandsTest, AreNotThoseThatSomebodyElseWatches)
 {
-    struct : plclink::Watcher
-    {
-        bool OnReading(const plclink::Reading&) override { return true; }
-
-        void OnUnreadable(const std::string&) override {}
-    } local;
-
+    SilentWatcher local;
     link->Watch(local, OperandOf("MW24"));
 
     operands->Serve({OperandOf("MW20")});

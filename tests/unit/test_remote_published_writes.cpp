@@ -1,5 +1,6 @@
 #include "published_writes.h"
 #include "scriptedsource.h"
+#include "silentwatcher.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,13 +25,6 @@ const plc::Operand operand = plc::ParseOperand("MW20").value();
 
 struct PublishedWritesTest : testing::Test
 {
-    struct SilentWatcher : plclink::Watcher
-    {
-        bool OnReading(const plclink::Reading&) override { return true; }
-
-        void OnUnreadable(const std::string&) override {}
-    };
-
     PublishedWritesTest()
     {
         auto made = std::make_unique<ScriptedSource>();
