@@ -187,8 +187,13 @@ bool TrialHost::Await(const std::string& what, const std::function<bool()>& cond
         if (Clock::now() > end) {
             return Require(false, "waited in vain for " + what);
         }
-        // The timer that looks for dialogs ends each wait.
+        // The timer that looks for dialogs ends each wait. To draw comes after all else: where a
+        // look at the window takes longer than until the debugger's next tick, it would never be
+        // its turn.
         g_main_context_iteration(nullptr, TRUE);
+        while (g_main_context_pending(nullptr) != FALSE && Clock::now() <= end) {
+            g_main_context_iteration(nullptr, FALSE);
+        }
     }
     LookAfterTheProgram();
     return true;
