@@ -4,20 +4,29 @@
 #include <wx/frame.h>
 #include <wx/init.h>
 
+namespace {
+
+/// The debugger's, when it has just been created.
+wxWindow* NewestWindow()
+{
+    return wxTopLevelWindows.GetLast()->GetData();
+}
+
+} // namespace
+
 void SpoilWxHostByCreate()
 {
-    wxWindow* const debugger = wxTopLevelWindows.GetLast()->GetData();
     if (Has("renames-the-application")) {
         wxTheApp->SetAppName("PLCDebugger");
     }
     if (Has("takes-the-top-window")) {
-        wxTheApp->SetTopWindow(debugger);
+        wxTheApp->SetTopWindow(NewestWindow());
     }
     if (Has("hides-the-host")) {
         wxTheApp->GetTopWindow()->Hide();
     }
     if (Has("outlives-the-hosts-window")) {
-        debugger->GetParent()->RemoveChild(debugger);
+        NewestWindow()->GetParent()->RemoveChild(NewestWindow());
     }
 }
 
