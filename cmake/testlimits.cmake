@@ -1,5 +1,5 @@
-# What the tests of this build may take. Where programs are emulated, a toolchain file says how many
-# times as long (PLCDEBUG_TIME_FACTOR).
+# What the tests of this build may take. Where programs are emulated or watched by a sanitizer, the
+# toolchain file or the preset says how many times as long (PLCDEBUG_TIME_FACTOR).
 if(NOT DEFINED PLCDEBUG_TIME_FACTOR)
     set(PLCDEBUG_TIME_FACTOR 1)
 endif()
