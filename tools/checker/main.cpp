@@ -15,6 +15,7 @@ namespace plccheck {
 
 namespace {
 
+constexpr const char* name = "plcdebug-check";
 constexpr int exitGood = 0;
 constexpr int exitFindings = 1;
 constexpr int usualLimit = 40;
@@ -183,8 +184,7 @@ int Run(const Options& options)
         return RunCheckHere(*here, TermsOf(options), options.reportTo);
     }
     if (gtk_init_check(nullptr, nullptr) == FALSE) {
-        std::cerr << "plcdebug-check: no display (set DISPLAY, or run it under a virtual X server)"
-                  << std::endl;
+        base::Tell(name, "no display (set DISPLAY, or run it under a virtual X server)");
         return base::exitUsage;
     }
     const auto chosen = ChosenChecks(options);
@@ -192,7 +192,7 @@ int Run(const Options& options)
         return check.host == HostKind::Wx;
     });
     if (const auto wx = needsWx ? LoadWxHost() : nullptr; !wx) {
-        std::cerr << "plcdebug-check: " << wx.Message() << std::endl;
+        base::Tell(name, wx.Message());
         return base::exitUsage;
     }
     return RunAll(chosen, TermsOf(options)) ? exitGood : exitFindings;
@@ -201,7 +201,7 @@ int Run(const Options& options)
 int Main(int argc, char** argv)
 {
     Options options;
-    CLI::App app{description, "plcdebug-check"};
+    CLI::App app{description, name};
     app.footer(exitStatuses);
     app.add_flag("--list", options.list, "print the checks");
     app.add_option("LIBRARY", options.library, "libplcdebug.so, of this program's architecture")
@@ -244,7 +244,7 @@ int main(int argc, char** argv)
     try {
         return plccheck::Main(argc, argv);
     } catch (const std::exception& error) {
-        std::cerr << "plcdebug-check: " << error.what() << std::endl;
+        base::Tell(plccheck::name, error.what());
         return base::exitUsage;
     }
 }
