@@ -20,7 +20,7 @@ public:
         m_news.notify_all();
     }
 
-    /// @return the first line that holds this; empty when none has come before a generous limit.
+    /// @return the newest line that holds this; empty when none has come before a generous limit.
     std::string WaitFor(const std::string& part)
     {
         constexpr std::chrono::seconds limit{30};
