@@ -44,7 +44,8 @@ struct Options
     int slowest = usualSlowest; ///< Milliseconds for a create or a destroy.
     std::string through;        ///< What runs the processes of the checks; empty: nothing.
     bool list = false;
-    std::string here; ///< The check that this process is to run itself; empty: none.
+    std::string here;   ///< The check that this process is to run itself; empty: none.
+    std::string folder; ///< Where it writes.
     int reportTo = STDERR_FILENO;
 };
 
@@ -181,7 +182,7 @@ int Run(const Options& options)
         return options.here == check.name;
     });
     if (here != checks.end()) {
-        return RunCheckHere(*here, TermsOf(options), options.reportTo);
+        return RunCheckHere(*here, TermsOf(options), options.folder, options.reportTo);
     }
     if (gtk_init_check(nullptr, nullptr) == FALSE) {
         base::Tell(name, "no display (set DISPLAY, or run it under a virtual X server)");
@@ -223,6 +224,7 @@ int Main(int argc, char** argv)
         ->type_name("PROGRAM");
     // For the processes that this program starts.
     app.add_option("--here", options.here)->group("");
+    app.add_option("--folder", options.folder)->group("");
     app.add_option("--report-to", options.reportTo)->group("");
     app.callback([&options] {
         if (options.library.empty() && !options.list) {

@@ -78,17 +78,49 @@ bool ReadAll(int file, Clock::time_point end, Reading& reading)
     }
 }
 
+/// A new folder for what one process writes. It goes here, because that process may end anywhere.
+class Folder
+{
+public:
+    Folder() : m_path((std::filesystem::temp_directory_path() / "plcdebug-check-XXXXXX").string())
+    {
+        if (mkdtemp(m_path.data()) == nullptr) {
+            throw std::runtime_error(
+                "cannot make a folder like " + m_path + ": " + strerror(errno));
+        }
+    }
+
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
+    Folder(const Folder&) = delete;
+    Folder(Folder&&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    Folder& operator=(Folder&&) = delete;
+
+    const std::string& Path() const { return m_path; }
+
+private:
+    std::string m_path;
+};
+
 /// Becomes the program that runs the check. Only between fork() and exec().
-[[noreturn]] void Become(const std::string& check, const TrialTerms& terms, int reportFile)
+[[noreturn]] void
+Become(const std::string& check, const TrialTerms& terms, const std::string& folder, int reportFile)
 {
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string file = std::to_string(reportFile);
     const std::string slowest = std::to_string(terms.slowest.count());
-    const std::array<const char*, 10> command{
+    const std::array<const char*, 12> command{
         terms.through.c_str(),
         self.c_str(),
         "--here",
         check.c_str(),
+        "--folder",
+        folder.c_str(),
         "--report-to",
         file.c_str(),
         "--slowest",
@@ -109,11 +141,16 @@ std::string EndOf(int status)
     return "ends the program with status " + std::to_string(WEXITSTATUS(status));
 }
 
-void RunIn(WxHost* program, const Check& check, const TrialTerms& terms, const Report& report)
+void RunIn(
+    WxHost* program,
+    const Check& check,
+    const TrialTerms& terms,
+    const std::string& folder,
+    const Report& report)
 {
     report.Step("loads the library");
     if (const auto plugin = plchost::LoadPlugin(terms.library)) {
-        TrialHost host(*plugin, report, terms.slowest, program);
+        TrialHost host(*plugin, report, terms.slowest, folder, program);
         check.run(host);
     } else {
         report.Wrong(plugin.Message());
@@ -129,13 +166,14 @@ Outcome RunTrial(const std::string& check, const TrialTerms& terms)
     if (pipe(ends.data()) != 0) {
         throw std::runtime_error(std::string("cannot make a pipe: ") + strerror(errno));
     }
+    const Folder folder;
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error(std::string("cannot start a process: ") + strerror(errno));
     }
     if (child == 0) {
         close(ends[0]);
-        Become(check, terms, ends[1]);
+        Become(check, terms, folder.Path(), ends[1]);
     }
     close(ends[1]);
     Reading reading;
@@ -158,15 +196,16 @@ Outcome RunTrial(const std::string& check, const TrialTerms& terms)
     return {reading.findings, reading.figures, ended};
 }
 
-int RunCheckHere(const Check& check, const TrialTerms& terms, int reportFile)
+int RunCheckHere(
+    const Check& check, const TrialTerms& terms, const std::string& folder, int reportFile)
 {
     fcntl(reportFile, F_SETFD, FD_CLOEXEC);
     static const Report report(reportFile); // the toolkits may complain until the process ends
     if (check.host == HostKind::Gtk) {
         gtk_init(nullptr, nullptr);
-        RunIn(nullptr, check, terms, report);
+        RunIn(nullptr, check, terms, folder, report);
     } else if (const auto run = LoadWxHost()) {
-        const auto inside = [&](WxHost& program) { RunIn(&program, check, terms, report); };
+        const auto inside = [&](WxHost& program) { RunIn(&program, check, terms, folder, report); };
         if (!(*run)(inside)) {
             report.Wrong("the host's main loop ends, and not by the host");
         }

@@ -36,8 +36,10 @@ struct Outcome
 Outcome RunTrial(const std::string& check, const TrialTerms& terms);
 
 /// The other side: runs the check in this process.
+/// @param folder where it writes; RunTrial() makes and removes it.
 /// @param reportFile descriptor that RunTrial() reads.
 /// @return the process's exit status.
-int RunCheckHere(const Check& check, const TrialTerms& terms, int reportFile);
+int RunCheckHere(
+    const Check& check, const TrialTerms& terms, const std::string& folder, int reportFile);
 
 } // namespace plccheck

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
@@ -30,16 +29,6 @@ NoteComplaint(GLogLevelFlags level, const GLogField* fields, gsize count, gpoint
         static_cast<const Report*>(report)->Wrong("the toolkit complains: " + complaint);
     }
     return G_LOG_WRITER_HANDLED;
-}
-
-std::string NewFolder()
-{
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "plcdebug-check-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("cannot make a folder like " + pattern);
-    }
-    return pattern;
 }
 
 /// Writes the files that a debugger finds.
@@ -95,9 +84,10 @@ TrialHost::TrialHost(
     const plchost::Plugin& plugin,
     const Report& report,
     std::chrono::milliseconds slowest,
+    const std::string& folder,
     WxHost* program)
     : init{}, m_plugin(plugin), m_report(report), m_slowest(slowest), m_program(program),
-      m_files(plchost::FilesIn(NewFolder(), "machine")), m_threads(std::this_thread::get_id()),
+      m_files(plchost::FilesIn(folder, "machine")), m_threads(std::this_thread::get_id()),
       m_port(*this, m_threads, false)
 {
     if (const auto written = WriteFiles(m_files); !written) {
@@ -119,8 +109,6 @@ TrialHost::~TrialHost()
     if (const auto kept = m_threads.Check(); !kept) {
         m_report.Wrong(kept.Message());
     }
-    std::error_code ignored;
-    std::filesystem::remove_all(m_files.folder, ignored);
 }
 
 const std::vector<std::string>& TrialHost::Operands()

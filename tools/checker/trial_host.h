@@ -55,11 +55,13 @@ class TrialHost : private plchost::RequestHandler
 public:
     /// @param plugin, report outlive the host.
     /// @param slowest that a create or a destroy may take.
+    /// @param folder for its files; it exists.
     /// @param program outlives the host as well; null in a plain GTK host.
     TrialHost(
         const plchost::Plugin& plugin,
         const Report& report,
         std::chrono::milliseconds slowest,
+        const std::string& folder,
         WxHost* program);
     ~TrialHost() override;
     TrialHost(const TrialHost&) = delete;
