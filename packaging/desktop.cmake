@@ -2,15 +2,15 @@
 install(
     FILES desktop/plchost.desktop
     DESTINATION ${CMAKE_INSTALL_DATADIR}/applications
-    COMPONENT host)
+    COMPONENT plchost)
 install(
     FILES desktop/example.plcdebug.plchost.metainfo.xml
     DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
-    COMPONENT host)
+    COMPONENT plchost)
 install(
     FILES desktop/plchost.svg
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
-    COMPONENT host)
+    COMPONENT plchost)
 
 # The shell reads the options from each program's own help.
 function(add_completion program component)
@@ -20,7 +20,7 @@ function(add_completion program component)
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         COMPONENT ${component})
 endfunction()
-add_completion(plchost host)
-add_completion(plcasm host)
-add_completion(plcwatch tools)
-add_completion(plcdebug-check tools)
+add_completion(plchost plchost)
+add_completion(plcasm plchost)
+add_completion(plcwatch plcdebug-tools)
+add_completion(plcdebug-check plcdebug-tools)
