@@ -76,7 +76,7 @@ class Machine : public wxFrame
 public:
     Machine() : wxFrame(nullptr, wxID_ANY, "Machine"), m_timer(this)
     {
-        auto* open = new wxButton(this, wxID_ANY, "Open the debugger");
+        auto* open = new wxButton(new wxPanel(this), wxID_ANY, "Open the debugger");
         open->Bind(wxEVT_BUTTON, [](wxCommandEvent&) { OpenDebugger(); });
         Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Answer(); });
         Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
